@@ -1,0 +1,26 @@
+# SPDX-License-Identifier: MIT
+# What a user gets: headers, library, CMake package, pkg-config file, licence.
+include(CMakePackageConfigHelpers)
+
+install(TARGETS QRNDOM EXPORT QRNDOMTargets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(DIRECTORY include/qrndom DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+    FILES_MATCHING PATTERN "*.h")
+install(FILES "${PROJECT_BINARY_DIR}/include/qrndom/export.h"
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/qrndom)
+install(FILES LICENSE README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+set(QRNDOM_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/QRNDOM)
+install(EXPORT QRNDOMTargets NAMESPACE QRNDOM:: DESTINATION ${QRNDOM_CMAKE_DIR})
+configure_package_config_file(cmake/QRNDOMConfig.cmake.in
+    "${PROJECT_BINARY_DIR}/QRNDOMConfig.cmake"
+    INSTALL_DESTINATION ${QRNDOM_CMAKE_DIR})
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/QRNDOMConfigVersion.cmake"
+    COMPATIBILITY SameMajorVersion)
+install(FILES "${PROJECT_BINARY_DIR}/QRNDOMConfig.cmake"
+              "${PROJECT_BINARY_DIR}/QRNDOMConfigVersion.cmake"
+    DESTINATION ${QRNDOM_CMAKE_DIR})
+
+configure_file(cmake/qrndom.pc.in "${PROJECT_BINARY_DIR}/qrndom.pc" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/qrndom.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

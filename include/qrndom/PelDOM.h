@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <qrndom/PelString.h>
+#include <qrndom/export.h>
+
+/// The library's common scope: status codes, node types, the back-end selector and the
+/// diagnostic log.
+///
+/// Owns     nothing.
+/// Lives    as long as the library is loaded; everything here is static.
+/// Threads  any thread at any time; each log line is one write.
+/// Errors   none.
+/// Cost     a log line is one system call.
+class QRNDOM_API PelDOM {
+public:
+    /// What most operations answer, and what handles and the services object keep as their status.
+    enum Error : int {
+        SUCCESS = 0,               ///< The operation completed.
+        NOT_INITIALIZED = 1,       ///< The services object has not started the engine.
+        INITIALIZATION_FAILED = 2, ///< The engine refused to start.
+        NO_IMPLEMENTATION = 3,     ///< A null handle.
+        NULL_NODE = 5,             ///< An operation that needs a node found none.
+        INVALID_VALUE = 6,         ///< An empty name, value or text, or text that is no number.
+        INDEX_OUT_OF_RANGE = 7,    ///< A list position below 0 or not below the length.
+        INTERNAL_ERROR = 1000      ///< Content without its node, or a failed output.
+    };
+
+    /// What kind of node a handle stands for.
+    enum NodeType : int {
+        NO_NODE = 0, ///< A null handle, or a handle to the absence of a node.
+        ELEMENT_NODE = 1,
+        ATTRIBUTE_NODE = 2,
+        TEXT_NODE = 3,
+        CDATA_SECTION_NODE = 4,
+        ENTITY_REFERENCE_NODE = 5,
+        ENTITY_NODE = 6,
+        PROCESSING_INSTRUCTION_NODE = 7,
+        COMMENT_NODE = 8,
+        DOCUMENT_NODE = 9,
+        DOCUMENT_TYPE_NODE = 10,
+        DOCUMENT_FRAGMENT_NODE = 11,
+        NOTATION_NODE = 12,
+        XML_DECL_NODE = 13 ///< The XML declaration of a created document, its first child.
+    };
+
+    /// The engine behind the handles.
+    enum Platform : int {
+        PLATFORM_XERCES = 0 ///< Xerces-C++, the only one.
+    };
+
+    PelDOM() = default;
+    PelDOM(const PelDOM&) = default;
+    PelDOM& operator=(const PelDOM&) = default;
+
+    /// Answers INVALID_VALUE for an empty string and SUCCESS for any other.
+    ///
+    /// `kind` says what the string is for (0: a name, file name or text; 1: an attribute value or
+    /// the text of an element) and does not change the answer.
+    static Error checkString(const PelString& string, int kind);
+
+    /// Writes one line to the diagnostic log, in UTF-8.
+    ///
+    /// `context` is the address of the object that the message concerns, or null. The log mode,
+    /// fixed when the library is built, decides which lines are written: 0 none; 1 (the default)
+    /// those without a context; 2 those with one, after its address in decimal and ":"; 3 all, each
+    /// after its address ("0:" for none). A log that cannot be opened or written drops its lines
+    /// silently.
+    static void error(const PelString& message, const void* context) noexcept;
+};

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <qrndom/PelDOMElement.h>
+#include <qrndom/PelDOMNode.h>
+#include <qrndom/PelDOMText.h>
+
+class PelDOMDocumentImp;
+
+/// A handle to a whole document: its root element, and new nodes for it.
+///
+/// Owns     one implementation object, or none; the tree is shared with every handle into it.
+/// Lives    as long as the caller likes; the tree outlives it while other handles into it are left.
+/// Threads  one thread at a time for all handles into one tree; separate trees are independent.
+/// Errors   null handles from a null document; the engine's DOM exceptions pass through from names
+///          that XML forbids.
+/// Cost     each operation makes one implementation object.
+class QRNDOM_API PelDOMDocument : public PelDOMNode {
+public:
+    /// Takes ownership of `implementation`; a null handle without one.
+    explicit PelDOMDocument(PelDOMNodeImp* implementation = nullptr);
+
+    PelDOMDocument(const PelDOMDocument& orig);
+
+    /// A handle to the node of `node` as a document. Where that node is of another kind, the
+    /// operations below answer as those of a null handle do.
+    explicit PelDOMDocument(const PelDOMNode& node);
+
+    ~PelDOMDocument() override;
+
+    /// As PelDOMNode's: the value of the expression is `rhs`.
+    PelDOMDocument& operator=(PelDOMDocument& rhs);
+    const PelDOMDocument& operator=(const PelDOMDocument& rhs);
+
+    /// The root element. A document without one gives a handle of type NO_NODE, a null document a
+    /// null handle.
+    PelDOMElement getDocumentElement() const;
+
+    /// A new element that belongs to this document and has no parent yet; see
+    /// PelDOMNode::appendChild. A name that XML forbids, an empty one included, ends with the
+    /// engine's DOM exception. A null document gives a null handle.
+    virtual PelDOMElement createElement(const PelString& tagName);
+
+    /// A new text node, possibly empty, that belongs to this document and has no parent yet. A null
+    /// document gives a null handle.
+    virtual PelDOMText createTextNode(const PelString& text);
+
+private:
+    PelDOMDocumentImp* imp() const;
+};

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <qrndom/PelDOMNode.h>
+
+class PelDOMElementImp;
+
+/// A handle to one element: its tag name, attributes, text and descendants.
+///
+/// Owns     one implementation object, or none; the tree is shared with every handle into it.
+/// Lives    as long as the caller likes; the tree outlives the document handle it came from.
+/// Threads  one thread at a time for all handles into one tree; separate trees are independent.
+/// Errors   codes of PelDOM::Error; the engine's DOM exceptions pass through from names that XML
+///          forbids.
+/// Cost     an attribute is found by binary search; getChildTextValue makes a few temporary
+/// handles.
+class QRNDOM_API PelDOMElement : public PelDOMNode {
+public:
+    /// Takes ownership of `implementation`; a null handle without one.
+    explicit PelDOMElement(PelDOMNodeImp* implementation = nullptr);
+
+    PelDOMElement(const PelDOMElement& orig);
+
+    /// A handle to the node of `node` as an element, after its type was found to be ELEMENT_NODE.
+    /// Where it is of another kind, the operations below answer as those of a null handle do.
+    explicit PelDOMElement(const PelDOMNode& node);
+
+    ~PelDOMElement() override;
+
+    /// As PelDOMNode's: the value of the expression is `rhs`.
+    PelDOMElement& operator=(PelDOMElement& rhs);
+    const PelDOMElement& operator=(const PelDOMElement& rhs);
+
+    /// Removes an attribute; one that is not there is no error. INVALID_VALUE for an empty name and
+    /// for a null handle.
+    virtual PelDOM::Error removeAttribute(const PelString& name);
+
+    /// Sets an attribute, replacing its earlier value. INVALID_VALUE for an empty name or value,
+    /// NULL_NODE for a null handle.
+    virtual PelDOM::Error setAttribute(const PelString& name, const PelString& value);
+
+    /// Adds a last child element `name` whose only child is the text `text`. INVALID_VALUE for an
+    /// empty name or text, NULL_NODE for a null handle.
+    virtual PelDOM::Error appendTextElement(const PelString& name, const PelString& text);
+
+    /// The number of attributes, those that a document type declaration adds included; 0 for a null
+    /// handle.
+    long getNumAttributes() const;
+
+    /// The value or name of the attribute at a position from 0 to getNumAttributes() - 1, in the
+    /// order of the engine's attribute map; empty for any other position and for a null handle.
+    PelString getAttributeValueAt(long index) const;
+    PelString getAttributeNameAt(long index) const;
+
+    /// The name as written, prefix included; empty for a null handle.
+    PelString getTagName() const;
+
+    /// The value of an attribute; empty when it is not there and for a null handle.
+    PelString getAttribute(const PelString& name) const;
+
+    /// The same into `value`; always SUCCESS.
+    PelDOM::Error getAttribute(const PelString& name, PelString& value) const;
+
+    /// Reads a whole decimal number from the start of an attribute: white space before it is
+    /// skipped, what follows it is ignored ("12abc" gives 12), and a number out of range gives the
+    /// nearest `long`. INVALID_VALUE, with `value` unchanged, when there is none.
+    PelDOM::Error getAttribute(const PelString& name, long& value) const;
+
+    /// Reads a real number in the same way, with a full stop as its decimal point: "2.5", "1e3",
+    /// "0x1p3", "inf" and "nan" are numbers, "1e" is none. INVALID_VALUE, with `value` unchanged,
+    /// when there is none.
+    PelDOM::Error getAttribute(const PelString& name, double& value) const;
+
+    /// Reads the text of an element whose only child is a text node. INVALID_VALUE, with `value`
+    /// unchanged, for any other element and for a null handle.
+    PelDOM::Error getChildTextValue(PelString& value) const;
+
+    /// Makes `out` the live list of this element's descendants with a tag name ("*": all), in
+    /// document order, and gives its length. 0, with `out` unchanged, for a null handle.
+    int getElementsByTagName(const PelString& name, PelDOMNodeList& out) const;
+
+private:
+    template <class Number>
+    PelDOM::Error getNumber(const PelString& name, Number& value) const;
+
+    PelDOMElementImp* imp() const;
+};

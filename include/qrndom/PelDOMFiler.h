@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <qrndom/PelDOMDocument.h>
+#include <qrndom/PelDOMElement.h>
+#include <qrndom/PelDOMNode.h>
+#include <qrndom/PelString.h>
+#include <qrndom/export.h>
+
+/// A builder: fills a document through a cursor, without handling nodes.
+///
+/// Owns     three handles: the document, the current node and the current element, to which it
+/// adds.
+///          The tree is shared with every handle into it.
+/// Lives    as long as the caller likes, and keeps the tree alive as handles do.
+/// Threads  one thread at a time for the filer and all handles into its tree.
+/// Errors   codes of PelDOM::Error from the current element; the engine's DOM exceptions pass
+///          through from names that XML forbids.
+/// Cost     as the current element's operations.
+class QRNDOM_API PelDOMFiler {
+public:
+    /// A null element handle, there from the library's load to its unload.
+    static PelDOMElement InvalidElement;
+
+    /// Starts on `document` as the current node and its root element as the current element.
+    explicit PelDOMFiler(PelDOMDocument& document);
+
+    /// A copy has a cursor of its own in the same document.
+    PelDOMFiler(const PelDOMFiler& other);
+
+    virtual ~PelDOMFiler();
+
+    PelDOMFiler& operator=(const PelDOMFiler& other);
+
+    /// The handles themselves: assigning to one moves it, without what setCurrentNode does.
+    PelDOMDocument& document() noexcept { return documentField; }
+    PelDOMNode& currentNode() noexcept { return currentNodeField; }
+    PelDOMElement& currentElement() noexcept { return currentElementField; }
+
+    /// Moves the cursor to `node`, and the current element too if it is an element. Always SUCCESS.
+    PelDOM::Error setCurrentNode(PelDOMNode& node);
+
+    /// Adds a last child element `name` holding `value` to the current element; the cursor stays.
+    /// INVALID_VALUE for an empty name or value, NULL_NODE when the current element is null.
+    PelDOM::Error appendElement(const PelString& name, const PelString& value);
+
+    /// The same with a number, printed by `format` (see PelString::format) or, when that is empty,
+    /// as plain decimal. A format is refused with INVALID_VALUE unless it holds exactly one
+    /// conversion, for whole numbers here and for reals below; its length modifier does not matter.
+    PelDOM::Error appendElement(const PelString& name, long value, PelString format = {});
+    PelDOM::Error appendElement(const PelString& name, int value, PelString format = {});
+
+    /// The default for reals is fixed notation with six digits after the decimal point.
+    PelDOM::Error appendElement(const PelString& name, double value, PelString format = {});
+
+    /// Sets an attribute of the current element, with the same formats and codes.
+    PelDOM::Error setAttribute(const PelString& name, const PelString& value);
+    PelDOM::Error setAttribute(const PelString& name, long value, PelString format = {});
+    PelDOM::Error setAttribute(const PelString& name, int value, PelString format = {});
+    PelDOM::Error setAttribute(const PelString& name, double value, PelString format = {});
+
+private:
+    PelDOMDocument documentField;
+    PelDOMNode currentNodeField;
+    PelDOMElement currentElementField;
+};

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <qrndom/PelDOM.h>
+#include <qrndom/export.h>
+
+class PelDOMDocument;
+class PelDOMNodeContentImp;
+class PelDOMNodeImp;
+class PelDOMNodeList;
+
+/// A handle to one node of a tree, of any kind; the base of the document, element and text handles.
+///
+/// Owns     one implementation object, or none: then it is a null handle. The tree is shared with
+///          every other handle into it, and changes through one are seen through all.
+/// Lives    as long as the caller likes; the tree lives as long as any handle into it, whether or
+///          not a document handle is left and whether or not the engine was terminated.
+/// Threads  one thread at a time for all handles into one tree; separate trees are independent.
+/// Errors   codes of PelDOM::Error; exceptions of the engine's DOM pass through (see appendChild).
+/// Cost     a copy makes a new implementation object over the same node, never a copy of the tree.
+class QRNDOM_API PelDOMNode {
+public:
+    /// Takes ownership of `implementation`; a null handle (status NO_IMPLEMENTATION) without one.
+    explicit PelDOMNode(PelDOMNodeImp* implementation = nullptr);
+
+    /// A second handle to the same node, with the same status.
+    PelDOMNode(const PelDOMNode& orig);
+
+    virtual ~PelDOMNode();
+
+    /// Lets go of the own node and refers to that of `rhs`, as a copy would. The value of the
+    /// expression is `rhs`, not this handle.
+    PelDOMNode& operator=(PelDOMNode& rhs);
+
+    /// The same for const handles and temporaries.
+    const PelDOMNode& operator=(const PelDOMNode& rhs);
+
+    /// 1 for a null handle, else 0.
+    int isNull() const noexcept { return imp == nullptr ? 1 : 0; }
+
+    /// NO_IMPLEMENTATION for a null handle, else SUCCESS. Set when the handle is made or assigned;
+    /// no operation changes it.
+    PelDOM::Error getErrorStatus() const noexcept { return errorStatus; }
+
+    /// The implementation object, which the handle keeps; null for a null handle.
+    PelDOMNodeImp* getNodeImp() const noexcept { return imp; }
+
+    /// The content object, which the handle keeps; null unless the node is an element, a text or
+    /// a document.
+    PelDOMNodeContentImp* getContentImp() const noexcept;
+
+    /// The kind of node; NO_NODE for a null handle.
+    PelDOM::NodeType getNodeType() const;
+
+    /// Makes `out` a handle to the document that the node belongs to. NULL_NODE for a null handle,
+    /// which leaves `out` as it was. A document belongs to none: its `out` is of type NO_NODE.
+    PelDOM::Error getOwnerDocument(PelDOMDocument& out) const;
+
+    /// Makes the node of `child` the last child of this node, taking it from its old parent if it
+    /// has one. `child` goes on referring to it.
+    ///
+    /// NULL_NODE when either handle is null. Where the DOM forbids the append (a node into itself
+    /// or its own descendants, a second root element, text at the top of a document, a node of
+    /// another document), the engine's DOM exception reaches the caller and nothing has changed.
+    PelDOM::Error appendChild(PelDOMNode& child);
+
+    /// Makes `out` a handle to the parent; to none (type NO_NODE) for a node without one. NULL_NODE
+    /// for a null handle, which leaves `out` as it was.
+    PelDOM::Error getParentNode(PelDOMNode& out) const;
+
+    /// Makes `out` the live list of this node's children. NULL_NODE for a null handle, which leaves
+    /// `out` as it was.
+    PelDOM::Error getChildNodes(PelDOMNodeList& out) const;
+
+    /// Prints the subtree into the diagnostic log: a line for each node and attribute, children
+    /// between brackets and two spaces further in. `level` is the depth of this node; 0 and 1 print
+    /// it without indentation. Text of line breaks and spaces only is left out.
+    void dump(long level) const;
+
+    /// Prints the subtree as `dump` does, all text included, and gives every element in it the
+    /// attribute PARSELEVEL with its depth, counted from `level`.
+    void dumpParseLevel(long level);
+
+protected:
+    /// Refers to the node of `other` from now on, and takes its status. When no memory is left for
+    /// that, the exception finds this handle unchanged.
+    void assign(const PelDOMNode& other);
+
+    /// What every assignment operator of a handle does: the trace, then `assign` unless `rhs` is
+    /// this handle itself.
+    void assignTraced(const char16_t* trace, const PelDOMNode& rhs);
+
+private:
+    PelDOMNodeImp* imp;
+    PelDOM::Error errorStatus;
+};

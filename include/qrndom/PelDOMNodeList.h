@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <qrndom/PelDOM.h>
+#include <qrndom/export.h>
+
+class PelDOMNode;
+class PelDOMNodeListImp;
+
+/// A handle to a live list of nodes: the children of a node, or the elements with a tag name.
+///
+/// Owns     one implementation object, or none: then it is an empty handle.
+/// Lives    as long as the caller likes, and keeps the tree alive as node handles do.
+/// Threads  one thread at a time for all handles into one tree; separate trees are independent.
+/// Errors   codes of PelDOM::Error; it keeps no status.
+/// Cost     a loop of length and item over n nodes takes n steps, also while other lists are in
+/// use;
+///          each item makes two implementation objects. A list shows every change of the tree at
+///          once.
+class QRNDOM_API PelDOMNodeList {
+public:
+    /// Takes ownership of `implementation`; an empty handle without one.
+    explicit PelDOMNodeList(PelDOMNodeListImp* implementation = nullptr);
+
+    /// A second handle to the same live list.
+    PelDOMNodeList(const PelDOMNodeList& orig);
+
+    virtual ~PelDOMNodeList();
+
+    /// Lets go of the own list and refers to that of `rhs`. The value of the expression is `rhs`,
+    /// not this handle.
+    PelDOMNodeList& operator=(PelDOMNodeList& rhs);
+
+    /// The same for const handles and temporaries.
+    const PelDOMNodeList& operator=(const PelDOMNodeList& rhs);
+
+    /// The number of nodes in the list now; 0 for an empty handle.
+    virtual long length() const;
+
+    /// Makes `out` a handle to the node at a position from 0 to length() - 1. INDEX_OUT_OF_RANGE
+    /// for any other position and NULL_NODE for an empty handle, both leaving `out` as it was.
+    virtual PelDOM::Error item(long index, PelDOMNode& out) const;
+
+protected:
+    /// Refers to the list of `other` from now on. When no memory is left for that, the exception
+    /// finds this handle unchanged.
+    void assign(const PelDOMNodeList& other);
+
+private:
+    PelDOMNodeListImp* imp;
+};

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <qrndom/PelDOMNode.h>
+
+class PelDOMTextImp;
+
+/// A handle to one text node: its character data.
+///
+/// Owns     one implementation object, or none; the tree is shared with every handle into it.
+/// Lives    as long as the caller likes; the tree outlives the document handle it came from.
+/// Threads  one thread at a time for all handles into one tree; separate trees are independent.
+/// Errors   codes of PelDOM::Error.
+/// Cost     reading copies the text.
+class QRNDOM_API PelDOMText : public PelDOMNode {
+public:
+    /// Takes ownership of `implementation`; a null handle without one.
+    explicit PelDOMText(PelDOMNodeImp* implementation = nullptr);
+
+    PelDOMText(const PelDOMText& orig);
+
+    /// A handle to the node of `node` as a text, after its type was found to be TEXT_NODE. Where it
+    /// is of another kind, the operations below answer as those of a null handle do.
+    explicit PelDOMText(const PelDOMNode& node);
+
+    ~PelDOMText() override;
+
+    /// As PelDOMNode's: the value of the expression is `rhs`.
+    PelDOMText& operator=(PelDOMText& rhs);
+    const PelDOMText& operator=(const PelDOMText& rhs);
+
+    /// Replaces the text. INVALID_VALUE for an empty one, which changes nothing: a text cannot be
+    /// emptied. INTERNAL_ERROR for a null handle.
+    virtual PelDOM::Error setValue(const PelString& value);
+
+    /// The whole text, white space and line breaks included; empty for a null handle.
+    virtual const PelString getValue();
+
+private:
+    PelDOMTextImp* imp() const;
+};

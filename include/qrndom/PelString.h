@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <qrndom/export.h>
+
+#include <atomic>
+#include <cstddef>
+#include <functional>
+#include <iosfwd>
+#include <string>
+#include <string_view>
+
+/// A string of UTF-16 code units: every name, value and text of the library.
+///
+/// Owns     its text; copies are independent.
+/// Lives    as long as the caller likes; borrowed buffers live until the string next changes.
+/// Threads  like a standard string: several readers at once, or one writer.
+/// Errors   never refuses text: a null pointer is the empty string, ill-formed UTF-8 becomes
+/// U+FFFD. Cost     a copy copies the text; getStringA and getStringWAsUnsignedShort build their
+/// form on
+///          first use.
+class QRNDOM_API PelString {
+public:
+    PelString() noexcept = default;
+    PelString(std::nullptr_t) noexcept {}
+
+    /// Copies NUL-terminated UTF-16 text.
+    PelString(const char16_t* text);
+    PelString(const unsigned short* text);
+
+    /// Converts NUL-terminated UTF-8 text; each ill-formed sequence becomes U+FFFD.
+    PelString(const char* text);
+
+    /// Copies UTF-16 text of a given length, which may hold U+0000. Where such a string is handed
+    /// to the tree or used as a file name, it ends at its first U+0000.
+    explicit PelString(std::u16string_view text);
+    explicit PelString(std::u16string&& text) noexcept;
+
+    PelString(const PelString& other);
+    PelString(PelString&& other) noexcept;
+    ~PelString();
+
+    PelString& operator=(const PelString& other);
+    PelString& operator=(PelString&& other) noexcept;
+    PelString& operator=(std::nullptr_t) noexcept;
+    PelString& operator=(const char16_t* text);
+    PelString& operator=(const unsigned short* text);
+    PelString& operator=(const char* text);
+
+    /// 1 when the string holds no code unit, else 0.
+    int isEmpty() const noexcept { return text.empty() ? 1 : 0; }
+
+    /// The number of UTF-16 code units.
+    long length() const noexcept { return static_cast<long>(text.size()); }
+
+    /// The text, followed by a NUL that the view does not count.
+    std::u16string_view view() const noexcept { return text; }
+
+    /// The text as NUL-terminated code units.
+    const unsigned short* getStringWAsUnsignedShort() const;
+
+    /// The text in ISO-8859-1, NUL-terminated, one byte for each code unit. U+001A, which XML
+    /// forbids, stands for each unit that ISO-8859-1 does not hold.
+    const char* getStringA() const;
+
+    /// The text in UTF-8; U+FFFD stands for each lone surrogate.
+    std::string toUtf8() const;
+
+    /// Replaces the text by what printf would print for `pattern`, whatever the process's locale,
+    /// and gives this string.
+    ///
+    /// Takes flags, width and precision (`*` included), length modifiers, `%%` and the conversions
+    /// `%d %i %u %o %x %X %c %s %f %F %e %E %g %G %a %A`. `%s` takes NUL-terminated UTF-16 text,
+    /// its width and precision counted in code units, and prints "(null)" for null; `%c` prints one
+    /// code unit. Any other conversion, `%n` included, is copied as it stands and takes no
+    /// argument. The arguments must fit the pattern, as for printf: never use text from outside as
+    /// a pattern.
+    PelString& format(const char16_t* pattern, ...);
+    PelString& format(const unsigned short* pattern, ...);
+
+    PelString& operator+=(const PelString& other);
+
+    friend QRNDOM_API PelString operator+(const PelString& left, const PelString& right);
+    friend QRNDOM_API bool operator==(const PelString& left, const PelString& right) noexcept;
+    friend QRNDOM_API bool operator!=(const PelString& left, const PelString& right) noexcept;
+
+    /// Compares code unit by code unit.
+    friend QRNDOM_API bool operator<(const PelString& left, const PelString& right) noexcept;
+
+    /// Writes the text in UTF-8.
+    friend QRNDOM_API std::ostream& operator<<(std::ostream& stream, const PelString& string);
+
+private:
+    void replace(std::u16string&& changed) noexcept;
+    void dropForms() noexcept;
+
+    std::u16string text;
+    mutable std::atomic<unsigned short*> wideForm{nullptr};
+    mutable std::atomic<char*> narrowForm{nullptr};
+};
+
+/// Lets a PelString be the key of an unordered container.
+template <>
+struct std::hash<PelString> {
+    std::size_t operator()(const PelString& string) const noexcept {
+        return std::hash<std::u16string_view>()(string.view());
+    }
+};

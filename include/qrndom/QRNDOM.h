@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+/// Everything that QRNDOM offers, in one header.
+
+#include <qrndom/PelDOM.h>
+#include <qrndom/PelDOMDocument.h>
+#include <qrndom/PelDOMElement.h>
+#include <qrndom/PelDOMFiler.h>
+#include <qrndom/PelDOMNode.h>
+#include <qrndom/PelDOMNodeList.h>
+#include <qrndom/PelDOMNodeListImp.h>
+#include <qrndom/PelDOMText.h>
+#include <qrndom/PelDOMUtilites.h>
+#include <qrndom/PelString.h>
+#include <qrndom/export.h>

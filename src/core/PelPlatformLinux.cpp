@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#include "core/PelPlatform.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <fcntl.h>
+#include <locale.h>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+// Emptying is left until the file is known to be ours: the path may lie in a shared directory.
+bool isOwnRegularFile(int file) {
+    struct stat status = {};
+    return fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == geteuid() &&
+           status.st_nlink == 1;
+}
+
+} // namespace
+
+int PelPlatform::openLog(const char* path) noexcept {
+    // Without O_NONBLOCK, a FIFO at the path would block the load of the library.
+    const int file =
+        open(path, O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY,
+             S_IRUSR | S_IWUSR);
+    if (file < 0)
+        return noLog;
+    if (isOwnRegularFile(file) && fchmod(file, S_IRUSR | S_IWUSR) == 0 && ftruncate(file, 0) == 0)
+        return file;
+    close(file);
+    return noLog;
+}
+
+bool PelPlatform::appendToLog(int log, const std::string& line) noexcept {
+    ssize_t written = 0;
+    do {
+        written = write(log, line.data(), line.size());
+    } while (written < 0 && errno == EINTR);
+    return written >= 0 && static_cast<std::size_t>(written) == line.size();
+}
+
+void PelPlatform::closeLog(int log) noexcept {
+    close(log);
+}
+
+std::string PelPlatform::fileSystemName(const PelString& name) {
+    const std::string utf8 = name.toUtf8();
+    return utf8.substr(0, utf8.find('\0'));
+}
+
+PelString PelPlatform::currentDirectory() {
+    const std::unique_ptr<char, decltype(&std::free)> path(getcwd(nullptr, 0), &std::free);
+    return PelString(path.get());
+}
+
+// glibc keeps its "C" locale object in static storage: nothing is allocated here, nothing to free.
+PelPlatform::ClassicNumbers::ClassicNumbers() noexcept
+    : previous(uselocale(newlocale(LC_ALL_MASK, "C", nullptr))) {
+}
+
+PelPlatform::ClassicNumbers::~ClassicNumbers() {
+    uselocale(static_cast<locale_t>(previous));
+}

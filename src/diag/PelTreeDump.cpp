@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: MIT
+#include <qrndom/PelDOMElement.h>
+#include <qrndom/PelDOMNode.h>
+#include <qrndom/PelDOMNodeList.h>
+#include <qrndom/PelDOMText.h>
+
+#include <algorithm>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+PelString indentation(long level) {
+    return PelString(std::u16string(level > 1 ? 2 * static_cast<std::size_t>(level - 1) : 0, u' '));
+}
+
+template <class... Arguments>
+void writeLine(const char16_t* pattern, Arguments... arguments) {
+    PelDOM::error(PelString().format(pattern, arguments...), nullptr);
+}
+
+// White space that only lays out the text.
+bool isLayout(std::u16string_view text) {
+    return text.find_first_of(u"\n\r") != text.npos &&
+           text.find_first_not_of(u"\n\r ") == text.npos;
+}
+
+/// One dump of a subtree. Nodes whose children are still to come wait on the heap, so that depth
+/// costs no stack.
+class TreeDump {
+public:
+    explicit TreeDump(bool isStamping) : stamps(isStamping) {}
+
+    void write(const PelDOMNode& top, long level) {
+        begin(top, level);
+        while (!open.empty()) {
+            OpenNode& parent = open.back();
+            if (parent.nextChild >= parent.children.length()) {
+                writeLine(u"%s)", indentation(parent.level).view().data());
+                open.pop_back();
+                continue;
+            }
+            PelDOMNode child;
+            if (parent.children.item(parent.nextChild++, child) == PelDOM::SUCCESS)
+                begin(child, parent.level + 1);
+        }
+    }
+
+private:
+    struct OpenNode {
+        PelDOMNodeList children;
+        long nextChild;
+        long level;
+    };
+
+    // Writes a node's own lines, and opens the list of its children if it has any.
+    void begin(const PelDOMNode& node, long level) {
+        const PelString indent = indentation(level);
+        const PelDOM::NodeType type = node.getNodeType();
+        if (type == PelDOM::ELEMENT_NODE)
+            writeElement(PelDOMElement(node), level, indent);
+        else if (type == PelDOM::TEXT_NODE) {
+            const PelString text = PelDOMText(node).getValue();
+            if (!stamps && isLayout(text.view()))
+                return;
+            writeLine(u"%sText(\"%s\")", indent.view().data(), text.view().data());
+        } else
+            writeLine(u"%sNode(type=%d)", indent.view().data(), static_cast<int>(type));
+
+        PelDOMNodeList children;
+        if (node.getChildNodes(children) == PelDOM::SUCCESS && children.length() > 0) {
+            writeLine(u"%s(", indent.view().data());
+            open.push_back({children, 0, level});
+        }
+    }
+
+    void writeElement(PelDOMElement element, long level, const PelString& indent) {
+        struct Attribute {
+            PelString name;
+            PelString value;
+        };
+        std::vector<Attribute> attributes;
+        for (long i = 0; i < element.getNumAttributes(); ++i)
+            attributes.push_back({element.getAttributeNameAt(i), element.getAttributeValueAt(i)});
+        if (stamps)
+            element.setAttribute(u"PARSELEVEL", PelString().format(u"%ld", level));
+        writeLine(u"%sElement(%s)", indent.view().data(), element.getTagName().view().data());
+        for (const Attribute& attribute : attributes)
+            writeLine(u"%s - %s=\"%s\"", indent.view().data(), attribute.name.view().data(),
+                      attribute.value.view().data());
+    }
+
+    const bool stamps;
+    std::deque<OpenNode> open;
+};
+
+} // namespace
+
+void PelDOMNode::dump(long level) const {
+    TreeDump(false).write(*this, level);
+}
+
+void PelDOMNode::dumpParseLevel(long level) {
+    TreeDump(true).write(*this, level);
+}

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+#include "core/PelFormatPattern.h"
+
+#include <qrndom/PelDOMFiler.h>
+
+#include <string>
+#include <string_view>
+
+namespace {
+
+constexpr std::u16string_view defaultWholeFormat = u"%ld";
+constexpr std::u16string_view defaultRealFormat = u"%lf";
+
+// Prints a value by a caller's format, or by the default one where that is empty. False for a
+// format that is not fit for exactly one value of its kind.
+template <class Number>
+bool print(Number value, const PelString& format, std::u16string_view defaultFormat,
+           std::u16string_view conversions, std::u16string_view modifier, PelString& printed) {
+    const std::u16string pattern = PelFormatPattern::forOneValue(
+        format.isEmpty() != 0 ? defaultFormat : format.view(), conversions, modifier);
+    if (pattern.empty())
+        return false;
+    printed.format(pattern.c_str(), value);
+    return true;
+}
+
+bool print(long value, const PelString& format, PelString& printed) {
+    return print(value, format, defaultWholeFormat, u"diuoxX", u"l", printed);
+}
+
+bool print(double value, const PelString& format, PelString& printed) {
+    return print(value, format, defaultRealFormat, u"fFeEgGaA", u"", printed);
+}
+
+} // namespace
+
+PelDOMElement PelDOMFiler::InvalidElement;
+
+PelDOMFiler::PelDOMFiler(PelDOMDocument& document) {
+    documentField = document;
+    currentNodeField = document;
+    currentElementField = documentField.getDocumentElement();
+}
+
+PelDOMFiler::PelDOMFiler(const PelDOMFiler& other) = default;
+
+PelDOMFiler::~PelDOMFiler() = default;
+
+PelDOMFiler& PelDOMFiler::operator=(const PelDOMFiler& other) {
+    documentField = other.documentField;
+    currentNodeField = other.currentNodeField;
+    currentElementField = other.currentElementField;
+    return *this;
+}
+
+PelDOM::Error PelDOMFiler::setCurrentNode(PelDOMNode& node) {
+    currentNodeField = node;
+    if (node.getNodeType() == PelDOM::ELEMENT_NODE)
+        currentElementField = PelDOMElement(node);
+    return PelDOM::SUCCESS;
+}
+
+PelDOM::Error PelDOMFiler::appendElement(const PelString& name, const PelString& value) {
+    return currentElementField.appendTextElement(name, value);
+}
+
+PelDOM::Error PelDOMFiler::appendElement(const PelString& name, long value, PelString format) {
+    PelString text;
+    return print(value, format, text) ? appendElement(name, text) : PelDOM::INVALID_VALUE;
+}
+
+PelDOM::Error PelDOMFiler::appendElement(const PelString& name, int value, PelString format) {
+    return appendElement(name, static_cast<long>(value), std::move(format));
+}
+
+PelDOM::Error PelDOMFiler::appendElement(const PelString& name, double value, PelString format) {
+    PelString text;
+    return print(value, format, text) ? appendElement(name, text) : PelDOM::INVALID_VALUE;
+}
+
+PelDOM::Error PelDOMFiler::setAttribute(const PelString& name, const PelString& value) {
+    return currentElementField.setAttribute(name, value);
+}
+
+PelDOM::Error PelDOMFiler::setAttribute(const PelString& name, long value, PelString format) {
+    PelString text;
+    return print(value, format, text) ? setAttribute(name, text) : PelDOM::INVALID_VALUE;
+}
+
+PelDOM::Error PelDOMFiler::setAttribute(const PelString& name, int value, PelString format) {
+    return setAttribute(name, static_cast<long>(value), std::move(format));
+}
+
+PelDOM::Error PelDOMFiler::setAttribute(const PelString& name, double value, PelString format) {
+    PelString text;
+    return print(value, format, text) ? setAttribute(name, text) : PelDOM::INVALID_VALUE;
+}

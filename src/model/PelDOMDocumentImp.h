@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "model/PelDOMNodeContentImp.h"
+
+#include <qrndom/PelDOMElement.h>
+#include <qrndom/PelDOMText.h>
+
+/// The content of a document. The order of the virtual operations is fixed. Without a node, each
+/// gives a null handle.
+class PelDOMDocumentImp : public PelDOMNodeContentImp {
+public:
+    PelDOMDocumentImp() noexcept : PelDOMNodeContentImp(nullptr) {}
+
+    virtual PelDOMElement getDocumentElement() = 0;
+    virtual PelDOMElement createElement(const PelString& tagName) = 0;
+    virtual PelDOMText createTextNode(const PelString& text) = 0;
+};

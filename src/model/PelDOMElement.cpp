@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+#include "core/PelNumberScan.h"
+#include "model/PelDOMElementImp.h"
+
+#include <qrndom/PelDOMElement.h>
+#include <qrndom/PelDOMNodeList.h>
+#include <qrndom/PelDOMText.h>
+
+#include <utility>
+
+PelDOMElement::PelDOMElement(PelDOMNodeImp* implementation) : PelDOMNode(implementation) {
+}
+
+PelDOMElement::PelDOMElement(const PelDOMElement& orig) : PelDOMNode(orig) {
+}
+
+PelDOMElement::PelDOMElement(const PelDOMNode& node) : PelDOMNode(node) {
+}
+
+PelDOMElement::~PelDOMElement() = default;
+
+PelDOMElement& PelDOMElement::operator=(PelDOMElement& rhs) {
+    *this = std::as_const(rhs);
+    return rhs;
+}
+
+const PelDOMElement& PelDOMElement::operator=(const PelDOMElement& rhs) {
+    assignTraced(u"PelDOMElement operator=(PelDOMElement& rhs)", rhs);
+    return rhs;
+}
+
+PelDOM::Error PelDOMElement::removeAttribute(const PelString& name) {
+    PelDOMElementImp* const content = imp();
+    return content != nullptr ? content->removeAttribute(name) : PelDOM::INVALID_VALUE;
+}
+
+PelDOM::Error PelDOMElement::setAttribute(const PelString& name, const PelString& value) {
+    PelDOMElementImp* const content = imp();
+    return content != nullptr ? content->setAttribute(name, value) : PelDOM::NULL_NODE;
+}
+
+PelDOM::Error PelDOMElement::appendTextElement(const PelString& name, const PelString& text) {
+    PelDOMElementImp* const content = imp();
+    return content != nullptr ? content->appendTextElement(name, text) : PelDOM::NULL_NODE;
+}
+
+long PelDOMElement::getNumAttributes() const {
+    PelDOMElementImp* const content = imp();
+    return content != nullptr ? content->getNumAttributes() : 0;
+}
+
+PelString PelDOMElement::getAttributeValueAt(long index) const {
+    PelDOMElementImp* const content = imp();
+    return content != nullptr ? content->getAttributeValueAt(index) : PelString();
+}
+
+PelString PelDOMElement::getAttributeNameAt(long index) const {
+    PelDOMElementImp* const content = imp();
+    return content != nullptr ? content->getAttributeNameAt(index) : PelString();
+}
+
+PelString PelDOMElement::getTagName() const {
+    PelDOMElementImp* const content = imp();
+    return content != nullptr ? content->getTagName() : PelString();
+}
+
+PelString PelDOMElement::getAttribute(const PelString& name) const {
+    PelDOMElementImp* const content = imp();
+    return content != nullptr ? content->getAttribute(name) : PelString();
+}
+
+PelDOM::Error PelDOMElement::getAttribute(const PelString& name, PelString& value) const {
+    value = getAttribute(name);
+    return PelDOM::SUCCESS;
+}
+
+PelDOM::Error PelDOMElement::getAttribute(const PelString& name, long& value) const {
+    return getNumber(name, value);
+}
+
+PelDOM::Error PelDOMElement::getAttribute(const PelString& name, double& value) const {
+    return getNumber(name, value);
+}
+
+template <class Number>
+PelDOM::Error PelDOMElement::getNumber(const PelString& name, Number& value) const {
+    return PelNumberScan::scan(getAttribute(name).view(), value) ? PelDOM::SUCCESS
+                                                                 : PelDOM::INVALID_VALUE;
+}
+
+PelDOM::Error PelDOMElement::getChildTextValue(PelString& value) const {
+    PelDOMNodeList children;
+    if (getChildNodes(children) != PelDOM::SUCCESS || children.length() != 1)
+        return PelDOM::INVALID_VALUE;
+    PelDOMNode child;
+    if (children.item(0, child) != PelDOM::SUCCESS || child.getNodeType() != PelDOM::TEXT_NODE)
+        return PelDOM::INVALID_VALUE;
+    value = PelDOMText(child).getValue();
+    return PelDOM::SUCCESS;
+}
+
+int PelDOMElement::getElementsByTagName(const PelString& name, PelDOMNodeList& out) const {
+    PelDOMElementImp* const content = imp();
+    return content != nullptr ? content->getElementsByTagName(name, out) : 0;
+}
+
+PelDOMElementImp* PelDOMElement::imp() const {
+    return getNodeType() == PelDOM::ELEMENT_NODE ? static_cast<PelDOMElementImp*>(getContentImp())
+                                                 : nullptr;
+}

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "model/PelDOMNodeContentImp.h"
+
+#include <qrndom/PelDOM.h>
+
+class PelDOMNodeList;
+
+/// The content of an element. The order of the virtual operations is fixed.
+///
+/// Changing operations answer INVALID_VALUE for an empty name, then for an empty value or text,
+/// then INTERNAL_ERROR when the content has no node; reading ones answer empty or 0 there.
+class PelDOMElementImp : public PelDOMNodeContentImp {
+public:
+    PelDOMElementImp() noexcept : PelDOMNodeContentImp(nullptr) {}
+
+    virtual PelDOM::Error removeAttribute(const PelString& name) = 0;
+    virtual long getNumAttributes() = 0;
+    virtual PelString getAttributeValueAt(long index) = 0;
+    virtual PelString getAttributeNameAt(long index) = 0;
+    virtual PelDOM::Error setAttribute(const PelString& name, const PelString& value) = 0;
+    virtual PelDOM::Error appendTextElement(const PelString& name, const PelString& text) = 0;
+    virtual PelString getTagName() = 0;
+    virtual PelString getAttribute(const PelString& name) = 0;
+
+    /// Assigns the live list to `out` and gives its length; leaves `out` alone without a node.
+    virtual int getElementsByTagName(const PelString& name, PelDOMNodeList& out) = 0;
+};

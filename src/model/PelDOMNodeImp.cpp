@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+#include "model/PelDOMNodeImp.h"
+
+#include "model/PelDOMNodeContentImp.h"
+
+PelDOMNodeImp::PelDOMNodeImp(PelDOMNodeContentImp* nodeContent) noexcept : content(nodeContent) {
+    if (content != nullptr)
+        content->setNodeImp(this);
+}
+
+PelDOMNodeImp::~PelDOMNodeImp() noexcept(false) {
+    delete content;
+}

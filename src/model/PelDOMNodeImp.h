@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <qrndom/PelDOM.h>
+
+class PelDOMDocument;
+class PelDOMNode;
+class PelDOMNodeContentImp;
+class PelDOMNodeList;
+
+/// What stands behind a node handle. The order of the virtual operations is fixed.
+///
+/// Owns     its content object, if its node's type has one.
+/// Lives    until the handle that owns it lets go of it.
+class PelDOMNodeImp {
+public:
+    PelDOMNodeImp(const PelDOMNodeImp&) = delete;
+    PelDOMNodeImp& operator=(const PelDOMNodeImp&) = delete;
+
+    /// Assigns a handle to the owning document to `out`; NULL_NODE when there is no node.
+    virtual PelDOM::Error getOwnerDocument(PelDOMDocument& out) = 0;
+
+    /// Makes the child's node the last child of this one; NULL_NODE when either has no node.
+    virtual PelDOM::Error appendChild(PelDOMNode& child) = 0;
+
+    /// Assigns a handle to the parent to `out`.
+    virtual PelDOM::Error getParentNode(PelDOMNode& out) = 0;
+
+    virtual PelDOM::NodeType getNodeType() = 0;
+
+    /// Assigns the live list of children to `out`.
+    virtual PelDOM::Error getChildNodes(PelDOMNodeList& out) = 0;
+
+    /// May throw; the handles drop what it throws.
+    virtual ~PelDOMNodeImp() noexcept(false);
+
+    /// A new object over the same node, with content of its own, for the caller to own.
+    virtual PelDOMNodeImp* clone() = 0;
+
+    /// A new content object for a node of that type, for the caller to own: a PelDOMElementImp for
+    /// an element, a PelDOMTextImp for a text, a PelDOMDocumentImp for a document, else null.
+    virtual PelDOMNodeContentImp* createContentImp(const PelDOM::NodeType& type) = 0;
+
+    PelDOMNodeContentImp* getContentImp() const noexcept { return content; }
+
+protected:
+    /// Takes ownership of `nodeContent`, which may be null, and becomes its node.
+    explicit PelDOMNodeImp(PelDOMNodeContentImp* nodeContent) noexcept;
+
+private:
+    PelDOMNodeContentImp* content;
+};

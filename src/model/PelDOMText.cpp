@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#include "model/PelDOMTextImp.h"
+
+#include <qrndom/PelDOMText.h>
+
+#include <utility>
+
+PelDOMText::PelDOMText(PelDOMNodeImp* implementation) : PelDOMNode(implementation) {
+}
+
+PelDOMText::PelDOMText(const PelDOMText& orig) : PelDOMNode(orig) {
+}
+
+PelDOMText::PelDOMText(const PelDOMNode& node) : PelDOMNode(node) {
+}
+
+PelDOMText::~PelDOMText() = default;
+
+PelDOMText& PelDOMText::operator=(PelDOMText& rhs) {
+    *this = std::as_const(rhs);
+    return rhs;
+}
+
+const PelDOMText& PelDOMText::operator=(const PelDOMText& rhs) {
+    assignTraced(u"PelDOMText operator=(PelDOMText& rhs)", rhs);
+    return rhs;
+}
+
+PelDOM::Error PelDOMText::setValue(const PelString& value) {
+    PelDOMTextImp* const content = imp();
+    return content != nullptr ? content->setValue(value) : PelDOM::INTERNAL_ERROR;
+}
+
+const PelString PelDOMText::getValue() {
+    PelDOMTextImp* const content = imp();
+    return content != nullptr ? content->getValue() : PelString();
+}
+
+PelDOMTextImp* PelDOMText::imp() const {
+    return getNodeType() == PelDOM::TEXT_NODE ? static_cast<PelDOMTextImp*>(getContentImp())
+                                              : nullptr;
+}

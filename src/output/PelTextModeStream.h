@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <qrndom/PelString.h>
+
+#include <fstream>
+#include <ostream>
+#include <streambuf>
+
+/// A file opened for writing, created or emptied. In text mode, each line feed is stored as CR LF,
+/// on every system.
+class PelTextModeStream final : public std::ostream {
+public:
+    /// A file that cannot be opened leaves a failed stream, which takes what it is given and stores
+    /// nothing.
+    explicit PelTextModeStream(const PelString& name);
+
+    /// Off until it is set: the bytes are stored as they are.
+    void setTextMode(bool isText) { buffer.isText = isText; }
+
+private:
+    class Buffer final : public std::streambuf {
+    public:
+        bool isText = false;
+        std::filebuf file;
+
+    protected:
+        int_type overflow(int_type character) override;
+        std::streamsize xsputn(const char* bytes, std::streamsize count) override;
+        int sync() override;
+    };
+
+    Buffer buffer;
+};

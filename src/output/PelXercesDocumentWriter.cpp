@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#include "output/PelXercesDocumentWriter.h"
+
+#include "output/PelOutputSettings.h"
+#include "output/PelXercesDOMPrintFormatTarget.h"
+#include "output/PelXercesMarkup.h"
+#include "output/PelXercesNodeWriter.h"
+#include "output/PelXercesRepertoire.h"
+#include "xerces/PelXercesDOMNode.h"
+#include "xerces/PelXercesDeclaration.h"
+
+#include <xercesc/framework/XMLFormatter.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLException.hpp>
+
+#include <string>
+
+using xercesc::XMLFormatter;
+
+namespace {
+
+// The encoding that a document asks for.
+std::u16string wantedEncoding(const xercesc::DOMNode& document) {
+    const xercesc::DOMNode* const first = document.getFirstChild();
+    if (first != nullptr && PelXercesDeclaration::isDeclaration(*first)) {
+        const PelString named = PelXercesDeclaration::read(*first).encoding;
+        if (named.isEmpty() == 0)
+            return std::u16string(named.view());
+    }
+    return u"UTF-8";
+}
+
+} // namespace
+
+PelXercesDocumentWriter::PelXercesDocumentWriter(PelString& target, bool toFile, bool newlines,
+                                                 bool terminator)
+    : text(target), hasNewlines(newlines), hasTerminator(terminator) {
+    if (toFile)
+        file.emplace(target);
+}
+
+PelDOM::Error PelXercesDocumentWriter::write(const PelDOMDocument& document) {
+    const PelDOMNodeImp* const imp = document.getNodeImp();
+    const PelXercesNodeRef node = imp != nullptr ? PelXercesDOMNode::of(*imp) : PelXercesNodeRef();
+    if (!node)
+        return PelDOM::NULL_NODE;
+    const std::u16string& encoding = PelOutputSettings::encoding(wantedEncoding(*node.getNode()));
+    try {
+        if (file)
+            writeToFile(*node.getNode(), encoding);
+        else
+            writeToString(*node.getNode(), encoding);
+    } catch (const xercesc::XMLException&) {
+        return PelDOM::INTERNAL_ERROR;
+    }
+    return PelDOM::SUCCESS;
+}
+
+void PelXercesDocumentWriter::writeToFile(const xercesc::DOMNode& document,
+                                          const std::u16string& encoding) {
+    PelXercesRepertoire repertoire(encoding);
+    PelXercesDOMPrintFormatTarget target(*file);
+    XMLFormatter formatter(encoding.c_str(), &target, XMLFormatter::NoEscapes,
+                           XMLFormatter::UnRep_CharRef, xercesc::XMLPlatformUtils::fgMemoryManager);
+    PelXercesMarkup out(repertoire, &formatter);
+    file->setTextMode(repertoire.hasByteLineFeed());
+    PelXercesNodeWriter(out, encoding, hasNewlines).writeNode(*file, document);
+    if (hasNewlines)
+        out << u"\n";
+    out.flush();
+    if (hasTerminator)
+        *file << std::ends;
+    file->flush();
+}
+
+// Encoding the text and decoding it again would give the same text, so neither is done. A NUL byte
+// at the end would end the string, as a string's own end does.
+void PelXercesDocumentWriter::writeToString(const xercesc::DOMNode& document,
+                                            const std::u16string& encoding) {
+    PelXercesRepertoire repertoire(encoding);
+    PelXercesMarkup out(repertoire, nullptr);
+    std::ostream nowhere(nullptr);
+    PelXercesNodeWriter(out, encoding, hasNewlines).writeNode(nowhere, document);
+    if (hasNewlines)
+        out << u"\n";
+    text = PelString(out.takeText());
+}

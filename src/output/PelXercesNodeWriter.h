@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "output/PelXercesMarkup.h"
+
+#include <xercesc/dom/DOMNode.hpp>
+
+#include <ostream>
+#include <string>
+
+/// Writes a subtree as XML text. The walk keeps its place on the heap, so that depth costs no
+/// stack.
+class PelXercesNodeWriter {
+public:
+    PelXercesNodeWriter(PelXercesMarkup& markup, const std::u16string& encoding, bool newlines);
+
+    /// Writes `top` and all below it, flushing `stream` after each child of a document.
+    std::ostream& writeNode(std::ostream& stream, const xercesc::DOMNode& top);
+
+private:
+    void begin(const xercesc::DOMNode& node);
+    void end(const xercesc::DOMNode& node);
+    void beginElement(const xercesc::DOMNode& element);
+    void writeDeclaration(const xercesc::DOMNode& declaration);
+    void writeDocumentType(const xercesc::DOMNode& node);
+    void newline();
+
+    PelXercesMarkup& out;
+    const std::u16string& encodingName;
+    const bool hasNewlines;
+};

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <xercesc/util/TransService.hpp>
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+/// Which characters an encoding can hold.
+///
+/// The formatter asks its own converter that, unit by unit, which garbles pairs and shift states in
+/// the encodings served by ICU. Here a second converter is asked, character by character.
+class PelXercesRepertoire {
+public:
+    /// Throws the engine's TranscodingException for an encoding that the engine does not know.
+    explicit PelXercesRepertoire(const std::u16string& encoding);
+
+    bool holdsEverything() const { return isUniversal; }
+
+    /// Whether a unit that is no surrogate can be written.
+    bool holds(char16_t unit);
+
+    /// Whether a surrogate pair can be written.
+    bool holds(char16_t high, char16_t low);
+
+    /// Whether a line feed is the one byte 0x0A.
+    bool hasByteLineFeed() const;
+
+private:
+    enum class Answer : char { unknown, no, yes };
+
+    std::unique_ptr<xercesc::XMLTranscoder> converter;
+    bool isUniversal;
+    std::vector<Answer> units;
+    std::unordered_map<char32_t, bool> pairs;
+};

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#include "services/PelXercesDOMUtilities.h"
+
+#include <qrndom/PelDOMUtilites.h>
+
+#include <utility>
+
+PelDOMUtilites* PelDOMUtilites::Utilities = nullptr;
+
+PelDOMUtilites* PelDOMUtilites::getUtilities(PelDOM::Platform p) {
+    PelDOM::error(u"PelDOMUtilites::getUtilities(PelDOM::Platform p)", nullptr);
+    if (Utilities == nullptr && p == PelDOM::PLATFORM_XERCES)
+        Utilities = new PelXercesDOMUtilities;
+    return Utilities;
+}
+
+void PelDOMUtilites::releaseUtilities() {
+    PelDOM::error(u"PelDOMUtilites::releaseUtilities()", nullptr);
+    delete std::exchange(Utilities, nullptr);
+}
+
+PelDOMUtilites::PelDOMUtilites() = default;
+PelDOMUtilites::PelDOMUtilites(const PelDOMUtilites& other) = default;
+PelDOMUtilites& PelDOMUtilites::operator=(const PelDOMUtilites& other) = default;
+PelDOMUtilites::~PelDOMUtilites() = default;

@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+#include "services/PelXercesDOMUtilities.h"
+
+#include "core/PelLog.h"
+#include "output/PelXercesDocumentWriter.h"
+#include "xerces/PelXercesDOMNode.h"
+#include "xerces/PelXercesDeclaration.h"
+#include "xerces/PelXercesEngine.h"
+#include "xerces/PelXercesTree.h"
+
+#include <xercesc/dom/DOM.hpp>
+#include <xercesc/framework/MemBufInputSource.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLUni.hpp>
+
+#include <optional>
+
+namespace {
+
+constexpr char bufferId[] = "Dummy";
+
+PelDOMDocument documentOn(const PelXercesNodeRef& node) {
+    return node ? PelDOMDocument(new PelXercesDOMNode(node)) : PelDOMDocument();
+}
+
+bool beginsWithByteOrderMark(const PelString& text) {
+    return text.view().substr(0, 1) == u"\uFEFF" || text.view().substr(0, 1) == u"\uFFFE";
+}
+
+const XMLCh* nativeUtf16() {
+    return xercesc::XMLPlatformUtils::fgXMLChBigEndian ? xercesc::XMLUni::fgUTF16BEncodingString
+                                                       : xercesc::XMLUni::fgUTF16LEncodingString;
+}
+
+} // namespace
+
+PelXercesDOMUtilities::~PelXercesDOMUtilities() {
+    if (getErrorStatus() != PelDOM::NOT_INITIALIZED)
+        PelXercesDOMUtilities::terminate();
+}
+
+PelDOM::Error PelXercesDOMUtilities::init() {
+    PelLog::trace(u"PelXercesDOMUtilities::init()", this);
+    PelDOM::Error status = PelDOM::SUCCESS;
+    try {
+        PelXercesEngine::start();
+    } catch (const xercesc::XMLException&) {
+        status = PelDOM::INITIALIZATION_FAILED;
+    }
+    setErrorStatus(status);
+    return status;
+}
+
+PelDOM::Error PelXercesDOMUtilities::terminate() {
+    PelLog::trace(u"PelXercesDOMUtilities::terminate()", this);
+    PelXercesEngine::stop();
+    setErrorStatus(PelDOM::NOT_INITIALIZED);
+    return PelDOM::SUCCESS;
+}
+
+PelDOMDocument PelXercesDOMUtilities::createDocument(const PelString& rootName) {
+    if (!isReadyFor(rootName))
+        return PelDOMDocument();
+    const PelXercesEngine::Share engine;
+    PelXercesDocumentPtr document(xercesc::DOMImplementation::getImplementation()->createDocument(
+        nullptr, rootName.view().data(), nullptr));
+    xercesc::DOMNode* const declaration =
+        PelXercesDeclaration::create(*document, {u"1.0", u"UTF-8", std::nullopt});
+    document->insertBefore(declaration, document->getDocumentElement());
+    return documentOn(PelXercesTree::share(engine, std::move(document)));
+}
+
+PelDOMDocument PelXercesDOMUtilities::readDocument(const PelString& fileName) {
+    PelLog::trace(u"PelXercesDOMUtilities::readDocument()", this);
+    if (!isReadyFor(fileName))
+        return PelDOMDocument();
+    return documentOn(PelXercesReader().readFile(fileName));
+}
+
+PelDOMDocument PelXercesDOMUtilities::readDocumentFromStringA(PelString text) {
+    PelLog::trace(u"PelXercesDOMUtilities::readDocument()", this);
+    if (!isReadyFor(text))
+        return PelDOMDocument();
+    PelXercesReader reader;
+    const xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(text.getStringA()),
+                                            text.view().size(), bufferId);
+    return documentOn(reader.readSource(source));
+}
+
+PelDOMDocument PelXercesDOMUtilities::readDocumentFromStringW(PelString text) {
+    PelLog::trace(u"PelXercesDOMUtilities::readDocument()", this);
+    if (!isReadyFor(text))
+        return PelDOMDocument();
+    PelXercesReader reader;
+    xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(text.view().data()),
+                                      text.view().size() * sizeof(char16_t), bufferId);
+    if (!beginsWithByteOrderMark(text))
+        source.setEncoding(nativeUtf16());
+    return documentOn(reader.readSource(source));
+}
+
+PelDOM::Error PelXercesDOMUtilities::writeDocument(const PelDOMDocument& document,
+                                                   PelString& target, int toFile, int newlines,
+                                                   int terminator) {
+    PelXercesDocumentWriter writer(target, toFile != 0, newlines != 0, terminator != 0);
+    PelLog::trace(u"PelXercesDOMUtilities::writeDocument()", this);
+    return writer.write(document);
+}
+
+PelDOM::Error PelXercesDOMUtilities::writeDocument(const PelDOMDocument& document,
+                                                   const PelString& fileName) {
+    if (PelDOM::checkString(fileName, 0) != PelDOM::SUCCESS)
+        return PelDOM::INVALID_VALUE;
+    PelString target = fileName;
+    return writeDocument(document, target, 1, 1, 0);
+}
+
+// Starts the engine if need be, even for an argument that is of no use.
+bool PelXercesDOMUtilities::isReadyFor(const PelString& argument) {
+    if (getErrorStatus() != PelDOM::SUCCESS)
+        init();
+    return getErrorStatus() == PelDOM::SUCCESS &&
+           PelDOM::checkString(argument, 0) == PelDOM::SUCCESS;
+}

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#include "services/PelXercesLocalResolver.h"
+
+#include "services/PelXercesFileSource.h"
+
+#include <xercesc/framework/XMLBuffer.hpp>
+#include <xercesc/sax/InputSource.hpp>
+#include <xercesc/sax/Locator.hpp>
+#include <xercesc/util/XMLURL.hpp>
+#include <xercesc/util/XMLUni.hpp>
+#include <xercesc/util/XMLUri.hpp>
+
+#include <string>
+#include <string_view>
+
+using xercesc::XMLString;
+using xercesc::XMLURL;
+
+namespace {
+
+/// A source that cannot be opened.
+class UnreadableSource final : public xercesc::InputSource {
+public:
+    explicit UnreadableSource(const XMLCh* systemId) : InputSource(systemId) {}
+    xercesc::BinInputStream* makeStream() const override { return nullptr; }
+};
+
+int hexValue(char digit) {
+    constexpr std::string_view digits = "0123456789abcdef0123456789ABCDEF";
+    const std::size_t found = digits.find(digit);
+    return found == digits.npos ? -1 : static_cast<int>(found % 16);
+}
+
+// The bytes that a URL's path stands for, as UTF-8.
+PelString withoutEscapes(const PelString& urlPath) {
+    const std::string escaped = urlPath.toUtf8();
+    std::string path;
+    for (std::size_t i = 0; i < escaped.size(); ++i) {
+        const int high =
+            escaped[i] == '%' && i + 2 < escaped.size() ? hexValue(escaped[i + 1]) : -1;
+        const int low = high >= 0 ? hexValue(escaped[i + 2]) : -1;
+        path.push_back(low >= 0 ? static_cast<char>(high * 16 + low) : escaped[i]);
+        if (low >= 0)
+            i += 2;
+    }
+    return PelString(path.c_str());
+}
+
+bool isLocalFile(const XMLURL& url) {
+    const XMLCh* const host = url.getHost();
+    return url.getProtocol() == XMLURL::File &&
+           (host == nullptr ||
+            XMLString::compareIStringASCII(host, xercesc::XMLUni::fgLocalHostString) == 0);
+}
+
+} // namespace
+
+xercesc::InputSource*
+PelXercesLocalResolver::resolveEntity(xercesc::XMLResourceIdentifier* resource) {
+    const XMLCh* const name = resource->getSystemId();
+    const XMLCh* base = resource->getBaseURI();
+    if (base == nullptr || *base == 0)
+        base = resource->getLocator() != nullptr ? resource->getLocator()->getSystemId() : u"";
+    XMLURL url;
+    if (!url.setURL(base, name, url) || url.isRelative()) {
+        xercesc::XMLBuffer plainName;
+        xercesc::XMLUri::normalizeURI(name, plainName);
+        return new PelXercesFileSource(base, plainName.getRawBuffer());
+    }
+    if (isLocalFile(url))
+        return new PelXercesFileSource(PelString(), withoutEscapes(url.getPath()));
+#ifdef QRNDOM_REMOTE_ENTITIES
+    return nullptr; // the engine's own way
+#else
+    return new UnreadableSource(name);
+#endif
+}

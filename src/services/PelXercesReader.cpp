@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#include "services/PelXercesReader.h"
+
+#include "services/PelXercesFileSource.h"
+#include "xerces/PelXercesTree.h"
+
+#include <xercesc/dom/DOMException.hpp>
+#include <xercesc/util/XMLException.hpp>
+
+#include <iostream>
+
+PelXercesReader::PelXercesReader() {
+    parser.setValidationScheme(xercesc::XercesDOMParser::Val_Auto);
+    parser.setDoNamespaces(false);
+    parser.setDoSchema(false);
+    parser.setValidationSchemaFullChecking(false);
+    parser.setCreateEntityReferenceNodes(false);
+    parser.setIncludeIgnorableWhitespace(false);
+    parser.setXMLEntityResolver(&resolver);
+    parser.setSecurityManager(&limits); // at its default of 50,000 entity expansions
+    parser.setErrorHandler(&reporter);
+}
+
+PelXercesNodeRef PelXercesReader::readFile(const PelString& name) {
+    return read([&] {
+        const PelXercesFileSource source(name);
+        parser.parse(source);
+    });
+}
+
+PelXercesNodeRef PelXercesReader::readSource(const xercesc::InputSource& source) {
+    return read([&] { parser.parse(source); });
+}
+
+template <class Parse>
+PelXercesNodeRef PelXercesReader::read(Parse parse) {
+    bool hasFailed = false;
+    try {
+        parse();
+        hasFailed = parser.getErrorCount() > 0;
+    } catch (const xercesc::XMLException&) {
+        hasFailed = true;
+    } catch (const xercesc::DOMException& exception) {
+        std::cerr << "A DOM error occured during parsing\n   DOMException code: " << exception.code
+                  << std::endl;
+        hasFailed = true;
+    } catch (...) {
+        std::cerr << "An error occured during parsing\n " << std::endl;
+        hasFailed = true;
+    }
+    if (hasFailed || reporter.getSawErrors())
+        return {};
+    PelXercesDocumentPtr document(parser.adoptDocument());
+    return document ? PelXercesTree::share(engine, std::move(document)) : PelXercesNodeRef();
+}

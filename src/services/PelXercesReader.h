@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "services/PelXercesDOMTreeErrorReporter.h"
+#include "services/PelXercesLocalResolver.h"
+#include "xerces/PelXercesEngine.h"
+#include "xerces/PelXercesNodeRef.h"
+
+#include <xercesc/parsers/XercesDOMParser.hpp>
+#include <xercesc/util/SecurityManager.hpp>
+
+/// One read: a parser with the library's settings, and a strict verdict. Any error, reported or
+/// thrown, gives no document.
+class PelXercesReader {
+public:
+    PelXercesReader();
+    PelXercesReader(const PelXercesReader&) = delete;
+    PelXercesReader& operator=(const PelXercesReader&) = delete;
+
+    /// The document node, or no node.
+    PelXercesNodeRef readFile(const PelString& name);
+    PelXercesNodeRef readSource(const xercesc::InputSource& source);
+
+private:
+    template <class Parse>
+    PelXercesNodeRef read(Parse parse);
+
+    const PelXercesEngine::Share engine;
+    PelXercesLocalResolver resolver;
+    xercesc::SecurityManager limits;
+    xercesc::XercesDOMParser parser;
+    PelXercesDOMTreeErrorReporter reporter; // goes before the parser
+};

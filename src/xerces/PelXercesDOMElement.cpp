@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#include "xerces/PelXercesDOMElement.h"
+
+#include "xerces/PelXercesDOMNode.h"
+#include "xerces/PelXercesDOMNodeList.h"
+#include "xerces/PelXercesEditing.h"
+
+#include <qrndom/PelDOMNodeList.h>
+
+#include <xercesc/dom/DOMElement.hpp>
+#include <xercesc/dom/DOMNamedNodeMap.hpp>
+#include <xercesc/dom/DOMText.hpp>
+
+using xercesc::DOMElement;
+
+namespace {
+
+// The engine element of a content object; null when the content has no owner.
+DOMElement* elementOf(const PelDOMNodeContentImp& content) {
+    const PelXercesNodeRef* const node = PelXercesDOMNode::of(content);
+    return node != nullptr ? node->as<DOMElement>() : nullptr;
+}
+
+// The attribute at a position; null when there is none.
+xercesc::DOMNode* attributeAt(const PelDOMNodeContentImp& content, long index) {
+    const DOMElement* const element = elementOf(content);
+    return element != nullptr && index >= 0
+               ? element->getAttributes()->item(static_cast<XMLSize_t>(index))
+               : nullptr;
+}
+
+} // namespace
+
+PelDOM::Error PelXercesDOMElement::removeAttribute(const PelString& name) {
+    if (PelDOM::checkString(name, 0) != PelDOM::SUCCESS)
+        return PelDOM::INVALID_VALUE;
+    DOMElement* const element = elementOf(*this);
+    if (element == nullptr)
+        return PelDOM::INTERNAL_ERROR;
+    element->removeAttribute(name.view().data());
+    return PelDOM::SUCCESS;
+}
+
+long PelXercesDOMElement::getNumAttributes() {
+    const DOMElement* const element = elementOf(*this);
+    return element != nullptr ? static_cast<long>(element->getAttributes()->getLength()) : 0;
+}
+
+PelString PelXercesDOMElement::getAttributeValueAt(long index) {
+    const xercesc::DOMNode* const attribute = attributeAt(*this, index);
+    return attribute != nullptr ? attribute->getNodeValue() : PelString();
+}
+
+PelString PelXercesDOMElement::getAttributeNameAt(long index) {
+    const xercesc::DOMNode* const attribute = attributeAt(*this, index);
+    return attribute != nullptr ? attribute->getNodeName() : PelString();
+}
+
+PelDOM::Error PelXercesDOMElement::setAttribute(const PelString& name, const PelString& value) {
+    if (PelDOM::checkString(name, 0) != PelDOM::SUCCESS ||
+        PelDOM::checkString(value, 1) != PelDOM::SUCCESS)
+        return PelDOM::INVALID_VALUE;
+    DOMElement* const element = elementOf(*this);
+    if (element == nullptr)
+        return PelDOM::INTERNAL_ERROR;
+    element->setAttribute(name.view().data(), value.view().data());
+    return PelDOM::SUCCESS;
+}
+
+PelDOM::Error PelXercesDOMElement::appendTextElement(const PelString& name, const PelString& text) {
+    if (PelDOM::checkString(name, 0) != PelDOM::SUCCESS ||
+        PelDOM::checkString(text, 1) != PelDOM::SUCCESS)
+        return PelDOM::INVALID_VALUE;
+    const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
+    if (node == nullptr)
+        return PelDOM::INTERNAL_ERROR;
+    xercesc::DOMDocument* const document = node->getDocument();
+    DOMElement* const element = document->createElement(name.view().data());
+    PelXercesEditing::append(*node, *element);
+    PelXercesEditing::append(node->to(element), *document->createTextNode(text.view().data()));
+    return PelDOM::SUCCESS;
+}
+
+PelString PelXercesDOMElement::getTagName() {
+    const DOMElement* const element = elementOf(*this);
+    return element != nullptr ? element->getTagName() : PelString();
+}
+
+PelString PelXercesDOMElement::getAttribute(const PelString& name) {
+    const DOMElement* const element = elementOf(*this);
+    return element != nullptr ? element->getAttribute(name.view().data()) : PelString();
+}
+
+int PelXercesDOMElement::getElementsByTagName(const PelString& name, PelDOMNodeList& out) {
+    const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
+    if (node == nullptr)
+        return 0;
+    PelXercesDOMNodeList::give(PelXercesList::ofElements(*node, name.view()), out);
+    return static_cast<int>(out.length());
+}

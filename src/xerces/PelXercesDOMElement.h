@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "model/PelDOMElementImp.h"
+
+/// The content of an element, over the engine. Names and values are used as they are passed.
+class PelXercesDOMElement final : public PelDOMElementImp {
+public:
+    PelDOM::Error removeAttribute(const PelString& name) override;
+    long getNumAttributes() override;
+    PelString getAttributeValueAt(long index) override;
+    PelString getAttributeNameAt(long index) override;
+    PelDOM::Error setAttribute(const PelString& name, const PelString& value) override;
+    PelDOM::Error appendTextElement(const PelString& name, const PelString& text) override;
+    PelString getTagName() override;
+    PelString getAttribute(const PelString& name) override;
+    int getElementsByTagName(const PelString& name, PelDOMNodeList& out) override;
+};

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "model/PelDOMNodeImp.h"
+#include "xerces/PelXercesNodeRef.h"
+
+class PelDOMNodeContentImp;
+
+/// The node implementation over the engine: a counted reference to one engine node, or to none.
+/// Immutable; what it refers to may change.
+///
+/// Over no node, every operation answers NULL_NODE and changes nothing.
+class PelXercesDOMNode final : public PelDOMNodeImp {
+public:
+    explicit PelXercesDOMNode(const PelXercesNodeRef& engineNode);
+
+    PelDOM::Error getOwnerDocument(PelDOMDocument& out) override;
+    PelDOM::Error appendChild(PelDOMNode& child) override;
+    PelDOM::Error getParentNode(PelDOMNode& out) override;
+    PelDOM::NodeType getNodeType() override;
+    PelDOM::Error getChildNodes(PelDOMNodeList& out) override;
+    PelDOMNodeImp* clone() override;
+    PelDOMNodeContentImp* createContentImp(const PelDOM::NodeType& type) override;
+
+    const PelXercesNodeRef& getDOMNode() const noexcept { return node; }
+
+    /// The engine node of any node implementation, since all of them are of this class.
+    static const PelXercesNodeRef& of(const PelDOMNodeImp& imp) {
+        return static_cast<const PelXercesDOMNode&>(imp).getDOMNode();
+    }
+
+    /// The engine node that a content object works on; null when the content has no owner.
+    static const PelXercesNodeRef* of(const PelDOMNodeContentImp& content);
+
+    /// Puts a handle to `engineNode` into a caller's handle.
+    template <class Handle>
+    static void give(const PelXercesNodeRef& engineNode, Handle& out) {
+        Handle temporary(new PelXercesDOMNode(engineNode));
+        out = temporary;
+    }
+
+private:
+    const PelXercesNodeRef node;
+};

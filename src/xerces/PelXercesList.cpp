@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+#include "xerces/PelXercesList.h"
+
+#include <xercesc/dom/DOMElement.hpp>
+
+using xercesc::DOMNode;
+
+PelXercesList PelXercesList::ofChildren(const PelXercesNodeRef& parent) {
+    return {parent, true, {}};
+}
+
+PelXercesList PelXercesList::ofElements(const PelXercesNodeRef& root, std::u16string_view tagName) {
+    return {root, false, tagName};
+}
+
+PelXercesList::PelXercesList(const PelXercesNodeRef& rootNode, bool isOfChildren,
+                             std::u16string_view tagName)
+    : root(rootNode), ofChildNodes(isOfChildren), name(tagName),
+      seen(rootNode.getTree().changes.count()) {
+}
+
+std::size_t PelXercesList::length() {
+    catchUp();
+    if (!knowsLength) {
+        knownLength = 0;
+        for (DOMNode* node = first(); node != nullptr; node = next(node))
+            ++knownLength;
+        knowsLength = true;
+    }
+    return knownLength;
+}
+
+PelXercesNodeRef PelXercesList::item(std::size_t index) {
+    const std::size_t end = length();
+    if (place == nullptr || index < placeIndex / 2) {
+        place = first();
+        placeIndex = 0;
+    }
+    if (index > placeIndex && end - 1 - index < index - placeIndex) {
+        place = last();
+        placeIndex = end - 1;
+    }
+    for (; placeIndex < index; ++placeIndex)
+        place = next(place);
+    for (; placeIndex > index; --placeIndex)
+        place = previous(place);
+    return root.to(place);
+}
+
+DOMNode* PelXercesList::first() const {
+    return ofChildNodes ? root->getFirstChild() : next(root.getNode());
+}
+
+DOMNode* PelXercesList::last() const {
+    if (ofChildNodes)
+        return root->getLastChild();
+    DOMNode* node = root.getNode();
+    while (DOMNode* const child = node->getLastChild())
+        node = child;
+    return matches(*node) ? node : previous(node);
+}
+
+DOMNode* PelXercesList::next(DOMNode* node) const {
+    if (ofChildNodes)
+        return node->getNextSibling();
+    do {
+        node = nextInTree(node);
+    } while (node != nullptr && !matches(*node));
+    return node;
+}
+
+DOMNode* PelXercesList::previous(DOMNode* node) const {
+    if (ofChildNodes)
+        return node->getPreviousSibling();
+    do {
+        node = previousInTree(node);
+    } while (node != nullptr && !matches(*node));
+    return node;
+}
+
+DOMNode* PelXercesList::nextInTree(DOMNode* node) const {
+    if (DOMNode* const child = node->getFirstChild())
+        return child;
+    for (; node != root.getNode(); node = node->getParentNode())
+        if (DOMNode* const sibling = node->getNextSibling())
+            return sibling;
+    return nullptr;
+}
+
+DOMNode* PelXercesList::previousInTree(DOMNode* node) const {
+    DOMNode* const sibling = node->getPreviousSibling();
+    if (sibling == nullptr) {
+        DOMNode* const parent = node->getParentNode();
+        return parent != root.getNode() ? parent : nullptr;
+    }
+    node = sibling;
+    while (DOMNode* const child = node->getLastChild())
+        node = child;
+    return node;
+}
+
+bool PelXercesList::matches(const DOMNode& node) const {
+    return node.getNodeType() == DOMNode::ELEMENT_NODE &&
+           (name == u"*" || static_cast<const xercesc::DOMElement&>(node).getTagName() == name);
+}
+
+void PelXercesList::catchUp() {
+    const PelXercesChanges& changes = root.getTree().changes;
+    if (!changes.remembers(seen))
+        forget();
+    else
+        for (; seen != changes.count(); ++seen)
+            follow(changes[seen]);
+    seen = changes.count();
+}
+
+void PelXercesList::follow(const PelXercesChanges::Change& change) {
+    if (!ofChildNodes) {
+        const bool concerns = change.node->getNodeType() == DOMNode::ELEMENT_NODE &&
+                              (!change.isLeaf || matches(*change.node));
+        if (concerns)
+            forget();
+    } else if (change.parent == root.getNode()) {
+        if (!change.isRemoval) {
+            ++knownLength;
+        } else {
+            --knownLength;
+            place = nullptr; // it may have been this one, or one behind it
+        }
+    }
+}
+
+void PelXercesList::forget() {
+    knowsLength = false;
+    place = nullptr;
+}

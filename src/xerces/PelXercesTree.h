@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "xerces/PelXercesChanges.h"
+#include "xerces/PelXercesEngine.h"
+
+#include <xercesc/dom/DOMDocument.hpp>
+
+#include <memory>
+#include <utility>
+
+class PelXercesNodeRef;
+
+struct PelXercesDocumentRelease {
+    void operator()(xercesc::DOMDocument* document) const { document->release(); }
+};
+
+/// An engine document that no one shares yet.
+using PelXercesDocumentPtr = std::unique_ptr<xercesc::DOMDocument, PelXercesDocumentRelease>;
+
+/// An engine document, shared by all references to its nodes: the last one releases it. It keeps
+/// the engine up as long as it lives.
+class PelXercesTree {
+public:
+    /// Shares a document; gives the first reference, to the document node. `engine` is what kept
+    /// the engine up while the document was made.
+    static PelXercesNodeRef share(const PelXercesEngine::Share& engine,
+                                  PelXercesDocumentPtr document);
+
+    PelXercesTree(const PelXercesTree&) = delete;
+    PelXercesTree& operator=(const PelXercesTree&) = delete;
+
+    xercesc::DOMDocument* getDocument() const noexcept { return document.get(); }
+
+    PelXercesChanges changes;
+
+private:
+    friend class PelXercesNodeRef;
+
+    PelXercesTree(const PelXercesEngine::Share& engine, PelXercesDocumentPtr ownDocument)
+        : engineShare(engine), document(std::move(ownDocument)) {}
+
+    const PelXercesEngine::Share engineShare; // outlives the document
+    const PelXercesDocumentPtr document;
+    long references = 0; // plain: a tree is used by one thread at a time
+};
