@@ -1,0 +1,48 @@
+# SPDX-License-Identifier: MIT
+# Installs the library into an empty folder and builds and runs users' programs against it.
+function(run)
+    execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE errors)
+    if(NOT result EQUAL 0)
+        message(FATAL_ERROR "${ARGN}\nended with ${result}:\n${output}${errors}")
+    endif()
+    set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+function(expect actual expected)
+    if(NOT actual STREQUAL expected)
+        message(FATAL_ERROR "expected \"${expected}\", got \"${actual}\"")
+    endif()
+endfunction()
+
+file(REMOVE_RECURSE "${SCRATCH_DIR}")
+set(prefix "${SCRATCH_DIR}/installed")
+run(${CMAKE_COMMAND} --install "${BUILD_DIR}" --prefix "${prefix}")
+
+# The README's first program is its first block of C++.
+file(READ "${README}" readme)
+string(REGEX MATCH "```cpp\n([^`]*)```" block "${readme}")
+file(WRITE "${SCRATCH_DIR}/first_program.cpp" "${CMAKE_MATCH_1}")
+
+run(${CMAKE_COMMAND} -S "${CONSUMER_DIR}" -B "${SCRATCH_DIR}/consumer" -G Ninja
+    "-DCMAKE_PREFIX_PATH=${prefix}" "-DCMAKE_CXX_FLAGS=${CXX_FLAGS} -Wall -Wextra -Werror"
+    "-DFIRST_PROGRAM=${SCRATCH_DIR}/first_program.cpp")
+run(${CMAKE_COMMAND} --build "${SCRATCH_DIR}/consumer")
+run("${SCRATCH_DIR}/consumer/root_name" "${DOCUMENT}")
+expect("${output}" "observatory\n")
+
+run(${CMAKE_COMMAND} -E chdir "${SCRATCH_DIR}" "${SCRATCH_DIR}/consumer/first_program")
+string(REGEX MATCH "```text\n([^`]*)```" block "${readme}")
+expect("${output}" "${CMAKE_MATCH_1}")
+
+# The same by pkg-config. The prefix in the file is the one that the build was configured for, so
+# the test gives its own.
+file(GLOB_RECURSE pc "${prefix}/*/qrndom.pc")
+get_filename_component(pc_dir "${pc}" DIRECTORY)
+get_filename_component(lib_dir "${pc_dir}" DIRECTORY)
+set(ENV{PKG_CONFIG_PATH} "${pc_dir}")
+run(pkg-config --define-variable=prefix=${prefix} --cflags --libs qrndom)
+separate_arguments(flags UNIX_COMMAND "${CXX_FLAGS} ${output}")
+run(c++ -std=c++17 "${CONSUMER_DIR}/root_name.cpp" -o "${SCRATCH_DIR}/root_name" ${flags}
+    "-Wl,-rpath,${lib_dir}")
+run("${SCRATCH_DIR}/root_name" "${DOCUMENT}")
+expect("${output}" "observatory\n")
