@@ -11,10 +11,9 @@ namespace {
 using xercesc::DOMException;
 
 TEST(Attributes, AreReadByNameAndByPosition) {
-    const PelDOMElement root =
-        parse(
-            "<!DOCTYPE r [<!ELEMENT r ANY><!ATTLIST r d CDATA 'default'>]><r z='1' p:a='x &lt;'/>")
-            .getDocumentElement();
+    const PelDOMElement root = parse("<!DOCTYPE r [<!ELEMENT r ANY><!ATTLIST r d CDATA 'default' z "
+                                     "CDATA #IMPLIED p:a CDATA #IMPLIED>]><r z='1' p:a='x &lt;'/>")
+                                   .getDocumentElement();
     EXPECT_EQ(show(root), "r d=default p:a=x < z=1");
     EXPECT_EQ(root.getAttribute("p:a"), u"x <");
     for (const long outside : {-1L, 3L, LONG_MAX, LONG_MIN})

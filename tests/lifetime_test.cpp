@@ -107,6 +107,23 @@ TEST(Trees, LiveAsLongAsAnyHandleInAnyOrder) {
     EXPECT_FALSE(engineIsUp());
 }
 
+// The last handle goes, and the engine with it, while the exception is on its way.
+TEST(Trees, LetTheirExceptionsOutliveThem) {
+    for (const bool ownCheck : {true, false})
+        try {
+            PelDOMDocument document = parse("<r><a/></r>");
+            PelDOMUtilites::releaseUtilities();
+            PelDOMElement root = document.getDocumentElement();
+            PelDOMNode a = childAt(root, 0);
+            ownCheck ? root.appendChild(root) : a.appendChild(root);
+            FAIL() << "the append was let through";
+        } catch (const xercesc::DOMException& exception) {
+            EXPECT_FALSE(engineIsUp());
+            EXPECT_EQ(exception.code, xercesc::DOMException::HIERARCHY_REQUEST_ERR);
+            EXPECT_NE(*exception.getMessage(), 0);
+        }
+}
+
 TEST(Trees, MayWaitForTheEndOfTheProcess) {
     keptToTheEnd = parse("<r><a/></r>");
     services().terminate();

@@ -29,7 +29,8 @@ PelDOMNodeList childrenOf(const PelDOMNode& node) {
 
 PelDOMNodeList elementsOf(const PelDOMElement& root, const PelString& name) {
     PelDOMNodeList list;
-    EXPECT_EQ(root.getElementsByTagName(name, list), list.length());
+    const int found = root.getElementsByTagName(name, list);
+    EXPECT_EQ(found, list.length());
     return list;
 }
 

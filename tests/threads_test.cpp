@@ -16,10 +16,11 @@ TEST(Threads, ReadAndChangeTreesOfTheirOwn) {
     for (std::size_t number = 0; number < shown.size(); ++number)
         threads.emplace_back([&object, &shown, number] {
             for (int round = 0; round < 50; ++round) {
-                PelDOMDocument document = round % 2 == 0
-                                              ? object.readDocument(QRNDOM_SAMPLE)
-                                              : object.readDocumentFromStringW(
-                                                    "<!DOCTYPE r [<!ELEMENT r ANY>]><r k='1'/>");
+                PelDOMDocument document =
+                    round % 2 == 0
+                        ? object.readDocument(QRNDOM_SAMPLE)
+                        : object.readDocumentFromStringW("<!DOCTYPE r [<!ELEMENT r ANY><!ATTLIST r "
+                                                         "k CDATA #IMPLIED>]><r k='1'/>");
                 PelDOMElement root = document.getDocumentElement();
                 root.appendTextElement("added", PelString().format(u"%.2f", 0.25));
                 long value = 0;

@@ -49,9 +49,9 @@ std::string written(const PelDOMDocument& document, int newlines = 0, int termin
 
 // What other XML tools say of a file.
 void expectAccepted(const std::string& file) {
-    if (std::system("command -v xmllint >/dev/null") == 0)
-        EXPECT_EQ(std::system(("xmllint --noout --nonet --huge '" + file + "'").c_str()), 0)
-            << file;
+    if (std::system("command -v xmllint >/dev/null") != 0)
+        return;
+    EXPECT_EQ(std::system(("xmllint --noout --nonet --huge '" + file + "'").c_str()), 0) << file;
 }
 
 TEST(Writing, FramesACreatedDocument) {
@@ -97,7 +97,7 @@ TEST(Writing, GivesEachKindOfNodeItsMarkup) {
             {"<!DOCTYPE a SYSTEM 'a.dtd'><a/>", "<!DOCTYPE a SYSTEM \"a.dtd\"><a/>",
              "<!DOCTYPE a SYSTEM \"a.dtd\">\n\n<a/>\n\n"},
             {"<!DOCTYPE a PUBLIC 'p' 'a.dtd' [<!ENTITY e 'x'>]><a>&e;</a>",
-             "<!DOCTYPE a PUBLIC \"p\" \"a.dtd\"[<!ENTITY e 'x'>]><a>x</a>", nullptr},
+             "<!DOCTYPE a PUBLIC \"p\" \"a.dtd\"[<!ENTITY e \"x\">]><a>x</a>", nullptr},
             {"<!DOCTYPE a [ <!ELEMENT a ANY> ]><a/>", "<!DOCTYPE a[ <!ELEMENT a ANY> ]><a/>",
              nullptr},
         };

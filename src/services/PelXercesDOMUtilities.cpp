@@ -6,6 +6,7 @@
 #include "xerces/PelXercesDOMNode.h"
 #include "xerces/PelXercesDeclaration.h"
 #include "xerces/PelXercesEngine.h"
+#include "xerces/PelXercesMemory.h"
 #include "xerces/PelXercesTree.h"
 
 #include <xercesc/dom/DOM.hpp>
@@ -63,7 +64,7 @@ PelDOMDocument PelXercesDOMUtilities::createDocument(const PelString& rootName) 
         return PelDOMDocument();
     const PelXercesEngine::Share engine;
     PelXercesDocumentPtr document(xercesc::DOMImplementation::getImplementation()->createDocument(
-        nullptr, rootName.view().data(), nullptr));
+        nullptr, rootName.view().data(), nullptr, &PelXercesMemory::get()));
     xercesc::DOMNode* const declaration =
         PelXercesDeclaration::create(*document, {u"1.0", u"UTF-8", std::nullopt});
     document->insertBefore(declaration, document->getDocumentElement());

@@ -5,7 +5,9 @@
 
 #include <xercesc/util/BinFileInputStream.hpp>
 
+#include <filesystem>
 #include <memory>
+#include <system_error>
 
 using xercesc::BinFileInputStream;
 
@@ -23,6 +25,10 @@ PelXercesFileSource::PelXercesFileSource(const PelString& base, const PelString&
 }
 
 xercesc::BinInputStream* PelXercesFileSource::makeStream() const {
+    // The engine would open a folder, fail to read it and lose some memory over that.
+    std::error_code ignored;
+    if (std::filesystem::is_directory(path, ignored))
+        return nullptr;
     auto stream = std::unique_ptr<BinFileInputStream>(
         new (getMemoryManager()) BinFileInputStream(path.c_str(), getMemoryManager()));
     return stream->getIsOpen() ? stream.release() : nullptr;

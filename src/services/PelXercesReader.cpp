@@ -9,8 +9,8 @@
 
 #include <iostream>
 
-PelXercesReader::PelXercesReader() {
-    parser.setValidationScheme(xercesc::XercesDOMParser::Val_Auto);
+PelXercesReader::PelXercesReader() : parser(memory) {
+    parser.setValidationScheme(PelXercesTreeBuilder::Val_Auto);
     parser.setDoNamespaces(false);
     parser.setDoSchema(false);
     parser.setValidationSchemaFullChecking(false);

@@ -3,10 +3,11 @@
 
 #include "services/PelXercesDOMTreeErrorReporter.h"
 #include "services/PelXercesLocalResolver.h"
+#include "services/PelXercesTreeBuilder.h"
 #include "xerces/PelXercesEngine.h"
+#include "xerces/PelXercesMemory.h"
 #include "xerces/PelXercesNodeRef.h"
 
-#include <xercesc/parsers/XercesDOMParser.hpp>
 #include <xercesc/util/SecurityManager.hpp>
 
 /// One read: a parser with the library's settings, and a strict verdict. Any error, reported or
@@ -28,6 +29,7 @@ private:
     const PelXercesEngine::Share engine;
     PelXercesLocalResolver resolver;
     xercesc::SecurityManager limits;
-    xercesc::XercesDOMParser parser;
+    PelXercesReadMemory memory;
+    PelXercesTreeBuilder parser;
     PelXercesDOMTreeErrorReporter reporter; // goes before the parser
 };

@@ -2,6 +2,7 @@
 #include "xerces/PelXercesEditing.h"
 
 #include "xerces/PelXercesDeclaration.h"
+#include "xerces/PelXercesMemory.h"
 
 #include <xercesc/dom/DOMException.hpp>
 
@@ -21,7 +22,7 @@ bool isForbidden(const PelXercesNodeRef& parent, const xercesc::DOMNode& child) 
 void PelXercesEditing::append(const PelXercesNodeRef& parent, xercesc::DOMNode& child) {
     if (isForbidden(parent, child))
         throw xercesc::DOMException(xercesc::DOMException::HIERARCHY_REQUEST_ERR, 0,
-                                    xercesc::XMLPlatformUtils::fgMemoryManager);
+                                    &PelXercesMemory::get());
     const xercesc::DOMNode* const oldParent = child.getParentNode();
     parent->appendChild(&child);
     PelXercesChanges& changes = parent.getTree().changes;

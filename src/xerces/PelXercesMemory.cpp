@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#include "xerces/PelXercesMemory.h"
+
+#include <xercesc/util/OutOfMemoryException.hpp>
+
+#include <new>
+
+PelXercesMemory& PelXercesMemory::get() {
+    alignas(PelXercesMemory) static unsigned char storage[sizeof(PelXercesMemory)];
+    static PelXercesMemory& immortal = *new (storage) PelXercesMemory;
+    return immortal;
+}
+
+void* PelXercesMemory::allocate(XMLSize_t size) {
+    try {
+        return ::operator new(size);
+    } catch (const std::bad_alloc&) {
+        throw xercesc::OutOfMemoryException();
+    }
+}
+
+void PelXercesMemory::deallocate(void* memory) {
+    ::operator delete(memory);
+}
+
+PelXercesReadMemory::~PelXercesReadMemory() {
+    while (newest != nullptr)
+        deallocate(newest + 1);
+}
+
+void* PelXercesReadMemory::allocate(XMLSize_t size) {
+    auto* const block =
+        new (PelXercesMemory::allocate(sizeof(Block) + size)) Block{newest, nullptr};
+    if (newest != nullptr)
+        newest->next = block;
+    newest = block;
+    return block + 1;
+}
+
+void PelXercesReadMemory::deallocate(void* memory) {
+    if (memory == nullptr)
+        return;
+    Block* const block = static_cast<Block*>(memory) - 1;
+    (block->next != nullptr ? block->next->previous : newest) = block->previous;
+    if (block->previous != nullptr)
+        block->previous->next = block->next;
+    PelXercesMemory::deallocate(block);
+}
