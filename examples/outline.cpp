@@ -7,27 +7,31 @@
 
 #include <qrndom/QRNDOM.h>
 
-#include <cstdio>
 #include <iostream>
 #include <set>
 #include <string>
 
 namespace {
 
-// Attributes come as text; the typed reads say whether one starts with a number.
+// A typed read takes the number that a text starts with; dates start with numbers too.
+bool isNumber(const std::string& text) {
+    return text.find_first_not_of("+-.0123456789eE") == text.npos &&
+           text.find_first_of("+-", 1) == text.npos;
+}
+
+// Attributes come as text, and as numbers where they are.
 std::string describeAttributes(const PelDOMElement& element) {
     std::string line;
     for (long i = 0; i < element.getNumAttributes(); ++i) {
         const PelString name = element.getAttributeNameAt(i);
-        line += "  " + name.toUtf8() + "=\"" + element.getAttributeValueAt(i).toUtf8() + "\"";
+        const std::string text = element.getAttributeValueAt(i).toUtf8();
+        line += "  " + name.toUtf8() + "=\"" + text + "\"";
         long whole = 0;
         double real = 0;
-        const bool isWhole = element.getAttribute(name, whole) == PelDOM::SUCCESS;
-        const bool isReal = element.getAttribute(name, real) == PelDOM::SUCCESS;
-        if (isReal && (!isWhole || real != static_cast<double>(whole)))
+        if (element.getAttribute(name, whole) == PelDOM::SUCCESS && std::to_string(whole) == text)
+            line += " (whole " + text + ")";
+        else if (isNumber(text) && element.getAttribute(name, real) == PelDOM::SUCCESS)
             line += " (real " + std::to_string(real) + ")";
-        else if (isWhole)
-            line += " (whole " + std::to_string(whole) + ")";
     }
     return line;
 }

@@ -15,7 +15,7 @@ using xercesc::XMLFormatter;
 namespace {
 
 // Handed on when this many units have come together.
-constexpr std::size_t enough = 32 * 1024;
+constexpr std::size_t enough = std::size_t{32} * 1024;
 
 // The formatter leaves the bytes of a piece behind that do not fit its buffer of 16 KiB. No
 // encoding takes more than 16 bytes for a unit.

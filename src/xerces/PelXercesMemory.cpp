@@ -24,8 +24,11 @@ void PelXercesMemory::deallocate(void* memory) {
 }
 
 PelXercesReadMemory::~PelXercesReadMemory() {
-    while (newest != nullptr)
-        deallocate(newest + 1);
+    for (Block* block = newest; block != nullptr;) {
+        Block* const older = block->previous;
+        PelXercesMemory::deallocate(block);
+        block = older;
+    }
 }
 
 void* PelXercesReadMemory::allocate(XMLSize_t size) {

@@ -7,6 +7,8 @@
 
 PelXercesNodeRef PelXercesTree::share(const PelXercesEngine::Share& engine,
                                       PelXercesDocumentPtr document) {
-    auto* const tree = new PelXercesTree(engine, std::move(document));
-    return {*tree, tree->getDocument()};
+    std::unique_ptr<PelXercesTree> tree(new PelXercesTree(engine, std::move(document)));
+    PelXercesNodeRef first(*tree, tree->getDocument());
+    (void)tree.release(); // the references own it from here on
+    return first;
 }
