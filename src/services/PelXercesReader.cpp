@@ -9,7 +9,7 @@
 
 #include <iostream>
 
-PelXercesReader::PelXercesReader() : parser(memory) {
+PelXercesReader::PelXercesReader(PelXercesTreeBuilder::Road road) : parser(memory, road) {
     parser.setValidationScheme(PelXercesTreeBuilder::Val_Auto);
     parser.setDoNamespaces(false);
     parser.setDoSchema(false);

@@ -14,7 +14,7 @@
 /// thrown, gives no document.
 class PelXercesReader {
 public:
-    PelXercesReader();
+    explicit PelXercesReader(PelXercesTreeBuilder::Road road = PelXercesTreeBuilder::usualRoad);
     PelXercesReader(const PelXercesReader&) = delete;
     PelXercesReader& operator=(const PelXercesReader&) = delete;
 
