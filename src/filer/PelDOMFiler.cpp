@@ -3,6 +3,9 @@
 
 #include <qrndom/PelDOMFiler.h>
 
+#include <array>
+#include <charconv>
+#include <cmath>
 #include <string>
 #include <string_view>
 
@@ -24,11 +27,27 @@ bool print(Number value, const PelString& format, std::u16string_view defaultFor
     return true;
 }
 
+// Without a caller's format, the usual text needs no pattern.
+template <class... Style>
+PelString plain(Style... style) {
+    std::array<char, 512> digits{};
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), style...).ptr;
+    return PelString(std::u16string(digits.data(), end));
+}
+
 bool print(long value, const PelString& format, PelString& printed) {
+    if (format.isEmpty() != 0) {
+        printed = plain(value);
+        return true;
+    }
     return print(value, format, defaultWholeFormat, u"diuoxX", u"l", printed);
 }
 
 bool print(double value, const PelString& format, PelString& printed) {
+    if (format.isEmpty() != 0 && std::isfinite(value)) {
+        printed = plain(value, std::chars_format::fixed, 6);
+        return true;
+    }
     return print(value, format, defaultRealFormat, u"fFeEgGaA", u"", printed);
 }
 

@@ -25,8 +25,33 @@ bool isHighSurrogate(char16_t unit) {
     return (unit & 0xFC00) == 0xD800;
 }
 
+bool isSurrogate(char16_t unit) {
+    return (unit & 0xF800) == 0xD800;
+}
+
 bool isLowSurrogate(char16_t unit) {
     return (unit & 0xFC00) == 0xDC00;
+}
+
+// The formatter's escape modes, as bits.
+constexpr unsigned char noEscapes = 0;
+constexpr unsigned char textEscapes = 1;      // CharEscapes
+constexpr unsigned char attributeEscapes = 2; // AttrEscapes
+
+constexpr std::array<unsigned char, 64> makeSpecials() {
+    std::array<unsigned char, 64> table{};
+    for (const char16_t unit : {u'&', u'<', u'>', u'\r'})
+        table[unit] |= textEscapes;
+    for (const char16_t unit : {u'&', u'<', u'"', u'\n', u'\r', u'\t'})
+        table[unit] |= attributeEscapes;
+    return table;
+}
+
+constexpr std::array<unsigned char, 64> specials = makeSpecials();
+
+// Whether a mode escapes a unit.
+bool isSpecial(char16_t unit, unsigned char mode) {
+    return unit < specials.size() && (specials[unit] & mode) != 0;
 }
 
 std::u16string_view entityFor(char16_t unit) {
@@ -57,16 +82,16 @@ PelXercesMarkup::PelXercesMarkup(PelXercesRepertoire& outputRepertoire,
 
 PelXercesMarkup& PelXercesMarkup::operator<<(const char16_t* text) {
     if (text != nullptr)
-        add(text, {});
+        add(text, noEscapes);
     return *this;
 }
 
 void PelXercesMarkup::addText(std::u16string_view text) {
-    add(text, u"&<>\r");
+    add(text, textEscapes);
 }
 
 void PelXercesMarkup::addAttributeValue(std::u16string_view text) {
-    add(text, u"&<\"\n\r\t");
+    add(text, attributeEscapes);
 }
 
 void PelXercesMarkup::flush() {
@@ -85,33 +110,35 @@ void PelXercesMarkup::flush() {
     gathered.clear();
 }
 
-void PelXercesMarkup::add(std::u16string_view text, std::u16string_view escapes) {
+void PelXercesMarkup::add(std::u16string_view text, unsigned char mode) {
     const bool isUniversal = repertoire.holdsEverything();
-    std::size_t runBegin = 0;
-    const auto endRun = [&](std::size_t end, std::size_t next) {
-        gathered.append(text, runBegin, end - runBegin);
-        runBegin = next;
+    const auto isPlain = [&](char16_t unit) {
+        return !isSurrogate(unit) && !isSpecial(unit, mode) &&
+               (isUniversal || repertoire.holds(unit));
     };
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char16_t unit = text[i];
-        if (escapes.find(unit) != escapes.npos) {
-            endRun(i, i + 1);
+    const char16_t* const end = text.data() + text.size();
+    for (const char16_t* at = text.data(); at != end;) {
+        const char16_t* const run = at;
+        while (at != end && isPlain(*at))
+            ++at;
+        gathered.append(run, at);
+        if (at == end)
+            break;
+        const char16_t unit = *at++;
+        if (isSpecial(unit, mode)) {
             gathered.append(entityFor(unit));
-        } else if (isHighSurrogate(unit) || isLowSurrogate(unit)) {
-            const char16_t low = i + 1 < text.size() ? text[i + 1] : u'\0';
-            if (!isHighSurrogate(unit) || !isLowSurrogate(low))
-                ThrowXML(xercesc::TranscodingException, xercesc::XMLExcepts::Trans_BadSrcSeq);
-            if (!isUniversal && !repertoire.holds(unit, low)) {
-                endRun(i, i + 2);
-                addReference(0x10000 + ((unit - 0xD800U) << 10) + (low - 0xDC00U));
-            }
-            ++i;
-        } else if (!isUniversal && !repertoire.holds(unit)) {
-            endRun(i, i + 1);
+        } else if (!isSurrogate(unit)) {
             addReference(unit);
+        } else {
+            if (!isHighSurrogate(unit) || at == end || !isLowSurrogate(*at))
+                ThrowXML(xercesc::TranscodingException, xercesc::XMLExcepts::Trans_BadSrcSeq);
+            const char16_t low = *at++;
+            if (isUniversal || repertoire.holds(unit, low))
+                gathered.append({unit, low});
+            else
+                addReference(0x10000 + ((unit - 0xD800U) << 10) + (low - 0xDC00U));
         }
     }
-    endRun(text.size(), text.size());
     if (gathered.size() >= enough)
         flush();
 }

@@ -33,7 +33,7 @@ public:
     std::u16string takeText() { return std::move(gathered); }
 
 private:
-    void add(std::u16string_view text, std::u16string_view escapes);
+    void add(std::u16string_view text, unsigned char mode);
     void addReference(char32_t character);
 
     PelXercesRepertoire& repertoire;

@@ -1,9 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "services/PelXercesTreeBuilder.h"
 
+#include "xerces/PelXercesLinks.h"
 #include "xerces/PelXercesMemory.h"
 
+#include <xercesc/dom/impl/DOMAttrImpl.hpp>
+#include <xercesc/dom/impl/DOMAttrMapImpl.hpp>
+#include <xercesc/dom/impl/DOMDocumentImpl.hpp>
+#include <xercesc/framework/XMLAttr.hpp>
+#include <xercesc/framework/XMLElementDecl.hpp>
+
 #include <utility>
+
+using xercesc::DOMAttrImpl;
+using xercesc::DOMElementImpl;
+using xercesc::DOMMemoryManager;
+using xercesc::DOMNode;
+using xercesc::DOMTextImpl;
 
 PelXercesTreeBuilder::PelXercesTreeBuilder(PelXercesReadMemory& memory, Road ownRoad)
     : XercesDOMParser(nullptr, &memory), road(ownRoad) {
@@ -15,59 +28,6 @@ void PelXercesTreeBuilder::startDocument() {
     XercesDOMParser::startDocument();
     fMemoryManager = own;
 }
-
-#if QRNDOM_FAST_READ_IS_ON
-
-#include <xercesc/dom/impl/DOMAttrImpl.hpp>
-#include <xercesc/dom/impl/DOMAttrMapImpl.hpp>
-#include <xercesc/dom/impl/DOMCasts.hpp>
-#include <xercesc/dom/impl/DOMDocumentImpl.hpp>
-#include <xercesc/dom/impl/DOMElementImpl.hpp>
-#include <xercesc/dom/impl/DOMTextImpl.hpp>
-#include <xercesc/framework/XMLAttr.hpp>
-#include <xercesc/framework/XMLElementDecl.hpp>
-
-using xercesc::DOMAttrImpl;
-using xercesc::DOMChildNode;
-using xercesc::DOMElementImpl;
-using xercesc::DOMMemoryManager;
-using xercesc::DOMNode;
-using xercesc::DOMTextImpl;
-
-namespace {
-
-// The sibling links of any child. Elements and texts, most of all children, need no run-time cast.
-DOMChildNode& linksOf(DOMNode* child) {
-    switch (child->getNodeType()) {
-    case DOMNode::ELEMENT_NODE:
-        return static_cast<DOMElementImpl*>(child)->fChild;
-    case DOMNode::TEXT_NODE:
-        return static_cast<DOMTextImpl*>(child)->fChild;
-    default:
-        return *xercesc::castToChildImpl(child);
-    }
-}
-
-// Makes a new node the last child of a parent, as the engine's appendChildFast does.
-template <class Parent, class Child>
-void link(Parent& parent, Child& child) {
-    DOMNode*& first = parent.fParent.fFirstChild;
-    child.fNode.fOwnerNode = &parent;
-    child.fNode.isOwned(true);
-    if (first == nullptr) {
-        first = &child;
-        child.fNode.isFirstChild(true);
-        child.fChild.previousSibling = &child;
-        return;
-    }
-    // The first child's link to a previous sibling leads to the last child.
-    DOMNode*& last = linksOf(first).previousSibling;
-    linksOf(last).nextSibling = &child;
-    child.fChild.previousSibling = last;
-    last = &child;
-}
-
-} // namespace
 
 void PelXercesTreeBuilder::startElement(const xercesc::XMLElementDecl& declaration,
                                         unsigned int uriId, const XMLCh* prefix,
@@ -89,11 +49,11 @@ void PelXercesTreeBuilder::startElement(const xercesc::XMLElementDecl& declarati
         auto* const attribute =
             new (fDocument, DOMMemoryManager::ATTR_OBJECT) DOMAttrImpl(fDocument, source.getName());
         element->fAttributes->setNamedItemFast(attribute);
-        link(*attribute, *new (fDocument, DOMMemoryManager::TEXT_OBJECT)
-                             DOMTextImpl(fDocument, source.getValue()));
+        PelXercesLinks::append(*attribute, *new (fDocument, DOMMemoryManager::TEXT_OBJECT)
+                                               DOMTextImpl(fDocument, source.getValue()));
         attribute->setSpecified(source.getSpecified());
     }
-    link(*static_cast<DOMElementImpl*>(fCurrentParent), *element);
+    PelXercesLinks::append(*static_cast<DOMElementImpl*>(fCurrentParent), *element);
     fCurrentNode = element;
     if (!isEmpty)
         fCurrentParent = element;
@@ -123,8 +83,6 @@ void PelXercesTreeBuilder::docCharacters(const XMLCh* text, XMLSize_t length, bo
     }
     auto* const node =
         new (fDocument, DOMMemoryManager::TEXT_OBJECT) DOMTextImpl(fDocument, text, length);
-    link(*static_cast<DOMElementImpl*>(fCurrentParent), *node);
+    PelXercesLinks::append(*static_cast<DOMElementImpl*>(fCurrentParent), *node);
     fCurrentNode = node;
 }
-
-#endif

@@ -17,10 +17,7 @@ public:
         bool isLeaf = false;    ///< The node had no children then.
     };
 
-    void record(const xercesc::DOMNode* parent, const xercesc::DOMNode* node, bool isRemoval) {
-        latest[total++ % latest.size()] = {parent, node, isRemoval,
-                                           node->getFirstChild() == nullptr};
-    }
+    void record(const Change& change) { latest[total++ % latest.size()] = change; }
 
     /// The number of changes so far.
     std::size_t count() const { return total; }

@@ -76,8 +76,8 @@ PelDOM::Error PelXercesDOMElement::appendTextElement(const PelString& name, cons
         return PelDOM::INTERNAL_ERROR;
     xercesc::DOMDocument* const document = node->getDocument();
     DOMElement* const element = document->createElement(name.view().data());
-    PelXercesEditing::append(*node, *element);
-    PelXercesEditing::append(node->to(element), *document->createTextNode(text.view().data()));
+    PelXercesEditing::appendNew(*node, *element);
+    PelXercesEditing::appendNew(node->to(element), *document->createTextNode(text.view().data()));
     return PelDOM::SUCCESS;
 }
 

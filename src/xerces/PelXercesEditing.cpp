@@ -2,6 +2,7 @@
 #include "xerces/PelXercesEditing.h"
 
 #include "xerces/PelXercesDeclaration.h"
+#include "xerces/PelXercesLinks.h"
 #include "xerces/PelXercesMemory.h"
 
 #include <xercesc/dom/DOMException.hpp>
@@ -17,6 +18,17 @@ bool isForbidden(const PelXercesNodeRef& parent, const xercesc::DOMNode& child) 
            parent->getNodeType() != xercesc::DOMNode::DOCUMENT_NODE;
 }
 
+// The node may be new, yet the parent read-only: then the engine says so.
+template <class EngineNode, class Node>
+void link(const PelXercesNodeRef& parent, Node& child) {
+    auto& element = *parent.as<xercesc::DOMElementImpl>();
+    if (PelXercesLinks::areKnown && !element.fNode.isReadOnly())
+        PelXercesLinks::append(element, static_cast<EngineNode&>(child));
+    else
+        element.appendChild(&child);
+    parent.getTree().changes.record({parent.getNode(), &child, false, true});
+}
+
 } // namespace
 
 void PelXercesEditing::append(const PelXercesNodeRef& parent, xercesc::DOMNode& child) {
@@ -25,8 +37,17 @@ void PelXercesEditing::append(const PelXercesNodeRef& parent, xercesc::DOMNode& 
                                     &PelXercesMemory::get());
     const xercesc::DOMNode* const oldParent = child.getParentNode();
     parent->appendChild(&child);
+    const bool isLeaf = child.getFirstChild() == nullptr;
     PelXercesChanges& changes = parent.getTree().changes;
     if (oldParent != nullptr)
-        changes.record(oldParent, &child, true);
-    changes.record(parent.getNode(), &child, false);
+        changes.record({oldParent, &child, true, isLeaf});
+    changes.record({parent.getNode(), &child, false, isLeaf});
+}
+
+void PelXercesEditing::appendNew(const PelXercesNodeRef& parent, xercesc::DOMElement& child) {
+    link<xercesc::DOMElementImpl>(parent, child);
+}
+
+void PelXercesEditing::appendNew(const PelXercesNodeRef& parent, xercesc::DOMText& child) {
+    link<xercesc::DOMTextImpl>(parent, child);
 }

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <xercesc/dom/impl/DOMCasts.hpp>
+#include <xercesc/dom/impl/DOMElementImpl.hpp>
+#include <xercesc/dom/impl/DOMTextImpl.hpp>
+#include <xercesc/util/XercesVersion.hpp>
+
+/// The links between the engine's nodes, set without the run-time casts on which the engine spends
+/// most of the time that it takes to build a tree.
+class PelXercesLinks {
+public:
+    /// Setting links reaches into the engine's own classes, so it is done with the release that it
+    /// was proven on and no other.
+    static constexpr bool areKnown = _XERCES_VERSION == 30204;
+
+    /// Makes `child`, which has no parent, the last child of `parent`, as the engine's
+    /// appendChildFast does. Nothing is checked.
+    template <class Parent, class Child>
+    static void append(Parent& parent, Child& child) {
+        xercesc::DOMNode*& first = parent.fParent.fFirstChild;
+        child.fNode.fOwnerNode = &parent;
+        child.fNode.isOwned(true);
+        if (first == nullptr) {
+            first = &child;
+            child.fNode.isFirstChild(true);
+            child.fChild.previousSibling = &child;
+            return;
+        }
+        // The first child's link to a previous sibling leads to the last child.
+        xercesc::DOMNode*& last = linksOf(first).previousSibling;
+        linksOf(last).nextSibling = &child;
+        child.fChild.previousSibling = last;
+        last = &child;
+    }
+
+private:
+    // Elements and texts, most of all children, need no run-time cast.
+    static xercesc::DOMChildNode& linksOf(xercesc::DOMNode* child) {
+        switch (child->getNodeType()) {
+        case xercesc::DOMNode::ELEMENT_NODE:
+            return static_cast<xercesc::DOMElementImpl*>(child)->fChild;
+        case xercesc::DOMNode::TEXT_NODE:
+            return static_cast<xercesc::DOMTextImpl*>(child)->fChild;
+        default:
+            return *xercesc::castToChildImpl(child);
+        }
+    }
+};
