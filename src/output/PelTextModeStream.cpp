@@ -22,19 +22,19 @@ PelTextModeStream::Buffer::int_type PelTextModeStream::Buffer::overflow(int_type
 std::streamsize PelTextModeStream::Buffer::xsputn(const char* bytes, std::streamsize count) {
     if (!isText)
         return file.sputn(bytes, count);
+    converted.clear();
     const char* const end = bytes + count;
     for (const char* run = bytes; run != end;) {
         const char* const lineEnd = std::find(run, end, '\n');
-        if (file.sputn(run, lineEnd - run) != lineEnd - run)
-            return run - bytes;
+        converted.append(run, lineEnd);
         run = lineEnd;
         if (run != end) {
-            if (file.sputn("\r\n", 2) != 2)
-                return run - bytes;
+            converted.append("\r\n");
             ++run;
         }
     }
-    return count;
+    const auto length = static_cast<std::streamsize>(converted.size());
+    return file.sputn(converted.data(), length) == length ? count : 0;
 }
 
 int PelTextModeStream::Buffer::sync() {

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <ostream>
 #include <streambuf>
+#include <string>
 
 /// A file opened for writing, created or emptied. In text mode, each line feed is stored as CR LF,
 /// on every system.
@@ -28,6 +29,9 @@ private:
         int_type overflow(int_type character) override;
         std::streamsize xsputn(const char* bytes, std::streamsize count) override;
         int sync() override;
+
+    private:
+        std::string converted; // kept for its room
     };
 
     Buffer buffer;

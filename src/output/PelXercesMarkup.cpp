@@ -112,15 +112,15 @@ void PelXercesMarkup::flush() {
 
 void PelXercesMarkup::add(std::u16string_view text, unsigned char mode) {
     const bool isUniversal = repertoire.holdsEverything();
-    const auto isPlain = [&](char16_t unit) {
-        return !isSurrogate(unit) && !isSpecial(unit, mode) &&
-               (isUniversal || repertoire.holds(unit));
-    };
     const char16_t* const end = text.data() + text.size();
     for (const char16_t* at = text.data(); at != end;) {
         const char16_t* const run = at;
-        while (at != end && isPlain(*at))
-            ++at;
+        if (isUniversal)
+            while (at != end && !isSpecial(*at, mode) && !isSurrogate(*at))
+                ++at;
+        else
+            while (at != end && !isSpecial(*at, mode) && !isSurrogate(*at) && repertoire.holds(*at))
+                ++at;
         gathered.append(run, at);
         if (at == end)
             break;

@@ -2,6 +2,7 @@
 #include "output/PelXercesNodeWriter.h"
 
 #include "xerces/PelXercesDeclaration.h"
+#include "xerces/PelXercesLinks.h"
 
 #include <xercesc/dom/DOMDocumentType.hpp>
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
@@ -106,7 +107,7 @@ void PelXercesNodeWriter::beginElement(const DOMNode& element) {
     for (XMLSize_t i = 0; i < count; ++i) {
         const DOMNode& attribute = *attributes.item(i);
         out << u" " << attribute.getNodeName() << u"=\"";
-        out.addAttributeValue(attribute.getNodeValue());
+        out.addAttributeValue(PelXercesLinks::valueOf(attribute));
         out << u"\"";
     }
     out << (element.getFirstChild() != nullptr ? u">" : u"/>");

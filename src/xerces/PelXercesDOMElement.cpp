@@ -4,6 +4,7 @@
 #include "xerces/PelXercesDOMNode.h"
 #include "xerces/PelXercesDOMNodeList.h"
 #include "xerces/PelXercesEditing.h"
+#include "xerces/PelXercesLinks.h"
 
 #include <qrndom/PelDOMNodeList.h>
 
@@ -48,7 +49,7 @@ long PelXercesDOMElement::getNumAttributes() {
 
 PelString PelXercesDOMElement::getAttributeValueAt(long index) {
     const xercesc::DOMNode* const attribute = attributeAt(*this, index);
-    return attribute != nullptr ? attribute->getNodeValue() : PelString();
+    return attribute != nullptr ? PelXercesLinks::valueOf(*attribute) : PelString();
 }
 
 PelString PelXercesDOMElement::getAttributeNameAt(long index) {
@@ -88,7 +89,11 @@ PelString PelXercesDOMElement::getTagName() {
 
 PelString PelXercesDOMElement::getAttribute(const PelString& name) {
     const DOMElement* const element = elementOf(*this);
-    return element != nullptr ? element->getAttribute(name.view().data()) : PelString();
+    if (element == nullptr)
+        return PelString();
+    const xercesc::DOMNode* const attribute =
+        element->getAttributes()->getNamedItem(name.view().data());
+    return attribute != nullptr ? PelXercesLinks::valueOf(*attribute) : PelString();
 }
 
 int PelXercesDOMElement::getElementsByTagName(const PelString& name, PelDOMNodeList& out) {
