@@ -14,14 +14,9 @@ using xercesc::DOMNode;
 
 namespace {
 
-bool isDocument(const DOMNode& node) {
-    return node.getNodeType() == DOMNode::DOCUMENT_NODE;
-}
-
 // Only documents and elements have children that stand in the text.
-const DOMNode* firstWrittenChild(const DOMNode& node) {
-    return isDocument(node) || node.getNodeType() == DOMNode::ELEMENT_NODE ? node.getFirstChild()
-                                                                           : nullptr;
+bool hasWrittenChildren(DOMNode::NodeType type) {
+    return type == DOMNode::ELEMENT_NODE || type == DOMNode::DOCUMENT_NODE;
 }
 
 } // namespace
@@ -32,23 +27,30 @@ PelXercesNodeWriter::PelXercesNodeWriter(PelXercesMarkup& markup, const std::u16
 }
 
 std::ostream& PelXercesNodeWriter::writeNode(std::ostream& stream, const DOMNode& top) {
-    std::vector<const DOMNode*> open; // the ancestors whose ends are still to come
+    struct OpenNode {
+        const DOMNode* node;
+        bool isDocument;
+    };
+    std::vector<OpenNode> open; // the ancestors whose ends are still to come
     for (const DOMNode* node = &top; node != nullptr;) {
-        begin(*node);
-        const DOMNode* next = firstWrittenChild(*node);
+        const DOMNode::NodeType type = node->getNodeType();
+        begin(*node, type);
+        const DOMNode* next = hasWrittenChildren(type) ? node->getFirstChild() : nullptr;
         if (next != nullptr)
-            open.push_back(node);
+            open.push_back({node, type == DOMNode::DOCUMENT_NODE});
         while (next == nullptr && !open.empty()) {
-            if (isDocument(*open.back())) {
+            const OpenNode parent = open.back();
+            if (parent.isDocument) {
                 newline();
                 out.flush();
                 stream.flush();
             }
             next = node->getNextSibling();
             if (next == nullptr) {
-                node = open.back();
+                node = parent.node;
                 open.pop_back();
-                end(*node);
+                if (!parent.isDocument)
+                    out << u"</" << node->getNodeName() << u">";
             }
         }
         node = next;
@@ -56,8 +58,8 @@ std::ostream& PelXercesNodeWriter::writeNode(std::ostream& stream, const DOMNode
     return stream;
 }
 
-void PelXercesNodeWriter::begin(const DOMNode& node) {
-    switch (node.getNodeType()) {
+void PelXercesNodeWriter::begin(const DOMNode& node, DOMNode::NodeType type) {
+    switch (type) {
     case DOMNode::DOCUMENT_NODE:
         break;
     case DOMNode::ELEMENT_NODE:
@@ -89,14 +91,8 @@ void PelXercesNodeWriter::begin(const DOMNode& node) {
         writeDocumentType(node);
         break;
     default:
-        std::cerr << "Unrecognized node type = " << static_cast<long>(node.getNodeType())
-                  << std::endl;
+        std::cerr << "Unrecognized node type = " << static_cast<long>(type) << std::endl;
     }
-}
-
-void PelXercesNodeWriter::end(const DOMNode& node) {
-    if (!isDocument(node))
-        out << u"</" << node.getNodeName() << u">";
 }
 
 void PelXercesNodeWriter::beginElement(const DOMNode& element) {

@@ -18,8 +18,7 @@ public:
     std::ostream& writeNode(std::ostream& stream, const xercesc::DOMNode& top);
 
 private:
-    void begin(const xercesc::DOMNode& node);
-    void end(const xercesc::DOMNode& node);
+    void begin(const xercesc::DOMNode& node, xercesc::DOMNode::NodeType type);
     void beginElement(const xercesc::DOMNode& element);
     void writeDeclaration(const xercesc::DOMNode& declaration);
     void writeDocumentType(const xercesc::DOMNode& node);

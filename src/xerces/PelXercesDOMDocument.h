@@ -4,7 +4,7 @@
 #include "model/PelDOMDocumentImp.h"
 
 /// The content of a document, over the engine.
-class PelXercesDOMDocument final : public PelDOMDocumentImp {
+class PelXercesDOMDocument : public PelDOMDocumentImp {
 public:
     PelDOMElement getDocumentElement() override;
     PelDOMElement createElement(const PelString& tagName) override;

@@ -4,7 +4,7 @@
 #include "model/PelDOMElementImp.h"
 
 /// The content of an element, over the engine. Names and values are used as they are passed.
-class PelXercesDOMElement final : public PelDOMElementImp {
+class PelXercesDOMElement : public PelDOMElementImp {
 public:
     PelDOM::Error removeAttribute(const PelString& name) override;
     long getNumAttributes() override;

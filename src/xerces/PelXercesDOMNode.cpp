@@ -12,15 +12,43 @@
 
 namespace {
 
+/// A content object that lives in its node and is destroyed where it is.
+template <class Content>
+class Housed final : public Content {
+public:
+    static_assert(sizeof(Content) <= sizeof(PelXercesContentRoom));
+
+    static void* operator new(std::size_t /*size*/, void* place) noexcept { return place; }
+    static void operator delete(void* /*memory*/, void* /*place*/) noexcept {}
+    static void operator delete(void* /*memory*/) noexcept {}
+};
+
+struct OnTheHeap {
+    template <class Content>
+    PelDOMNodeContentImp* make() const {
+        return new Content;
+    }
+};
+
+struct InTheNode {
+    template <class Content>
+    PelDOMNodeContentImp* make() const {
+        return new (place) Housed<Content>;
+    }
+
+    void* place;
+};
+
 // Depends on the type alone: it runs before there is a node implementation.
-PelDOMNodeContentImp* makeContent(PelDOM::NodeType type) {
+template <class Where>
+PelDOMNodeContentImp* makeContent(PelDOM::NodeType type, Where where) {
     switch (type) {
     case PelDOM::ELEMENT_NODE:
-        return new PelXercesDOMElement;
+        return where.template make<PelXercesDOMElement>();
     case PelDOM::TEXT_NODE:
-        return new PelXercesDOMText;
+        return where.template make<PelXercesDOMText>();
     case PelDOM::DOCUMENT_NODE:
-        return new PelXercesDOMDocument;
+        return where.template make<PelXercesDOMDocument>();
     default:
         PelDOM::error(PelString().format(u"PelXercesDOMNode::createContentImp(%d) failed",
                                          static_cast<int>(type)),
@@ -32,7 +60,7 @@ PelDOMNodeContentImp* makeContent(PelDOM::NodeType type) {
 } // namespace
 
 PelXercesDOMNode::PelXercesDOMNode(const PelXercesNodeRef& engineNode)
-    : PelDOMNodeImp(makeContent(engineNode.getType())), node(engineNode) {
+    : PelDOMNodeImp(makeContent(engineNode.getType(), InTheNode{room})), node(engineNode) {
 }
 
 PelDOM::Error PelXercesDOMNode::getOwnerDocument(PelDOMDocument& out) {
@@ -74,7 +102,7 @@ PelDOMNodeImp* PelXercesDOMNode::clone() {
 }
 
 PelDOMNodeContentImp* PelXercesDOMNode::createContentImp(const PelDOM::NodeType& type) {
-    return makeContent(type);
+    return makeContent(type, OnTheHeap());
 }
 
 const PelXercesNodeRef* PelXercesDOMNode::of(const PelDOMNodeContentImp& content) {

@@ -6,11 +6,18 @@
 
 class PelDOMNodeContentImp;
 
+/// Room for a node's content in the node itself: node and content take one allocation. It comes
+/// before the base class that destroys the content.
+class PelXercesContentRoom {
+protected:
+    alignas(void*) unsigned char room[2 * sizeof(void*)];
+};
+
 /// The node implementation over the engine: a counted reference to one engine node, or to none.
 /// Immutable; what it refers to may change.
 ///
 /// Over no node, every operation answers NULL_NODE and changes nothing.
-class PelXercesDOMNode final : public PelDOMNodeImp {
+class PelXercesDOMNode final : private PelXercesContentRoom, public PelDOMNodeImp {
 public:
     explicit PelXercesDOMNode(const PelXercesNodeRef& engineNode);
 

@@ -4,7 +4,7 @@
 #include "model/PelDOMTextImp.h"
 
 /// The content of a text, over the engine.
-class PelXercesDOMText final : public PelDOMTextImp {
+class PelXercesDOMText : public PelDOMTextImp {
 public:
     PelDOM::Error setValue(const PelString& value) override;
     PelString getValue() override;
