@@ -27,6 +27,10 @@ public:
     /// The process's current directory; empty when it is gone.
     static PelString currentDirectory();
 
+    /// Says that new memory is about to be filled whole, so that the system may bring its pages in
+    /// at once and not one fault at a time.
+    static void willBeFilled(void* memory, std::size_t size) noexcept;
+
     /// While it lives, the calling thread's numbers are read and printed as in the "C" locale.
     class ClassicNumbers {
     public:

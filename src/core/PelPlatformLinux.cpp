@@ -2,10 +2,12 @@
 #include "core/PelPlatform.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <fcntl.h>
 #include <locale.h>
 #include <memory>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -53,6 +55,17 @@ std::string PelPlatform::fileSystemName(const PelString& name) {
 PelString PelPlatform::currentDirectory() {
     const std::unique_ptr<char, decltype(&std::free)> path(getcwd(nullptr, 0), &std::free);
     return PelString(path.get());
+}
+
+void PelPlatform::willBeFilled(void* memory, std::size_t size) noexcept {
+#ifdef MADV_POPULATE_WRITE
+    // Whole pages only; a system that cannot do it says so, and nothing is lost.
+    const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+    const auto begin = (reinterpret_cast<std::uintptr_t>(memory) + page - 1) & ~(page - 1);
+    const auto end = (reinterpret_cast<std::uintptr_t>(memory) + size) & ~(page - 1);
+    if (begin < end)
+        madvise(reinterpret_cast<void*>(begin), end - begin, MADV_POPULATE_WRITE);
+#endif
 }
 
 // glibc keeps its "C" locale object in static storage: nothing is allocated here, nothing to free.

@@ -1,9 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/PelXercesMemory.h"
 
+#include "core/PelPlatform.h"
+
 #include <xercesc/util/OutOfMemoryException.hpp>
 
 #include <new>
+
+namespace {
+
+// The nodes of all but small trees lie in blocks of just this size, filled from front to back.
+constexpr XMLSize_t nodeBlock = 0x80000;
+
+} // namespace
 
 PelXercesMemory& PelXercesMemory::get() {
     alignas(PelXercesMemory) static unsigned char storage[sizeof(PelXercesMemory)];
@@ -13,7 +22,10 @@ PelXercesMemory& PelXercesMemory::get() {
 
 void* PelXercesMemory::allocate(XMLSize_t size) {
     try {
-        return ::operator new(size);
+        void* const memory = ::operator new(size);
+        if (size == nodeBlock)
+            PelPlatform::willBeFilled(memory, size);
+        return memory;
     } catch (const std::bad_alloc&) {
         throw xercesc::OutOfMemoryException();
     }
