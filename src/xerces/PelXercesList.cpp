@@ -31,14 +31,13 @@ std::size_t PelXercesList::length() {
 }
 
 PelXercesNodeRef PelXercesList::item(std::size_t index) {
-    const std::size_t end = length();
     if (place == nullptr || index < placeIndex / 2) {
         place = first();
         placeIndex = 0;
     }
-    if (index > placeIndex && end - 1 - index < index - placeIndex) {
+    if (index > placeIndex && knownLength - 1 - index < index - placeIndex) {
         place = last();
-        placeIndex = end - 1;
+        placeIndex = knownLength - 1;
     }
     for (; placeIndex < index; ++placeIndex)
         place = next(place);

@@ -18,7 +18,7 @@ public:
 
     std::size_t length();
 
-    /// The node at a position below the length.
+    /// The node at a position below the length, which was asked for since the last change.
     PelXercesNodeRef item(std::size_t index);
 
 private:
