@@ -34,12 +34,13 @@ bool isLowSurrogate(char16_t unit) {
 }
 
 // The formatter's escape modes, as bits.
-constexpr unsigned char noEscapes = 0;
-constexpr unsigned char textEscapes = 1;      // CharEscapes
-constexpr unsigned char attributeEscapes = 2; // AttrEscapes
+constexpr unsigned char noEscapes = 1;
+constexpr unsigned char textEscapes = 2;      // CharEscapes
+constexpr unsigned char attributeEscapes = 4; // AttrEscapes
 
 constexpr std::array<unsigned char, 64> makeSpecials() {
     std::array<unsigned char, 64> table{};
+    table[0] = noEscapes | textEscapes | attributeEscapes; // ends the text in every mode
     for (const char16_t unit : {u'&', u'<', u'>', u'\r'})
         table[unit] |= textEscapes;
     for (const char16_t unit : {u'&', u'<', u'"', u'\n', u'\r', u'\t'})
@@ -49,7 +50,7 @@ constexpr std::array<unsigned char, 64> makeSpecials() {
 
 constexpr std::array<unsigned char, 64> specials = makeSpecials();
 
-// Whether a mode escapes a unit.
+// Whether a mode does not let a unit stand as it is.
 bool isSpecial(char16_t unit, unsigned char mode) {
     return unit < specials.size() && (specials[unit] & mode) != 0;
 }
@@ -81,16 +82,15 @@ PelXercesMarkup::PelXercesMarkup(PelXercesRepertoire& outputRepertoire,
 }
 
 PelXercesMarkup& PelXercesMarkup::operator<<(const char16_t* text) {
-    if (text != nullptr)
-        add(text, noEscapes);
+    add(text, noEscapes);
     return *this;
 }
 
-void PelXercesMarkup::addText(std::u16string_view text) {
+void PelXercesMarkup::addText(const char16_t* text) {
     add(text, textEscapes);
 }
 
-void PelXercesMarkup::addAttributeValue(std::u16string_view text) {
+void PelXercesMarkup::addAttributeValue(const char16_t* text) {
     add(text, attributeEscapes);
 }
 
@@ -110,29 +110,31 @@ void PelXercesMarkup::flush() {
     gathered.clear();
 }
 
-void PelXercesMarkup::add(std::u16string_view text, unsigned char mode) {
+void PelXercesMarkup::add(const char16_t* text, unsigned char mode) {
+    if (text == nullptr)
+        return;
     const bool isUniversal = repertoire.holdsEverything();
-    const char16_t* const end = text.data() + text.size();
-    for (const char16_t* at = text.data(); at != end;) {
-        const char16_t* const run = at;
+    for (;;) {
+        const char16_t* const run = text;
         if (isUniversal)
-            while (at != end && !isSpecial(*at, mode) && !isSurrogate(*at))
-                ++at;
+            while (!isSpecial(*text, mode) && !isSurrogate(*text))
+                ++text;
         else
-            while (at != end && !isSpecial(*at, mode) && !isSurrogate(*at) && repertoire.holds(*at))
-                ++at;
-        gathered.append(run, at);
-        if (at == end)
+            while (!isSpecial(*text, mode) && !isSurrogate(*text) && repertoire.holds(*text))
+                ++text;
+        gathered.append(run, text);
+        const char16_t unit = *text;
+        if (unit == 0)
             break;
-        const char16_t unit = *at++;
+        ++text;
         if (isSpecial(unit, mode)) {
             gathered.append(entityFor(unit));
         } else if (!isSurrogate(unit)) {
             addReference(unit);
         } else {
-            if (!isHighSurrogate(unit) || at == end || !isLowSurrogate(*at))
+            if (!isHighSurrogate(unit) || !isLowSurrogate(*text))
                 ThrowXML(xercesc::TranscodingException, xercesc::XMLExcepts::Trans_BadSrcSeq);
-            const char16_t low = *at++;
+            const char16_t low = *text++;
             if (isUniversal || repertoire.holds(unit, low))
                 gathered.append({unit, low});
             else

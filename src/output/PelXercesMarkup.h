@@ -4,7 +4,6 @@
 #include <xercesc/framework/XMLFormatter.hpp>
 
 #include <string>
-#include <string_view>
 
 class PelXercesRepertoire;
 
@@ -18,14 +17,14 @@ public:
     /// With a formatter, pieces go there; without one, everything stays here for takeText.
     PelXercesMarkup(PelXercesRepertoire& outputRepertoire, xercesc::XMLFormatter* outputFormatter);
 
-    /// Text as it stands; null adds nothing.
+    /// NUL-terminated text as it stands; null adds nothing.
     PelXercesMarkup& operator<<(const char16_t* text);
 
     /// Text with what the formatter's CharEscapes mode escapes: `&`, `<`, `>` and CR.
-    void addText(std::u16string_view text);
+    void addText(const char16_t* text);
 
     /// Text with what its AttrEscapes mode escapes: `&`, `<`, `"`, LF, CR and TAB.
-    void addAttributeValue(std::u16string_view text);
+    void addAttributeValue(const char16_t* text);
 
     /// Hands what is gathered to the formatter, if there is one.
     void flush();
@@ -33,7 +32,7 @@ public:
     std::u16string takeText() { return std::move(gathered); }
 
 private:
-    void add(std::u16string_view text, unsigned char mode);
+    void add(const char16_t* text, unsigned char mode);
     void addReference(char32_t character);
 
     PelXercesRepertoire& repertoire;

@@ -6,7 +6,9 @@
 #include <qrndom/PelDOMNode.h>
 #include <qrndom/PelDOMNodeList.h>
 
-PelXercesDOMNodeList::PelXercesDOMNodeList(const PelXercesList& engineList) : list(engineList) {
+#include <utility>
+
+PelXercesDOMNodeList::PelXercesDOMNodeList(PelXercesList engineList) : list(std::move(engineList)) {
 }
 
 PelDOM::Error PelXercesDOMNodeList::item(long index, PelDOMNode& out) {
@@ -24,7 +26,7 @@ PelDOMNodeListImp* PelXercesDOMNodeList::clone() {
     return new PelXercesDOMNodeList(list);
 }
 
-void PelXercesDOMNodeList::give(const PelXercesList& engineList, PelDOMNodeList& out) {
-    PelDOMNodeList temporary(new PelXercesDOMNodeList(engineList));
+void PelXercesDOMNodeList::give(PelXercesList engineList, PelDOMNodeList& out) {
+    PelDOMNodeList temporary(new PelXercesDOMNodeList(std::move(engineList)));
     out = temporary;
 }
