@@ -113,7 +113,8 @@ TEST(BothRoads, GiveTheSameTree) {
     for (int i = 0; i < 3000; ++i)
         wide += "<e a='" + std::to_string(i) + "' b='x'>" +
                 std::string(static_cast<std::size_t>(i % 50), 'x') + "&amp;</e>\n<f/>";
-    EXPECT_EQ(bothRoads(wide + "</r>", ""), 2 + 4 * 3000);
+    wide += "<l>" + std::string(40000, 'y') + "&amp;z<!--c-->w&lt;" + std::string(99, 'v') + "</l>";
+    EXPECT_EQ(bothRoads(wide + "</r>", ""), 2 + 4 * 3000 + 4);
 }
 
 TEST(BothRoads, AgreeOnTheXmlOfThisMachine) {

@@ -18,6 +18,12 @@ using xercesc::DOMMemoryManager;
 using xercesc::DOMNode;
 using xercesc::DOMTextImpl;
 
+namespace {
+
+constexpr std::size_t longText = 0x8000;
+
+} // namespace
+
 PelXercesTreeBuilder::PelXercesTreeBuilder(PelXercesReadMemory& memory, Road ownRoad)
     : XercesDOMParser(nullptr, &memory), road(ownRoad) {
 }
@@ -33,6 +39,7 @@ void PelXercesTreeBuilder::startElement(const xercesc::XMLElementDecl& declarati
                                         unsigned int uriId, const XMLCh* prefix,
                                         const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
                                         XMLSize_t count, bool isEmpty, bool isRoot) {
+    endText();
     const bool isPlain = road == Road::fast && fWithinElement && !declaration.hasAttDefs() &&
                          fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE;
     if (!isPlain) {
@@ -61,6 +68,7 @@ void PelXercesTreeBuilder::startElement(const xercesc::XMLElementDecl& declarati
 
 void PelXercesTreeBuilder::endElement(const xercesc::XMLElementDecl& declaration,
                                       unsigned int uriId, bool isRoot, const XMLCh* prefix) {
+    endText();
     if (road == Road::fast && fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE) {
         const auto* const element = static_cast<DOMElementImpl*>(fCurrentParent);
         DOMNode* const parent = element->fNode.fOwnerNode;
@@ -73,16 +81,39 @@ void PelXercesTreeBuilder::endElement(const xercesc::XMLElementDecl& declaration
     XercesDOMParser::endElement(declaration, uriId, isRoot, prefix);
 }
 
+// A text arrives in pieces, one for each reference in it and for each buffer of the scanner. Each
+// growth of a node's buffer makes the engine search all the buffers of the document, so the node is
+// made at the text's end. Long texts, of which there are few, grow by themselves from there.
 void PelXercesTreeBuilder::docCharacters(const XMLCh* text, XMLSize_t length, bool isCdata) {
-    const bool isNewText = fWithinElement && !isCdata &&
-                           fCurrentNode->getNodeType() != DOMNode::TEXT_NODE &&
-                           fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE;
-    if (road != Road::fast || !isNewText) {
-        XercesDOMParser::docCharacters(text, length, isCdata);
+    const bool isText = road == Road::fast && fWithinElement && !isCdata &&
+                        fCurrentNode->getNodeType() != DOMNode::TEXT_NODE &&
+                        fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE;
+    if (isText) {
+        pendingText.append(text, length);
+        if (pendingText.size() >= longText)
+            endText();
         return;
     }
-    auto* const node =
-        new (fDocument, DOMMemoryManager::TEXT_OBJECT) DOMTextImpl(fDocument, text, length);
+    endText();
+    XercesDOMParser::docCharacters(text, length, isCdata);
+}
+
+void PelXercesTreeBuilder::docComment(const XMLCh* comment) {
+    endText();
+    XercesDOMParser::docComment(comment);
+}
+
+void PelXercesTreeBuilder::docPI(const XMLCh* target, const XMLCh* data) {
+    endText();
+    XercesDOMParser::docPI(target, data);
+}
+
+void PelXercesTreeBuilder::endText() {
+    if (pendingText.empty())
+        return;
+    auto* const node = new (fDocument, DOMMemoryManager::TEXT_OBJECT)
+        DOMTextImpl(fDocument, pendingText.data(), pendingText.size());
     PelXercesLinks::append(*static_cast<DOMElementImpl*>(fCurrentParent), *node);
     fCurrentNode = node;
+    pendingText.clear();
 }

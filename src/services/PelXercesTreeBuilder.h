@@ -5,6 +5,8 @@
 
 #include <xercesc/parsers/XercesDOMParser.hpp>
 
+#include <string>
+
 class PelXercesReadMemory;
 
 /// The engine's parser, building a tree that is ready to be shared: the tree's memory is that of
@@ -33,7 +35,12 @@ public:
     void endElement(const xercesc::XMLElementDecl& declaration, unsigned int uriId, bool isRoot,
                     const XMLCh* prefix) override;
     void docCharacters(const XMLCh* text, XMLSize_t length, bool isCdata) override;
+    void docComment(const XMLCh* comment) override;
+    void docPI(const XMLCh* target, const XMLCh* data) override;
 
 private:
+    void endText();
+
     const Road road;
+    std::u16string pendingText;
 };
