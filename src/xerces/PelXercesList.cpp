@@ -5,6 +5,18 @@
 
 using xercesc::DOMNode;
 
+namespace {
+
+// Nodes of a large tree are rarely in the cache. This brings in the two lines that hold a node's
+// class and links while other work goes on; null does nothing.
+void fetch(const DOMNode* node) {
+    constexpr std::size_t cacheLine = 64;
+    __builtin_prefetch(node);
+    __builtin_prefetch(reinterpret_cast<const char*>(node) + cacheLine);
+}
+
+} // namespace
+
 PelXercesList PelXercesList::ofChildren(const PelXercesNodeRef& parent) {
     return {parent, true, {}};
 }
@@ -23,8 +35,10 @@ std::size_t PelXercesList::length() {
     catchUp();
     if (!knowsLength) {
         knownLength = 0;
-        for (DOMNode* node = first(); node != nullptr; node = next(node))
+        for (DOMNode* node = first(); node != nullptr; node = next(node)) {
+            fetch(node);
             ++knownLength;
+        }
         knowsLength = true;
     }
     return knownLength;
@@ -43,6 +57,7 @@ PelXercesNodeRef PelXercesList::item(std::size_t index) {
         place = next(place);
     for (; placeIndex > index; --placeIndex)
         place = previous(place);
+    fetch(place->getNextSibling());
     return root.to(place);
 }
 
