@@ -22,5 +22,9 @@ install(FILES "${PROJECT_BINARY_DIR}/QRNDOMConfig.cmake"
               "${PROJECT_BINARY_DIR}/QRNDOMConfigVersion.cmake"
     DESTINATION ${QRNDOM_CMAKE_DIR})
 
+# A static library's consumers link what it is built on themselves.
+if(NOT BUILD_SHARED_LIBS)
+    set(QRNDOM_PC_LIBS " -lxerces-c -licuuc -lpthread")
+endif()
 configure_file(cmake/qrndom.pc.in "${PROJECT_BINARY_DIR}/qrndom.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/qrndom.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
