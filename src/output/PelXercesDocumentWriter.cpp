@@ -66,7 +66,7 @@ void PelXercesDocumentWriter::writeToFile(const xercesc::DOMNode& document,
     file->setTextMode(repertoire.hasByteLineFeed());
     PelXercesNodeWriter(out, encoding, hasNewlines).writeNode(*file, document);
     if (hasNewlines)
-        out << u"\n";
+        out.markup(u"\n");
     out.flush();
     if (hasTerminator)
         *file << std::ends;
@@ -82,6 +82,6 @@ void PelXercesDocumentWriter::writeToString(const xercesc::DOMNode& document,
     std::ostream nowhere(nullptr);
     PelXercesNodeWriter(out, encoding, hasNewlines).writeNode(nowhere, document);
     if (hasNewlines)
-        out << u"\n";
+        out.markup(u"\n");
     text = PelString(out.takeText());
 }

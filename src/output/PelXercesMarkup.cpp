@@ -81,17 +81,23 @@ PelXercesMarkup::PelXercesMarkup(PelXercesRepertoire& outputRepertoire,
     : repertoire(outputRepertoire), formatter(outputFormatter) {
 }
 
-PelXercesMarkup& PelXercesMarkup::operator<<(const char16_t* text) {
-    add(text, noEscapes);
+PelXercesMarkup& PelXercesMarkup::plain(const char16_t* characters) {
+    return add(characters, noEscapes);
+}
+
+PelXercesMarkup& PelXercesMarkup::text(const char16_t* characters) {
+    return add(characters, textEscapes);
+}
+
+PelXercesMarkup& PelXercesMarkup::attributeValue(const char16_t* characters) {
+    return add(characters, attributeEscapes);
+}
+
+PelXercesMarkup& PelXercesMarkup::addKnown(const char16_t* characters) {
+    if (!repertoire.holdsEverything())
+        return add(characters, noEscapes);
+    gathered.append(characters);
     return *this;
-}
-
-void PelXercesMarkup::addText(const char16_t* text) {
-    add(text, textEscapes);
-}
-
-void PelXercesMarkup::addAttributeValue(const char16_t* text) {
-    add(text, attributeEscapes);
 }
 
 void PelXercesMarkup::flush() {
@@ -110,31 +116,32 @@ void PelXercesMarkup::flush() {
     gathered.clear();
 }
 
-void PelXercesMarkup::add(const char16_t* text, unsigned char mode) {
-    if (text == nullptr)
-        return;
+PelXercesMarkup& PelXercesMarkup::add(const char16_t* characters, unsigned char mode) {
+    if (characters == nullptr)
+        return *this;
     const bool isUniversal = repertoire.holdsEverything();
     for (;;) {
-        const char16_t* const run = text;
+        const char16_t* const run = characters;
         if (isUniversal)
-            while (!isSpecial(*text, mode) && !isSurrogate(*text))
-                ++text;
+            while (!isSpecial(*characters, mode) && !isSurrogate(*characters))
+                ++characters;
         else
-            while (!isSpecial(*text, mode) && !isSurrogate(*text) && repertoire.holds(*text))
-                ++text;
-        gathered.append(run, text);
-        const char16_t unit = *text;
+            while (!isSpecial(*characters, mode) && !isSurrogate(*characters) &&
+                   repertoire.holds(*characters))
+                ++characters;
+        gathered.append(run, characters);
+        const char16_t unit = *characters;
         if (unit == 0)
             break;
-        ++text;
+        ++characters;
         if (isSpecial(unit, mode)) {
             gathered.append(entityFor(unit));
         } else if (!isSurrogate(unit)) {
             addReference(unit);
         } else {
-            if (!isHighSurrogate(unit) || !isLowSurrogate(*text))
+            if (!isHighSurrogate(unit) || !isLowSurrogate(*characters))
                 ThrowXML(xercesc::TranscodingException, xercesc::XMLExcepts::Trans_BadSrcSeq);
-            const char16_t low = *text++;
+            const char16_t low = *characters++;
             if (isUniversal || repertoire.holds(unit, low))
                 gathered.append({unit, low});
             else
@@ -143,6 +150,7 @@ void PelXercesMarkup::add(const char16_t* text, unsigned char mode) {
     }
     if (gathered.size() >= enough)
         flush();
+    return *this;
 }
 
 void PelXercesMarkup::addReference(char32_t character) {

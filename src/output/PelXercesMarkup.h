@@ -3,6 +3,7 @@
 
 #include <xercesc/framework/XMLFormatter.hpp>
 
+#include <cstddef>
 #include <string>
 
 class PelXercesRepertoire;
@@ -17,14 +18,23 @@ public:
     /// With a formatter, pieces go there; without one, everything stays here for takeText.
     PelXercesMarkup(PelXercesRepertoire& outputRepertoire, xercesc::XMLFormatter* outputFormatter);
 
+    /// Markup of the writer's own: a literal of ASCII characters.
+    template <std::size_t size>
+    PelXercesMarkup& markup(const char16_t (&literal)[size]) {
+        return addKnown(literal);
+    }
+
     /// NUL-terminated text as it stands; null adds nothing.
-    PelXercesMarkup& operator<<(const char16_t* text);
+    PelXercesMarkup& plain(const char16_t* characters);
+
+    /// A name, in which XML allows nothing that would have to be looked at.
+    PelXercesMarkup& name(const char16_t* characters) { return addKnown(characters); }
 
     /// Text with what the formatter's CharEscapes mode escapes: `&`, `<`, `>` and CR.
-    void addText(const char16_t* text);
+    PelXercesMarkup& text(const char16_t* characters);
 
     /// Text with what its AttrEscapes mode escapes: `&`, `<`, `"`, LF, CR and TAB.
-    void addAttributeValue(const char16_t* text);
+    PelXercesMarkup& attributeValue(const char16_t* characters);
 
     /// Hands what is gathered to the formatter, if there is one.
     void flush();
@@ -32,7 +42,8 @@ public:
     std::u16string takeText() { return std::move(gathered); }
 
 private:
-    void add(const char16_t* text, unsigned char mode);
+    PelXercesMarkup& addKnown(const char16_t* characters);
+    PelXercesMarkup& add(const char16_t* characters, unsigned char mode);
     void addReference(char32_t character);
 
     PelXercesRepertoire& repertoire;

@@ -50,7 +50,7 @@ std::ostream& PelXercesNodeWriter::writeNode(std::ostream& stream, const DOMNode
                 node = parent.node;
                 open.pop_back();
                 if (!parent.isDocument)
-                    out << u"</" << node->getNodeName() << u">";
+                    out.markup(u"</").name(node->getNodeName()).markup(u">");
             }
         }
         node = next;
@@ -66,26 +66,26 @@ void PelXercesNodeWriter::begin(const DOMNode& node, DOMNode::NodeType type) {
         beginElement(node);
         break;
     case DOMNode::TEXT_NODE:
-        out.addText(node.getNodeValue());
+        out.text(node.getNodeValue());
         break;
     case DOMNode::CDATA_SECTION_NODE:
-        out << u"<![CDATA[" << node.getNodeValue() << u"]]>";
+        out.markup(u"<![CDATA[").plain(node.getNodeValue()).markup(u"]]>");
         break;
     case DOMNode::ENTITY_REFERENCE_NODE:
-        out << u"&" << node.getNodeName() << u";";
+        out.markup(u"&").name(node.getNodeName()).markup(u";");
         break;
     case DOMNode::PROCESSING_INSTRUCTION_NODE:
         if (PelXercesDeclaration::isDeclaration(node)) {
             writeDeclaration(node);
             break;
         }
-        out << u"<?" << node.getNodeName();
+        out.markup(u"<?").name(node.getNodeName());
         if (node.getNodeValue() != nullptr && *node.getNodeValue() != 0)
-            out << u" " << node.getNodeValue();
-        out << u"?>";
+            out.markup(u" ").plain(node.getNodeValue());
+        out.markup(u"?>");
         break;
     case DOMNode::COMMENT_NODE:
-        out << u"<!--" << node.getNodeValue() << u"-->";
+        out.markup(u"<!--").plain(node.getNodeValue()).markup(u"-->");
         break;
     case DOMNode::DOCUMENT_TYPE_NODE:
         writeDocumentType(node);
@@ -97,25 +97,27 @@ void PelXercesNodeWriter::begin(const DOMNode& node, DOMNode::NodeType type) {
 
 void PelXercesNodeWriter::beginElement(const DOMNode& element) {
     newline();
-    out << u"<" << element.getNodeName();
+    out.markup(u"<").name(element.getNodeName());
     const xercesc::DOMNamedNodeMap& attributes = *element.getAttributes();
     const XMLSize_t count = attributes.getLength();
     for (XMLSize_t i = 0; i < count; ++i) {
         const DOMNode& attribute = *attributes.item(i);
-        out << u" " << attribute.getNodeName() << u"=\"";
-        out.addAttributeValue(PelXercesLinks::valueOf(attribute));
-        out << u"\"";
+        out.markup(u" ").name(attribute.getNodeName()).markup(u"=\"");
+        out.attributeValue(PelXercesLinks::valueOf(attribute)).markup(u"\"");
     }
-    out << (element.getFirstChild() != nullptr ? u">" : u"/>");
+    if (element.getFirstChild() != nullptr)
+        out.markup(u">");
+    else
+        out.markup(u"/>");
 }
 
 void PelXercesNodeWriter::writeDeclaration(const DOMNode& declaration) {
     const PelXercesDeclaration values = PelXercesDeclaration::read(declaration);
-    out << u"<?xml version=\"" << values.version.view().data() << u"\" encoding=\""
-        << encodingName.c_str();
+    out.markup(u"<?xml version=\"").plain(values.version.view().data());
+    out.markup(u"\" encoding=\"").plain(encodingName.c_str());
     if (values.standalone)
-        out << u"\" standalone=\"" << values.standalone->view().data();
-    out << u"\"?>\n";
+        out.markup(u"\" standalone=\"").plain(values.standalone->view().data());
+    out.markup(u"\"?>\n");
     newline();
 }
 
@@ -123,17 +125,20 @@ void PelXercesNodeWriter::writeDocumentType(const DOMNode& node) {
     const auto& type = static_cast<const xercesc::DOMDocumentType&>(node);
     // The engine answers an empty public identifier for one that is not there.
     const bool hasPublicId = type.getPublicId() != nullptr && *type.getPublicId() != 0;
-    out << u"<!DOCTYPE " << type.getName();
+    out.markup(u"<!DOCTYPE ").name(type.getName());
     if (hasPublicId)
-        out << u" PUBLIC \"" << type.getPublicId() << u"\"";
-    if (type.getSystemId() != nullptr)
-        out << (hasPublicId ? u" \"" : u" SYSTEM \"") << type.getSystemId() << u"\"";
+        out.markup(u" PUBLIC \"").plain(type.getPublicId()).markup(u"\"");
+    if (type.getSystemId() != nullptr) {
+        if (!hasPublicId)
+            out.markup(u" SYSTEM");
+        out.markup(u" \"").plain(type.getSystemId()).markup(u"\"");
+    }
     if (type.getInternalSubset() != nullptr)
-        out << u"[" << type.getInternalSubset() << u"]";
-    out << u">";
+        out.markup(u"[").plain(type.getInternalSubset()).markup(u"]");
+    out.markup(u">");
 }
 
 void PelXercesNodeWriter::newline() {
     if (hasNewlines)
-        out << u"\n";
+        out.markup(u"\n");
 }

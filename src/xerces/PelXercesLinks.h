@@ -35,13 +35,21 @@ public:
         last = &child;
     }
 
+    /// Nodes of a large tree are rarely in the cache. This brings in the two lines that hold a
+    /// node's class and links while other work goes on; null does nothing.
+    static void fetch(const xercesc::DOMNode* node) {
+        constexpr std::size_t cacheLine = 64;
+        __builtin_prefetch(node);
+        __builtin_prefetch(reinterpret_cast<const char*>(node) + cacheLine);
+    }
+
     /// The value of an attribute.
     static const XMLCh* valueOf(const xercesc::DOMNode& attribute) {
         if (areKnown) {
             const auto& known = static_cast<const xercesc::DOMAttrImpl&>(attribute);
             xercesc::DOMNode* const first = known.fParent.fFirstChild;
             if (first != nullptr && first->getNodeType() == xercesc::DOMNode::TEXT_NODE &&
-                linksOf(first).nextSibling == nullptr)
+                static_cast<xercesc::DOMTextImpl*>(first)->fChild.nextSibling == nullptr)
                 return first->getNodeValue();
         }
         return attribute.getNodeValue();

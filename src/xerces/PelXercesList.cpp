@@ -1,21 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/PelXercesList.h"
 
+#include "xerces/PelXercesLinks.h"
+
 #include <xercesc/dom/DOMElement.hpp>
 
 using xercesc::DOMNode;
-
-namespace {
-
-// Nodes of a large tree are rarely in the cache. This brings in the two lines that hold a node's
-// class and links while other work goes on; null does nothing.
-void fetch(const DOMNode* node) {
-    constexpr std::size_t cacheLine = 64;
-    __builtin_prefetch(node);
-    __builtin_prefetch(reinterpret_cast<const char*>(node) + cacheLine);
-}
-
-} // namespace
 
 PelXercesList PelXercesList::ofChildren(const PelXercesNodeRef& parent) {
     return {parent, true, {}};
@@ -36,7 +26,7 @@ std::size_t PelXercesList::length() {
     if (!knowsLength) {
         knownLength = 0;
         for (DOMNode* node = first(); node != nullptr; node = next(node)) {
-            fetch(node);
+            PelXercesLinks::fetch(node);
             ++knownLength;
         }
         knowsLength = true;
@@ -57,7 +47,7 @@ PelXercesNodeRef PelXercesList::item(std::size_t index) {
         place = next(place);
     for (; placeIndex > index; --placeIndex)
         place = previous(place);
-    fetch(place->getNextSibling());
+    PelXercesLinks::fetch(place->getNextSibling());
     return root.to(place);
 }
 
