@@ -97,6 +97,7 @@ PelXercesMarkup& PelXercesMarkup::addKnown(const char16_t* characters) {
     if (!repertoire.holdsEverything())
         return add(characters, noEscapes);
     gathered.append(characters);
+    flushIfEnough();
     return *this;
 }
 
@@ -148,9 +149,13 @@ PelXercesMarkup& PelXercesMarkup::add(const char16_t* characters, unsigned char 
                 addReference(0x10000 + ((unit - 0xD800U) << 10) + (low - 0xDC00U));
         }
     }
+    flushIfEnough();
+    return *this;
+}
+
+void PelXercesMarkup::flushIfEnough() {
     if (gathered.size() >= enough)
         flush();
-    return *this;
 }
 
 void PelXercesMarkup::addReference(char32_t character) {

@@ -45,6 +45,7 @@ private:
     PelXercesMarkup& addKnown(const char16_t* characters);
     PelXercesMarkup& add(const char16_t* characters, unsigned char mode);
     void addReference(char32_t character);
+    void flushIfEnough();
 
     PelXercesRepertoire& repertoire;
     xercesc::XMLFormatter* const formatter;
