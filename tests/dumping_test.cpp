@@ -1,56 +1,33 @@
 // SPDX-License-Identifier: MIT
 #include "support.h"
 
-namespace {
-
-using Lines = std::vector<std::string>;
-
-std::string failure(int type) {
-    return "PelXercesDOMNode::createContentImp(" + std::to_string(type) + ") failed";
-}
-
-TEST(Dump, PrintsATreeLineByLine) {
-    PelDOMDocument document = services().createDocument("Model");
-    PelDOMElement root = document.getDocumentElement();
-    root.setAttribute("a", "1");
-    PelDOMText text = document.createTextNode("x");
-    root.appendChild(text);
-    const LogWatch log;
-    document.dump(1);
-    EXPECT_EQ(log.lines(),
-              Lines({"Node(type=9)", "(", failure(13), failure(13), "  Node(type=13)",
-                     "  Element(Model)", "   - a=\"1\"", "  (", "    Text(\"x\")", "  )", ")"}));
-}
-
 TEST(Dump, LeavesOutLayoutOnly) {
     PelDOMDocument document = parse("<r>\n  <a> </a><b>\n</b><c>\t\n</c></r>");
-    PelDOMElement root = document.getDocumentElement();
-    PelDOMText empty = document.createTextNode("");
-    root.appendChild(empty);
+    append(document.getDocumentElement(), document.createTextNode(""));
     const LogWatch log;
-    root.dump(0);
+    document.getDocumentElement().dump(0);
     PelDOMNode().dump(3);
-    EXPECT_EQ(log.lines(), Lines({"Element(r)", "(", "Element(a)", "(", "  Text(\" \")", ")",
-                                  "Element(b)", "(", ")", "Element(c)", "(", "  Text(\"\t", "\")",
-                                  ")", "Text(\"\")", ")", "    Node(type=0)"}));
+    EXPECT_EQ(log.text(), "Element(r)\n(\nElement(a)\n(\n  Text(\" \")\n)\nElement(b)\n(\n)\nElement(c)\n(\n"
+                          "  Text(\"\t\n\")\n)\nText(\"\")\n)\n    Node(type=0)\n");
 }
 
-TEST(Dump, StampsElementsWithTheirDepth) {
-    PelDOMDocument document = parse("<r>\n<a k='v'><b/></a></r>");
-    {
-        const LogWatch log;
-        document.dumpParseLevel(1);
-        EXPECT_EQ(log.lines(), Lines({"Node(type=9)", "(", "  Element(r)", "  (", "    Text(\"",
-                                      "\")", "    Element(a)", "     - k=\"v\"", "    (",
-                                      "      Element(b)", "    )", "  )", ")"}));
-    }
-    EXPECT_EQ(show(document), "#9(r PARSELEVEL=2(|\n| a PARSELEVEL=3 k=v(b PARSELEVEL=4)))");
+TEST(Dump, PrintsATreeLineByLineAndStampsElementsWithTheirDepth) {
+    PelDOMDocument document = services().createDocument("r");
+    PelDOMElement root = document.getDocumentElement();
+    root.setAttribute("k", "v");
+    root.appendTextElement("a", "x");
+    const std::string failure = "PelXercesDOMNode::createContentImp(13) failed\n";
+    const std::string head = "Node(type=9)\n(\n" + failure + failure + "  Node(type=13)\n  Element(r)\n";
+    const std::string tail = "   - k=\"v\"\n  (\n    Element(a)\n    (\n      Text(\"x\")\n    )\n  )\n)\n";
     const LogWatch log;
-    PelDOMNode a = childAt(document.getDocumentElement(), 1);
-    a.dumpParseLevel(-5);
-    EXPECT_EQ(log.lines(), Lines({"Element(a)", " - PARSELEVEL=\"3\"", " - k=\"v\"", "(",
-                                  "Element(b)", " - PARSELEVEL=\"4\"", ")"}));
-    EXPECT_EQ(show(a), "a PARSELEVEL=-5 k=v(b PARSELEVEL=-4)");
+    document.dump(1);
+    document.dumpParseLevel(1);
+    EXPECT_EQ(log.text(), head + tail + head + tail);
+    EXPECT_EQ(show(root), "r PARSELEVEL=2 k=v(a PARSELEVEL=3(|x|))");
+    append(root, document.createTextNode("\n"));
+    const LogWatch second;
+    root.dumpParseLevel(-5);
+    EXPECT_EQ(second.text(), "Element(r)\n - PARSELEVEL=\"2\"\n - k=\"v\"\n(\nElement(a)\n - "
+                             "PARSELEVEL=\"3\"\n(\nText(\"x\")\n)\nText(\"\n\")\n)\n");
+    EXPECT_EQ(show(root), "r PARSELEVEL=-5 k=v(a PARSELEVEL=-4(|x|) |\n|)");
 }
-
-} // namespace

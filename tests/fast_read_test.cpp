@@ -17,23 +17,20 @@ std::u16string_view viewOf(const XMLCh* text) {
 bool areSameAttributes(const DOMNode& one, const DOMNode& two) {
     const xercesc::DOMNamedNodeMap* const left = one.getAttributes();
     const xercesc::DOMNamedNodeMap* const right = two.getAttributes();
-    if (left == nullptr || right == nullptr)
-        return left == right;
+    if (left == nullptr || right == nullptr) return left == right;
     bool same = left->getLength() == right->getLength();
     for (XMLSize_t i = 0; same && i < left->getLength(); ++i) {
         const auto& a = static_cast<const xercesc::DOMAttr&>(*left->item(i));
         const auto& b = static_cast<const xercesc::DOMAttr&>(*right->item(i));
-        same = viewOf(a.getName()) == viewOf(b.getName()) &&
-               viewOf(a.getValue()) == viewOf(b.getValue()) && a.isId() == b.isId() &&
-               a.getSpecified() == b.getSpecified() && a.getOwnerElement() == &one &&
+        same = viewOf(a.getName()) == viewOf(b.getName()) && viewOf(a.getValue()) == viewOf(b.getValue()) &&
+               a.isId() == b.isId() && a.getSpecified() == b.getSpecified() && a.getOwnerElement() == &one &&
                b.getOwnerElement() == &two;
     }
     return same;
 }
 
 bool areSameNode(const DOMNode& one, const DOMNode& two) {
-    return one.getNodeType() == two.getNodeType() &&
-           viewOf(one.getNodeName()) == viewOf(two.getNodeName()) &&
+    return one.getNodeType() == two.getNodeType() && viewOf(one.getNodeName()) == viewOf(two.getNodeName()) &&
            viewOf(one.getNodeValue()) == viewOf(two.getNodeValue()) && areSameAttributes(one, two);
 }
 
@@ -41,8 +38,7 @@ bool areSameNode(const DOMNode& one, const DOMNode& two) {
 long compare(const DOMNode* one, const DOMNode* two) {
     const DOMNode* const top = one;
     for (long count = 1;; ++count) {
-        if (!areSameNode(*one, *two))
-            return -1;
+        if (!areSameNode(*one, *two)) return -1;
         const DOMNode* nextOne = one->getFirstChild();
         const DOMNode* nextTwo = two->getFirstChild();
         while (nextOne == nullptr && nextTwo == nullptr && one != top) {
@@ -55,14 +51,11 @@ long compare(const DOMNode* one, const DOMNode* two) {
                 const DOMNode* const last = one;
                 one = one->getParentNode();
                 two = two->getParentNode();
-                if (one->getLastChild() != last)
-                    return -1;
+                if (one->getLastChild() != last) return -1;
             }
         }
-        if ((nextOne == nullptr) != (nextTwo == nullptr))
-            return -1;
-        if (nextOne == nullptr)
-            return count;
+        if ((nextOne == nullptr) != (nextTwo == nullptr)) return -1;
+        if (nextOne == nullptr) return count;
         one = nextOne;
         two = nextTwo;
     }
@@ -71,8 +64,8 @@ long compare(const DOMNode* one, const DOMNode* two) {
 // Both verdicts and both trees must be the same; gives the number of nodes, 0 for a refusal.
 long bothRoads(const std::string& bytes, const std::string& file) {
     services().init();
-    const xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(bytes.data()),
-                                            bytes.size(), "text");
+    const xercesc::MemBufInputSource source(
+        reinterpret_cast<const XMLByte*>(bytes.data()), bytes.size(), "text");
     PelXercesReader engineReader(Road::engine);
     PelXercesReader fastReader(Road::fast);
     const PelXercesNodeRef one =
@@ -101,8 +94,7 @@ TEST(BothRoads, GiveTheSameTree) {
              std::string("<!--before--><?p?><r a='1'><b><c d='x&#10;y'/>\r\n</b></r><!--after-->"),
              dtd + "<r><a/><a i='i1' d='own'>&t;</a><b> <c i='i2'/> <c/> </b>1&e;2</r>",
              dtd + "<r><b> text </b></r>",
-             std::string(
-                 "<!DOCTYPE r [<!ELEMENT r ANY><!ELEMENT a ANY>]><r>&#x1F600;<a>a</a><a/></r>"),
+             std::string("<!DOCTYPE r [<!ELEMENT r ANY><!ELEMENT a ANY>]><r>&#x1F600;<a>a</a><a/></r>"),
              std::string("<r><a></r>"),
              std::string("<r></r></r>"),
              std::string("<r/>text<r/>"),
@@ -121,14 +113,13 @@ TEST(BothRoads, AgreeOnTheXmlOfThisMachine) {
     namespace fs = std::filesystem;
     long files = 0;
     long nodes = 0;
-    for (auto entry = fs::recursive_directory_iterator(
-             "/usr/share", fs::directory_options::skip_permission_denied);
+    for (auto entry =
+             fs::recursive_directory_iterator("/usr/share", fs::directory_options::skip_permission_denied);
          entry != fs::recursive_directory_iterator(); ++entry) {
         const fs::path& path = entry->path();
         const bool isXml = path.extension() == ".xml" || path.extension() == ".svg" ||
                            path.extension() == ".xsl" || path.extension() == ".ui";
-        if (!isXml || !entry->is_regular_file() || entry->file_size() > 5000000)
-            continue;
+        if (!isXml || !entry->is_regular_file() || entry->file_size() > 5000000) continue;
         ++files;
         nodes += bothRoads("", path.string());
     }

@@ -3,31 +3,22 @@
 
 #include <dlfcn.h>
 #include <fstream>
-#include <iterator>
-#include <string>
+#include <sstream>
 
-namespace {
-
-std::string log() {
-    std::ifstream file(QRNDOM_LOG_FILE);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
+static std::string logged() { return (std::ostringstream() << std::ifstream(QRNDOM_LOG_FILE).rdbuf()).str(); }
 
 TEST(Library, StartsANewLogWithEachLoadAndLeavesNothingBehind) {
     for (int round = 0; round < 3; ++round) {
         void* const library = dlopen(QRNDOM_LIBRARY, RTLD_NOW | RTLD_LOCAL);
         ASSERT_NE(library, nullptr) << dlerror();
-        EXPECT_EQ(log(), "");
-        auto* const release =
-            reinterpret_cast<void (*)()>(dlsym(library, "_ZN14PelDOMUtilites16releaseUtilitiesEv"));
+        EXPECT_EQ(logged(), "");
+        void* const release = dlsym(library, "_ZN14PelDOMUtilites16releaseUtilitiesEv");
         ASSERT_NE(release, nullptr);
-        release();
-        EXPECT_EQ(log(), "PelDOMUtilites::releaseUtilities()\n");
+        reinterpret_cast<void (*)()>(release)();
+        EXPECT_EQ(logged(), "PelDOMUtilites::releaseUtilities()\n");
         EXPECT_NE(dlsym(library, "_ZN11PelDOMFiler14InvalidElementE"), nullptr);
         EXPECT_EQ(dlsym(library, "_ZN15PelXercesEngine5startEv"), nullptr) << "not part of the API";
         ASSERT_EQ(dlclose(library), 0);
         EXPECT_EQ(dlopen(QRNDOM_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
     }
 }
-
-} // namespace

@@ -4,88 +4,98 @@
 #include <qrndom/QRNDOM.h>
 
 #include <gtest/gtest.h>
+#include <xercesc/dom/DOMException.hpp>
 
+#include <climits>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
-#include <string>
-#include <vector>
+#include <functional>
 
-/// The services object of the test's process.
-inline PelDOMUtilites& services() {
-    return *PelDOMUtilites::getUtilities(PelDOM::PLATFORM_XERCES);
-}
+inline PelDOMUtilites& services() { return *PelDOMUtilites::getUtilities(PelDOM::PLATFORM_XERCES); }
 
 /// A document from its text in UTF-8; null when the text is refused.
-inline PelDOMDocument parse(const PelString& xml) {
-    return services().readDocumentFromStringW(xml);
-}
+inline PelDOMDocument parse(const PelString& xml) { return services().readDocumentFromStringW(xml); }
 
-inline PelDOMNode childAt(const PelDOMNode& parent, long index) {
+inline PelDOMDocument readFile(const std::string& path) { return services().readDocument(path.c_str()); }
+
+inline PelDOMElement rootOf(const PelString& xml) { return parse(xml).getDocumentElement(); }
+
+inline PelDOMNodeList childrenOf(const PelDOMNode& parent) {
     PelDOMNodeList children;
-    PelDOMNode child;
     parent.getChildNodes(children);
-    children.item(index, child);
-    return child;
+    return children;
 }
 
-/// A whole subtree as one line, seen through handles: elements with their attributes in map order,
-/// text between bars, other nodes as #type.
+inline PelDOMNode itemOf(const PelDOMNodeList& list, long index) {
+    PelDOMNode node;
+    list.item(index, node);
+    return node;
+}
+
+inline PelDOMNode childAt(const PelDOMNode& parent, long index) { return itemOf(childrenOf(parent), index); }
+
+/// A subtree as one line: elements with their attributes in map order, |text|, other nodes as #type, or
+/// "null".
 inline std::string show(const PelDOMNode& node) {
-    std::string shown;
     const PelDOM::NodeType type = node.getNodeType();
-    if (type == PelDOM::TEXT_NODE)
-        return "|" + PelDOMText(node).getValue().toUtf8() + "|";
-    if (type == PelDOM::ELEMENT_NODE) {
-        const PelDOMElement element(node);
-        shown = element.getTagName().toUtf8();
-        for (long i = 0; i < element.getNumAttributes(); ++i)
-            shown += " " + element.getAttributeNameAt(i).toUtf8() + "=" +
-                     element.getAttributeValueAt(i).toUtf8();
-    } else
-        shown = "#" + std::to_string(type);
-    PelDOMNodeList children;
-    node.getChildNodes(children);
-    if (children.length() == 0)
-        return shown;
-    shown += "(";
-    for (long i = 0; i < children.length(); ++i)
-        shown += (i > 0 ? " " : "") + show(childAt(node, i));
-    return shown + ")";
+    if (type == PelDOM::TEXT_NODE) return "|" + PelDOMText(node).getValue().toUtf8() + "|";
+    const PelDOMElement element(node);
+    const PelDOMNodeList children = childrenOf(node);
+    std::string shown = element.getTagName().toUtf8();
+    for (long i = 0; i < element.getNumAttributes(); ++i)
+        shown += " " + element.getAttributeNameAt(i).toUtf8() + "=" + element.getAttributeValueAt(i).toUtf8();
+    if (type != PelDOM::ELEMENT_NODE) shown = node.isNull() == 1 ? "null" : "#" + std::to_string(type);
+    for (long i = 0; i < children.length(); ++i) shown += (i == 0 ? "(" : " ") + show(itemOf(children, i));
+    return children.length() == 0 ? shown : shown + ")";
+}
+
+/// What one call answered, as text: a code by its name, a string in quotes, a handle by its tree.
+struct Answer {
+    Answer(PelDOM::Error code) : text(names.at(code)) {}
+    Answer(long number) : text(std::to_string(number)) {}
+    Answer(const std::string& string) : text("'" + string + "'") {}
+    Answer(const PelString& string) : Answer(string.toUtf8()) {}
+    Answer(const PelDOMNode& node) : text(show(node)) {}
+
+    static inline const std::map<PelDOM::Error, std::string> names = {{PelDOM::SUCCESS, "ok"},
+        {PelDOM::NOT_INITIALIZED, "not-started"}, {PelDOM::INITIALIZATION_FAILED, "start-failed"},
+        {PelDOM::NO_IMPLEMENTATION, "no-imp"}, {PelDOM::NULL_NODE, "null-node"},
+        {PelDOM::INVALID_VALUE, "invalid"}, {PelDOM::INDEX_OUT_OF_RANGE, "outside"},
+        {PelDOM::INTERNAL_ERROR, "internal"}};
+    std::string text;
+};
+
+/// The answers of calls, which are made in the order of the list.
+inline std::string answers(std::initializer_list<Answer> list) {
+    std::string all;
+    for (const Answer& answer : list) all += (all.empty() ? "" : " ") + answer.text;
+    return all;
+}
+
+/// Runs an append; the engine's code, negative, when it is refused.
+inline int append(PelDOMNode parent, PelDOMNode child) {
+    try {
+        return parent.appendChild(child);
+    } catch (const xercesc::DOMException& exception) {
+        return -exception.code;
+    }
 }
 
 inline std::string bytesOf(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    return (std::ostringstream() << std::ifstream(path, std::ios::binary).rdbuf()).str();
 }
 
-/// The lines that the log gains while this lives.
-class LogWatch {
-public:
-    LogWatch() : before(bytesOf(QRNDOM_LOG_FILE).size()) {}
-
-    std::vector<std::string> lines() const {
-        std::vector<std::string> gained;
-        std::string text = bytesOf(QRNDOM_LOG_FILE).substr(before);
-        for (std::size_t end = 0; (end = text.find('\n')) != text.npos; text.erase(0, end + 1))
-            gained.push_back(text.substr(0, end));
-        return gained;
-    }
-
-private:
-    std::size_t before;
+/// The text that the log gains while this lives.
+struct LogWatch {
+    const std::size_t before = bytesOf(QRNDOM_LOG_FILE).size();
+    std::string text() const { return bytesOf(QRNDOM_LOG_FILE).substr(before); }
 };
 
-/// A folder of the test's own, gone at its end.
-class ScratchFolder {
-public:
-    ScratchFolder() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "qrndom.XXXXXX").string();
-        path = mkdtemp(pattern.data());
-    }
+struct ScratchFolder {
+    std::string path = (std::filesystem::temp_directory_path() / "qrndom.XXXXXX").string();
+
+    ScratchFolder() { mkdtemp(path.data()); }
     ~ScratchFolder() { std::filesystem::remove_all(path); }
-    ScratchFolder(const ScratchFolder&) = delete;
-    ScratchFolder& operator=(const ScratchFolder&) = delete;
 
     std::string file(const std::string& name) const { return path + "/" + name; }
 
@@ -93,7 +103,4 @@ public:
         std::ofstream(file(name), std::ios::binary) << bytes;
         return file(name);
     }
-
-private:
-    std::string path;
 };

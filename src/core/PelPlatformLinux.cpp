@@ -60,11 +60,11 @@ PelString PelPlatform::currentDirectory() {
 void PelPlatform::willBeFilled(void* memory, std::size_t size) noexcept {
 #ifdef MADV_POPULATE_WRITE
     // Whole pages only; a system that cannot do it says so, and nothing is lost.
-    const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
-    const auto begin = (reinterpret_cast<std::uintptr_t>(memory) + page - 1) & ~(page - 1);
-    const auto end = (reinterpret_cast<std::uintptr_t>(memory) + size) & ~(page - 1);
-    if (begin < end)
-        madvise(reinterpret_cast<void*>(begin), end - begin, MADV_POPULATE_WRITE);
+    const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    void* begin = memory;
+    std::size_t room = size;
+    if (std::align(page, page, begin, room) != nullptr)
+        madvise(begin, room & ~(page - 1), MADV_POPULATE_WRITE);
 #endif
 }
 

@@ -7,8 +7,7 @@
 
 PelXercesNodeRef PelXercesTree::share(const PelXercesEngine::Share& engine,
                                       PelXercesDocumentPtr document) {
-    std::unique_ptr<PelXercesTree> tree(new PelXercesTree(engine, std::move(document)));
-    PelXercesNodeRef first(*tree, tree->getDocument());
-    (void)tree.release(); // the references own it from here on
-    return first;
+    auto* const tree = new PelXercesTree(engine, std::move(document));
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the references own it
+    return {*tree, tree->getDocument()};
 }
