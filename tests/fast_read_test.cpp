@@ -63,7 +63,6 @@ long compare(const DOMNode* one, const DOMNode* two) {
 
 // Both verdicts and both trees must be the same; gives the number of nodes, 0 for a refusal.
 long bothRoads(const std::string& bytes, const std::string& file) {
-    services().init();
     const xercesc::MemBufInputSource source(
         reinterpret_cast<const XMLByte*>(bytes.data()), bytes.size(), "text");
     PelXercesReader engineReader(Road::engine);
@@ -81,7 +80,12 @@ long bothRoads(const std::string& bytes, const std::string& file) {
     return count;
 }
 
-TEST(BothRoads, GiveTheSameTree) {
+struct BothRoads : testing::Test {
+    static void SetUpTestSuite() { services().init(); }
+    static void TearDownTestSuite() { services().terminate(); }
+};
+
+TEST_F(BothRoads, GiveTheSameTree) {
     const std::string dtd =
         "<!DOCTYPE r [<!ELEMENT r ANY><!ELEMENT a ANY><!ELEMENT b (c*)><!ELEMENT c ANY>"
         "<!ATTLIST a d CDATA 'def' f CDATA #FIXED 'fix' i ID #IMPLIED n NMTOKENS ' x  y '>"
@@ -109,7 +113,7 @@ TEST(BothRoads, GiveTheSameTree) {
     EXPECT_EQ(bothRoads(wide + "</r>", ""), 2 + 4 * 3000 + 4);
 }
 
-TEST(BothRoads, AgreeOnTheXmlOfThisMachine) {
+TEST_F(BothRoads, AgreeOnTheXmlOfThisMachine) {
     namespace fs = std::filesystem;
     long files = 0;
     long nodes = 0;

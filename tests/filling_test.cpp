@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "support.h"
 
+#include <cfloat>
+#include <cmath>
+
 TEST(Creating, MakesADeclarationAndARoot) {
     const PelDOMDocument document = services().createDocument("Model");
     const PelDOMDocument other = services().createDocument("Model");
@@ -44,8 +47,10 @@ TEST(Filer, PrintsNumbersByTheirFormats) {
         {u"no conversion", u"%d%d", u"%s", u"%n%d", u"%*d", u"%.*d", u"%f", u"%c", u"%d %y", u"%%", u"%"})
         EXPECT_EQ(printed(1L, format), "invalid 'before'") << PelString(format);
     EXPECT_EQ(printed(2.5, u"") + printed(0.5, u"%.2lf") + printed(1e21, u"%Lg m") + printed(0.1, u"%08.3e") +
-                  printed(1.0, u"%d") + printed(1.0, u"%s"),
-        "ok '2.500000'ok '0.50'ok '1e+21 m'ok '1.000e-01'invalid 'before'invalid 'before'");
+                  printed(1.0, u"%d") + printed(1.0, u"%s") + printed(-HUGE_VAL, u"") +
+                  printed(-DBL_MAX, u"").substr(0, 10),
+        "ok '2.500000'ok '0.50'ok '1e+21 m'ok '1.000e-01'invalid 'before'invalid 'before'ok '-inf'ok "
+        "'-17976");
     EXPECT_EQ("ok ok ok ok r k=6(i(|3|) l(|004|) d(|0.500000|))",
         answers({filer.appendElement("i", 3), filer.appendElement("l", 4L, "%03ld"),
             filer.appendElement("d", 0.5), filer.setAttribute("k", 6), filer.currentElement()}));

@@ -48,8 +48,9 @@ std::u16string PelFormatPattern::forOneValue(std::u16string_view pattern, std::u
                 result.push_back(u'%');
             continue;
         }
-        if (kinds.find(piece.kind) == kinds.npos || ++conversions > 1)
+        if (kinds.find(piece.kind) == kinds.npos)
             return {};
+        ++conversions;
         result.append(piece.text, 0, piece.text.size() - 1 - piece.lengthText.size());
         result.append(modifier).push_back(piece.kind);
     }

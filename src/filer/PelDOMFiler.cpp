@@ -5,29 +5,25 @@
 
 #include <array>
 #include <charconv>
-#include <cmath>
 #include <string>
 #include <string_view>
 
 namespace {
 
-constexpr std::u16string_view defaultWholeFormat = u"%ld";
-constexpr std::u16string_view defaultRealFormat = u"%lf";
-
-// Prints a value by a caller's format, or by the default one where that is empty. False for a
-// format that is not fit for exactly one value of its kind.
+// Prints a value by a caller's format. False for a format that is not fit for exactly one value of
+// its kind.
 template <class Number>
-bool print(Number value, const PelString& format, std::u16string_view defaultFormat,
-           std::u16string_view conversions, std::u16string_view modifier, PelString& printed) {
-    const std::u16string pattern = PelFormatPattern::forOneValue(
-        format.isEmpty() != 0 ? defaultFormat : format.view(), conversions, modifier);
+bool printByFormat(Number value, const PelString& format, std::u16string_view conversions,
+                   std::u16string_view modifier, PelString& printed) {
+    const std::u16string pattern =
+        PelFormatPattern::forOneValue(format.view(), conversions, modifier);
     if (pattern.empty())
         return false;
     printed.format(pattern.c_str(), value);
     return true;
 }
 
-// Without a caller's format, the usual text needs no pattern.
+// The usual text, as "%ld" and "%lf" give it.
 template <class... Style>
 PelString plain(Style... style) {
     std::array<char, 512> digits{};
@@ -36,19 +32,17 @@ PelString plain(Style... style) {
 }
 
 bool print(long value, const PelString& format, PelString& printed) {
-    if (format.isEmpty() != 0) {
-        printed = plain(value);
-        return true;
-    }
-    return print(value, format, defaultWholeFormat, u"diuoxX", u"l", printed);
+    if (format.isEmpty() == 0)
+        return printByFormat(value, format, u"diuoxX", u"l", printed);
+    printed = plain(value);
+    return true;
 }
 
 bool print(double value, const PelString& format, PelString& printed) {
-    if (format.isEmpty() != 0 && std::isfinite(value)) {
-        printed = plain(value, std::chars_format::fixed, 6);
-        return true;
-    }
-    return print(value, format, defaultRealFormat, u"fFeEgGaA", u"", printed);
+    if (format.isEmpty() == 0)
+        return printByFormat(value, format, u"fFeEgGaA", u"", printed);
+    printed = plain(value, std::chars_format::fixed, 6);
+    return true;
 }
 
 } // namespace

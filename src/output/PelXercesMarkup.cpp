@@ -17,8 +17,8 @@ namespace {
 // Handed on when this many units have come together.
 constexpr std::size_t enough = std::size_t{32} * 1024;
 
-// The formatter leaves the bytes of a piece behind that do not fit its buffer of 16 KiB. No
-// encoding takes more than 16 bytes for a unit.
+// The formatter converts into a buffer of 16 KiB. Pieces that always fit leave no encoder with
+// bytes to keep for the next call: no encoding takes more than 16 bytes for a unit.
 constexpr std::size_t narrowPiece = 1024;
 
 bool isHighSurrogate(char16_t unit) {
