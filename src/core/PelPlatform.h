@@ -24,6 +24,26 @@ public:
     /// A file name as the file system takes it: UTF-8, whatever the locale.
     static std::string fileSystemName(const PelString& name);
 
+    /// A file open for reading.
+    class InputFile {
+    public:
+        enum class Kind { regularFile, anyButFolder };
+
+        /// Never waits: a FIFO that nobody writes to is an empty file.
+        InputFile(const std::string& path, Kind kind) noexcept;
+        ~InputFile();
+        InputFile(const InputFile&) = delete;
+        InputFile& operator=(const InputFile&) = delete;
+
+        bool isOpen() const noexcept { return file >= 0; }
+
+        /// As many bytes as are wanted, fewer at the end; -1 for an error.
+        long read(void* memory, std::size_t wanted) noexcept;
+
+    private:
+        int file;
+    };
+
     /// The process's current directory; empty when it is gone.
     static PelString currentDirectory();
 

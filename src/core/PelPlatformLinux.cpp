@@ -20,6 +20,13 @@ bool isOwnRegularFile(int file) {
            status.st_nlink == 1;
 }
 
+bool isOfKind(int file, PelPlatform::InputFile::Kind kind) {
+    struct stat status = {};
+    return fstat(file, &status) == 0 &&
+           (kind == PelPlatform::InputFile::Kind::regularFile ? S_ISREG(status.st_mode)
+                                                              : !S_ISDIR(status.st_mode));
+}
+
 } // namespace
 
 int PelPlatform::openLog(const char* path) noexcept {
@@ -50,6 +57,34 @@ void PelPlatform::closeLog(int log) noexcept {
 std::string PelPlatform::fileSystemName(const PelString& name) {
     const std::string utf8 = name.toUtf8();
     return utf8.substr(0, utf8.find('\0'));
+}
+
+// Only the opening must not wait: reads from a pipe wait for what its writer has to say.
+PelPlatform::InputFile::InputFile(const std::string& path, Kind kind) noexcept
+    : file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {
+    if (file < 0 || (isOfKind(file, kind) && fcntl(file, F_SETFL, 0) == 0))
+        return;
+    close(file);
+    file = -1;
+}
+
+PelPlatform::InputFile::~InputFile() {
+    if (file >= 0)
+        close(file);
+}
+
+long PelPlatform::InputFile::read(void* memory, std::size_t wanted) noexcept {
+    std::size_t count = 0;
+    while (count < wanted) {
+        const ssize_t piece = ::read(file, static_cast<char*>(memory) + count, wanted - count);
+        if (piece == 0)
+            break;
+        if (piece > 0)
+            count += static_cast<std::size_t>(piece);
+        else if (errno != EINTR)
+            return -1;
+    }
+    return static_cast<long>(count);
 }
 
 PelString PelPlatform::currentDirectory() {

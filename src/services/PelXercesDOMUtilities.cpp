@@ -10,15 +10,12 @@
 #include "xerces/PelXercesTree.h"
 
 #include <xercesc/dom/DOM.hpp>
-#include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
 #include <optional>
 
 namespace {
-
-constexpr char bufferId[] = "Dummy";
 
 PelDOMDocument documentOn(const PelXercesNodeRef& node) {
     return node ? PelDOMDocument(new PelXercesDOMNode(node)) : PelDOMDocument();
@@ -82,22 +79,16 @@ PelDOMDocument PelXercesDOMUtilities::readDocumentFromStringA(PelString text) {
     PelLog::trace(u"PelXercesDOMUtilities::readDocument()", this);
     if (!isReadyFor(text))
         return PelDOMDocument();
-    PelXercesReader reader;
-    const xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(text.getStringA()),
-                                            text.view().size(), bufferId);
-    return documentOn(reader.readSource(source));
+    return documentOn(PelXercesReader().readText(text.getStringA(), text.view().size()));
 }
 
 PelDOMDocument PelXercesDOMUtilities::readDocumentFromStringW(PelString text) {
     PelLog::trace(u"PelXercesDOMUtilities::readDocument()", this);
     if (!isReadyFor(text))
         return PelDOMDocument();
-    PelXercesReader reader;
-    xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(text.view().data()),
-                                      text.view().size() * sizeof(char16_t), bufferId);
-    if (!beginsWithByteOrderMark(text))
-        source.setEncoding(nativeUtf16());
-    return documentOn(reader.readSource(source));
+    return documentOn(
+        PelXercesReader().readText(text.view().data(), text.view().size() * sizeof(char16_t),
+                                   beginsWithByteOrderMark(text) ? nullptr : nativeUtf16()));
 }
 
 PelDOM::Error PelXercesDOMUtilities::writeDocument(const PelDOMDocument& document,

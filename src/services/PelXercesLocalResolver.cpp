@@ -65,10 +65,10 @@ PelXercesLocalResolver::resolveEntity(xercesc::XMLResourceIdentifier* resource) 
     if (!url.setURL(base, name, url) || url.isRelative()) {
         xercesc::XMLBuffer plainName;
         xercesc::XMLUri::normalizeURI(name, plainName);
-        return new PelXercesFileSource(base, plainName.getRawBuffer());
+        return new PelXercesFileSource(base, plainName.getRawBuffer(), limits);
     }
     if (isLocalFile(url))
-        return new PelXercesFileSource(PelString(), withoutEscapes(url.getPath()));
+        return new PelXercesFileSource(PelString(), withoutEscapes(url.getPath()), limits);
 #ifdef QRNDOM_REMOTE_ENTITIES
     return nullptr; // the engine's own way
 #else

@@ -5,11 +5,12 @@
 #include "xerces/PelXercesTree.h"
 
 #include <xercesc/dom/DOMException.hpp>
+#include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/util/XMLException.hpp>
 
 #include <iostream>
 
-PelXercesReader::PelXercesReader(PelXercesTreeBuilder::Road road) : parser(memory, road) {
+PelXercesReader::PelXercesReader(PelXercesTreeBuilder::Road road) : parser(memory, limits, road) {
     parser.setValidationScheme(PelXercesTreeBuilder::Val_Auto);
     parser.setDoNamespaces(false);
     parser.setDoSchema(false);
@@ -17,18 +18,23 @@ PelXercesReader::PelXercesReader(PelXercesTreeBuilder::Road road) : parser(memor
     parser.setCreateEntityReferenceNodes(false);
     parser.setIncludeIgnorableWhitespace(false);
     parser.setXMLEntityResolver(&resolver);
-    parser.setSecurityManager(&limits); // at its default of 50,000 entity expansions
+    parser.setSecurityManager(&references); // at its default of 50,000 entity expansions
     parser.setErrorHandler(&reporter);
 }
 
 PelXercesNodeRef PelXercesReader::readFile(const PelString& name) {
     return read([&] {
-        const PelXercesFileSource source(name);
+        const PelXercesFileSource source(name, limits);
         parser.parse(source);
     });
 }
 
-PelXercesNodeRef PelXercesReader::readSource(const xercesc::InputSource& source) {
+PelXercesNodeRef PelXercesReader::readText(const void* bytes, std::size_t size,
+                                           const XMLCh* encoding) {
+    limits.addInput(size);
+    xercesc::MemBufInputSource source(static_cast<const XMLByte*>(bytes), size, "Dummy");
+    if (encoding != nullptr)
+        source.setEncoding(encoding);
     return read([&] { parser.parse(source); });
 }
 
@@ -45,9 +51,11 @@ PelXercesNodeRef PelXercesReader::read(Parse parse) {
                   << std::endl;
         hasFailed = true;
     } catch (...) {
-        std::cerr << "An error occured during parsing\n " << std::endl;
+        if (!limits.wereExceeded())
+            std::cerr << "An error occured during parsing\n " << std::endl;
         hasFailed = true;
     }
+    limits.watchMemory(false);
     if (hasFailed || reporter.getSawErrors())
         return {};
     PelXercesDocumentPtr document(parser.adoptDocument());

@@ -3,9 +3,10 @@
 
 #include "services/PelXercesDOMTreeErrorReporter.h"
 #include "services/PelXercesLocalResolver.h"
+#include "services/PelXercesReadLimits.h"
+#include "services/PelXercesReadMemory.h"
 #include "services/PelXercesTreeBuilder.h"
 #include "xerces/PelXercesEngine.h"
-#include "xerces/PelXercesMemory.h"
 #include "xerces/PelXercesNodeRef.h"
 
 #include <xercesc/util/SecurityManager.hpp>
@@ -18,18 +19,19 @@ public:
     PelXercesReader(const PelXercesReader&) = delete;
     PelXercesReader& operator=(const PelXercesReader&) = delete;
 
-    /// The document node, or no node.
+    /// The document node, or no node. A text without `encoding` is in the one that it begins with.
     PelXercesNodeRef readFile(const PelString& name);
-    PelXercesNodeRef readSource(const xercesc::InputSource& source);
+    PelXercesNodeRef readText(const void* bytes, std::size_t size, const XMLCh* encoding = nullptr);
 
 private:
     template <class Parse>
     PelXercesNodeRef read(Parse parse);
 
     const PelXercesEngine::Share engine;
-    PelXercesLocalResolver resolver;
-    xercesc::SecurityManager limits;
-    PelXercesReadMemory memory;
+    PelXercesReadLimits limits;
+    PelXercesReadMemory memory{limits};
+    PelXercesLocalResolver resolver{limits};
+    xercesc::SecurityManager references;
     PelXercesTreeBuilder parser;
     PelXercesDOMTreeErrorReporter reporter; // goes before the parser
 };

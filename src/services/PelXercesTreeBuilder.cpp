@@ -1,14 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "services/PelXercesTreeBuilder.h"
 
+#include "services/PelXercesReadLimits.h"
+#include "services/PelXercesReadMemory.h"
 #include "xerces/PelXercesLinks.h"
-#include "xerces/PelXercesMemory.h"
 
 #include <xercesc/dom/impl/DOMAttrImpl.hpp>
 #include <xercesc/dom/impl/DOMAttrMapImpl.hpp>
 #include <xercesc/dom/impl/DOMDocumentImpl.hpp>
 #include <xercesc/framework/XMLAttr.hpp>
 #include <xercesc/framework/XMLElementDecl.hpp>
+#include <xercesc/util/XMLString.hpp>
+#include <xercesc/validators/DTD/DTDElementDecl.hpp>
+#include <xercesc/validators/DTD/DTDEntityDecl.hpp>
 
 #include <utility>
 
@@ -17,15 +21,20 @@ using xercesc::DOMElementImpl;
 using xercesc::DOMMemoryManager;
 using xercesc::DOMNode;
 using xercesc::DOMTextImpl;
+using xercesc::XMLString;
 
 namespace {
 
 constexpr std::size_t longText = 0x8000;
 
+// A default attribute takes the memory of many characters, whatever its value.
+constexpr std::size_t defaultCost = 64;
+
 } // namespace
 
-PelXercesTreeBuilder::PelXercesTreeBuilder(PelXercesReadMemory& memory, Road ownRoad)
-    : XercesDOMParser(nullptr, &memory), road(ownRoad) {
+PelXercesTreeBuilder::PelXercesTreeBuilder(PelXercesReadMemory& memory,
+                                           PelXercesReadLimits& readLimits, Road ownRoad)
+    : XercesDOMParser(nullptr, &memory), limits(readLimits), road(ownRoad) {
 }
 
 // The engine makes the document with the parser's memory manager.
@@ -40,9 +49,16 @@ void PelXercesTreeBuilder::startElement(const xercesc::XMLElementDecl& declarati
                                         const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
                                         XMLSize_t count, bool isEmpty, bool isRoot) {
     endText();
+    limits.addElementKind(declaration.getId());
+    if (isRoot)
+        limits.watchMemory(true); // from here on the engine clears nothing up before the end
     const bool isPlain = road == Road::fast && fWithinElement && !declaration.hasAttDefs() &&
                          fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE;
     if (!isPlain) {
+        for (XMLSize_t i = 0; i < count; ++i)
+            if (!attributes.elementAt(i)->getSpecified())
+                limits.addExpansion(defaultCost +
+                                    XMLString::stringLen(attributes.elementAt(i)->getValue()));
         XercesDOMParser::startElement(declaration, uriId, prefix, attributes, count, isEmpty,
                                       isRoot);
         return;
@@ -106,6 +122,23 @@ void PelXercesTreeBuilder::docComment(const XMLCh* comment) {
 void PelXercesTreeBuilder::docPI(const XMLCh* target, const XMLCh* data) {
     endText();
     XercesDOMParser::docPI(target, data);
+}
+
+void PelXercesTreeBuilder::startEntityReference(const xercesc::XMLEntityDecl& entity) {
+    limits.addReferenceTo(entity.getValueLen());
+    XercesDOMParser::startEntityReference(entity);
+}
+
+void PelXercesTreeBuilder::elementDecl(const xercesc::DTDElementDecl& declaration, bool isIgnored) {
+    limits.addElementKind(declaration.getId());
+    limits.addContentModel(declaration.getContentSpec());
+    XercesDOMParser::elementDecl(declaration, isIgnored);
+}
+
+void PelXercesTreeBuilder::entityDecl(const xercesc::DTDEntityDecl& entity, bool isParameter,
+                                      bool isIgnored) {
+    limits.addEntity(entity.getId(), entity.getValueLen());
+    XercesDOMParser::entityDecl(entity, isParameter, isIgnored);
 }
 
 void PelXercesTreeBuilder::endText() {

@@ -7,6 +7,7 @@
 
 #include <string>
 
+class PelXercesReadLimits;
 class PelXercesReadMemory;
 
 /// The engine's parser, building a tree that is ready to be shared: the tree's memory is that of
@@ -16,6 +17,8 @@ class PelXercesReadMemory;
 /// without the run-time casts on which the engine spends most of a read. Whatever else there is
 /// (the root, elements with declared attributes, CDATA sections, comments, instructions, document
 /// types) goes the engine's road. The tree is the same either way.
+///
+/// It also tells the read's limits what it sees of entities, defaults and declarations.
 class PelXercesTreeBuilder final : public xercesc::XercesDOMParser {
 public:
     enum class Road { engine, fast };
@@ -25,7 +28,7 @@ public:
     static constexpr Road usualRoad = Road::engine;
 #endif
 
-    PelXercesTreeBuilder(PelXercesReadMemory& memory, Road road);
+    PelXercesTreeBuilder(PelXercesReadMemory& memory, PelXercesReadLimits& readLimits, Road road);
 
     void startDocument() override;
 
@@ -37,10 +40,16 @@ public:
     void docCharacters(const XMLCh* text, XMLSize_t length, bool isCdata) override;
     void docComment(const XMLCh* comment) override;
     void docPI(const XMLCh* target, const XMLCh* data) override;
+    void startEntityReference(const xercesc::XMLEntityDecl& entity) override;
+
+    void elementDecl(const xercesc::DTDElementDecl& declaration, bool isIgnored) override;
+    void entityDecl(const xercesc::DTDEntityDecl& entity, bool isParameter,
+                    bool isIgnored) override;
 
 private:
     void endText();
 
+    PelXercesReadLimits& limits;
     const Road road;
     std::u16string pendingText;
 };

@@ -18,24 +18,3 @@ public:
     void* allocate(XMLSize_t size) override;
     void deallocate(void* memory) override;
 };
-
-/// The memory of one read. What the engine has lost track of by the end, as it does in external
-/// DTDs and after failures, goes with it.
-class PelXercesReadMemory final : public PelXercesMemory {
-public:
-    PelXercesReadMemory() = default;
-    ~PelXercesReadMemory() override;
-    PelXercesReadMemory(const PelXercesReadMemory&) = delete;
-    PelXercesReadMemory& operator=(const PelXercesReadMemory&) = delete;
-
-    void* allocate(XMLSize_t size) override;
-    void deallocate(void* memory) override;
-
-private:
-    struct alignas(std::max_align_t) Block {
-        Block* previous;
-        Block* next;
-    };
-
-    Block* newest = nullptr;
-};

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#include "services/PelXercesReadLimits.h"
+
+#include <xercesc/internal/XMLReader.hpp>
+#include <xercesc/util/OutOfMemoryException.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+
+#include <algorithm>
+#include <vector>
+
+using xercesc::ContentSpecNode;
+
+void PelXercesReadLimits::addExpansion(std::size_t characters) {
+    expansion += characters;
+    require(expansion <= freeExpansion + expansionPerByte * input);
+}
+
+void PelXercesReadLimits::addEntity(std::size_t number, std::size_t length) {
+    longestEntity = std::max(longestEntity, length);
+    require(number < maxNames);
+}
+
+// The engine makes an automaton of a model by recursion over its nodes.
+void PelXercesReadLimits::addContentModel(const ContentSpecNode* model) {
+    std::size_t nodes = 0;
+    std::vector<const ContentSpecNode*> open = {model};
+    while (!open.empty()) {
+        const ContentSpecNode* const node = open.back();
+        open.pop_back();
+        if (node == nullptr)
+            continue;
+        require(++nodes <= maxModelNodes);
+        open.push_back(node->getFirst());
+        open.push_back(node->getSecond());
+    }
+}
+
+// Each reference to an entity, wherever it stands, takes one reader; nothing else tells of those in
+// attribute values and in document types.
+void PelXercesReadLimits::addMemory(std::size_t bytes) {
+    static const std::size_t readerBytes =
+        sizeof(xercesc::XMLReader) +
+        xercesc::XMLPlatformUtils::alignPointerForNewBlockAllocation(sizeof(void*));
+    const bool isReference = bytes == readerBytes;
+    memory += bytes;
+    if (isReference) {
+        require(++references <= maxReferences);
+        addExpansion(longestEntity);
+    }
+    if (isReference || isWatched)
+        require(memory <= freeMemory + memoryPerByte * input);
+}
+
+// Only the first time: what the engine clears up after that must not fail.
+void PelXercesReadLimits::require(bool isWithin) {
+    if (isWithin || exceeded)
+        return;
+    exceeded = true;
+    throw xercesc::OutOfMemoryException();
+}

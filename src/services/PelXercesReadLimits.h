@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <xercesc/validators/common/ContentSpecNode.hpp>
+
+#include <cstddef>
+#include <set>
+#include <string>
+
+/// Bounds on what one read may make of its input, so that little input cannot take much time or
+/// memory; most of them grow with the input. The engine bounds only references to entities in
+/// content and attribute values. Whoever sees something that counts reports it here, and a bound
+/// that is passed ends the read by the engine's OutOfMemoryException.
+class PelXercesReadLimits {
+public:
+    static constexpr std::size_t freeExpansion = std::size_t{8} << 20; ///< Characters.
+    static constexpr std::size_t expansionPerByte = 8;
+    static constexpr std::size_t freeMemory = std::size_t{64} << 20; ///< Bytes, the tree left out.
+    static constexpr std::size_t memoryPerByte = 128;
+    static constexpr std::size_t maxReferences = 100'000;
+    static constexpr std::size_t maxNames = 100'000;
+    static constexpr std::size_t maxModelNodes = 10'000;
+
+    PelXercesReadLimits() = default;
+    PelXercesReadLimits(const PelXercesReadLimits&) = delete;
+    PelXercesReadLimits& operator=(const PelXercesReadLimits&) = delete;
+
+    /// Whether a bound was passed.
+    bool wereExceeded() const noexcept { return exceeded; }
+
+    /// Bytes of input have been read.
+    void addInput(std::size_t bytes) noexcept { input += bytes; }
+
+    /// Bytes of a file have been read; those of a file that was read before are no new input.
+    void addFileInput(std::size_t bytes, bool isAgain) {
+        isAgain ? addExpansion(bytes) : addInput(bytes);
+    }
+
+    /// Whether the file has been opened before; it has from now on.
+    bool opensAgain(const std::string& path) { return !files.insert(path).second; }
+
+    /// Characters have come into the document that are not written where they stand.
+    void addExpansion(std::size_t characters);
+
+    /// The document has declared an entity, or named an element of a new kind: its number so far.
+    void addEntity(std::size_t number, std::size_t length);
+    void addElementKind(std::size_t number) { require(number < maxNames); }
+
+    /// The document has declared what an element may contain.
+    void addContentModel(const xercesc::ContentSpecNode* model);
+
+    /// The reference that took memory last is to an entity of this length. The length of one that
+    /// nobody tells counts as that of the longest.
+    void addReferenceTo(std::size_t length) noexcept { expansion -= longestEntity - length; }
+
+    /// The parser takes memory, or gives it back.
+    void addMemory(std::size_t bytes);
+    void removeMemory(std::size_t bytes) noexcept { memory -= bytes; }
+
+    /// Memory is bounded only while it is watched: much of the engine's clearing up takes some, and
+    /// must not fail.
+    void watchMemory(bool isToBeWatched) noexcept { isWatched = isToBeWatched; }
+
+private:
+    void require(bool isWithin);
+
+    std::size_t input = 0;
+    std::size_t expansion = 0;
+    std::size_t longestEntity = 0;
+    std::size_t references = 0;
+    std::size_t memory = 0;
+    std::set<std::string> files;
+    bool isWatched = false;
+    bool exceeded = false;
+};
