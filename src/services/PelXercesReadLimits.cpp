@@ -4,6 +4,7 @@
 #include <xercesc/internal/XMLReader.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLString.hpp>
 
 #include <algorithm>
 #include <vector>
@@ -15,9 +16,8 @@ void PelXercesReadLimits::addExpansion(std::size_t characters) {
     require(expansion <= freeExpansion + expansionPerByte * input);
 }
 
-void PelXercesReadLimits::addEntity(std::size_t number, std::size_t length) {
+void PelXercesReadLimits::addEntity(std::size_t length) {
     longestEntity = std::max(longestEntity, length);
-    require(number < maxNames);
 }
 
 // The engine makes an automaton of a model by recursion over its nodes.
@@ -33,6 +33,17 @@ void PelXercesReadLimits::addContentModel(const ContentSpecNode* model) {
         open.push_back(node->getFirst());
         open.push_back(node->getSecond());
     }
+}
+
+// The engine looks for a value from the first to the last, and for each in all that follow it.
+void PelXercesReadLimits::addChoice(const XMLCh* values) {
+    require(xercesc::XMLString::stringLen(values) <= maxChoice);
+}
+
+// The engine keeps the names of a document in a table that does not grow.
+void PelXercesReadLimits::addRareName(const XMLCh* name) {
+    names.insert(name);
+    require(names.size() <= maxNames);
 }
 
 // Each reference to an entity, wherever it stands, takes one reader; nothing else tells of those in

@@ -3,9 +3,12 @@
 
 #include <xercesc/validators/common/ContentSpecNode.hpp>
 
+#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <set>
 #include <string>
+#include <unordered_set>
 
 /// Bounds on what one read may make of its input, so that little input cannot take much time or
 /// memory; most of them grow with the input. The engine bounds only references to entities in
@@ -16,10 +19,11 @@ public:
     static constexpr std::size_t freeExpansion = std::size_t{8} << 20; ///< Characters.
     static constexpr std::size_t expansionPerByte = 8;
     static constexpr std::size_t freeMemory = std::size_t{64} << 20; ///< Bytes, the tree left out.
-    static constexpr std::size_t memoryPerByte = 128;
+    static constexpr std::size_t memoryPerByte = 160;
     static constexpr std::size_t maxReferences = 100'000;
     static constexpr std::size_t maxNames = 100'000;
     static constexpr std::size_t maxModelNodes = 10'000;
+    static constexpr std::size_t maxChoice = std::size_t{1} << 16; ///< Characters.
 
     PelXercesReadLimits() = default;
     PelXercesReadLimits(const PelXercesReadLimits&) = delete;
@@ -42,12 +46,23 @@ public:
     /// Characters have come into the document that are not written where they stand.
     void addExpansion(std::size_t characters);
 
-    /// The document has declared an entity, or named an element of a new kind: its number so far.
-    void addEntity(std::size_t number, std::size_t length);
-    void addElementKind(std::size_t number) { require(number < maxNames); }
+    /// The document has declared an element, an entity or a notation, the `number`th of its kind.
+    void addDeclaration(std::size_t number) { require(number < maxNames); }
 
-    /// The document has declared what an element may contain.
+    /// What has been declared: an entity's length, an element's content model, the values from
+    /// which an attribute may choose, if any.
+    void addEntity(std::size_t length);
     void addContentModel(const xercesc::ContentSpecNode* model);
+    void addChoice(const XMLCh* values);
+
+    /// An element or an attribute has come into the document. A name is at the same address as long
+    /// as the document lives.
+    void addName(const XMLCh* name) {
+        const XMLCh*& seen =
+            seenNames[reinterpret_cast<std::uintptr_t>(name) / 8 % seenNames.size()];
+        if (seen != name)
+            addRareName(seen = name);
+    }
 
     /// The reference that took memory last is to an entity of this length. The length of one that
     /// nobody tells counts as that of the longest.
@@ -63,6 +78,7 @@ public:
 
 private:
     void require(bool isWithin);
+    void addRareName(const XMLCh* name);
 
     std::size_t input = 0;
     std::size_t expansion = 0;
@@ -70,6 +86,8 @@ private:
     std::size_t references = 0;
     std::size_t memory = 0;
     std::set<std::string> files;
+    std::unordered_set<const XMLCh*> names;
+    std::array<const XMLCh*, 256> seenNames{};
     bool isWatched = false;
     bool exceeded = false;
 };

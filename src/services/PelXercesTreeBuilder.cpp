@@ -10,6 +10,7 @@
 #include <xercesc/dom/impl/DOMDocumentImpl.hpp>
 #include <xercesc/framework/XMLAttr.hpp>
 #include <xercesc/framework/XMLElementDecl.hpp>
+#include <xercesc/framework/XMLNotationDecl.hpp>
 #include <xercesc/util/XMLString.hpp>
 #include <xercesc/validators/DTD/DTDElementDecl.hpp>
 #include <xercesc/validators/DTD/DTDEntityDecl.hpp>
@@ -49,18 +50,14 @@ void PelXercesTreeBuilder::startElement(const xercesc::XMLElementDecl& declarati
                                         const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
                                         XMLSize_t count, bool isEmpty, bool isRoot) {
     endText();
-    limits.addElementKind(declaration.getId());
     if (isRoot)
         limits.watchMemory(true); // from here on the engine clears nothing up before the end
     const bool isPlain = road == Road::fast && fWithinElement && !declaration.hasAttDefs() &&
                          fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE;
     if (!isPlain) {
-        for (XMLSize_t i = 0; i < count; ++i)
-            if (!attributes.elementAt(i)->getSpecified())
-                limits.addExpansion(defaultCost +
-                                    XMLString::stringLen(attributes.elementAt(i)->getValue()));
         XercesDOMParser::startElement(declaration, uriId, prefix, attributes, count, isEmpty,
                                       isRoot);
+        reportElement();
         return;
     }
     auto* const element = new (fDocument, DOMMemoryManager::ELEMENT_OBJECT)
@@ -75,7 +72,9 @@ void PelXercesTreeBuilder::startElement(const xercesc::XMLElementDecl& declarati
         PelXercesLinks::append(*attribute, *new (fDocument, DOMMemoryManager::TEXT_OBJECT)
                                                DOMTextImpl(fDocument, source.getValue()));
         attribute->setSpecified(source.getSpecified());
+        limits.addName(attribute->fName);
     }
+    limits.addName(element->fName);
     PelXercesLinks::append(*static_cast<DOMElementImpl*>(fCurrentParent), *element);
     fCurrentNode = element;
     if (!isEmpty)
@@ -124,21 +123,53 @@ void PelXercesTreeBuilder::docPI(const XMLCh* target, const XMLCh* data) {
     XercesDOMParser::docPI(target, data);
 }
 
+// Of an element that the engine made.
+void PelXercesTreeBuilder::reportElement() {
+    limits.addName(fCurrentNode->getNodeName());
+    const xercesc::DOMNamedNodeMap* const attributes = fCurrentNode->getAttributes();
+    for (XMLSize_t i = attributes->getLength(); i-- > 0;) {
+        const auto* const attribute = static_cast<DOMAttrImpl*>(attributes->item(i));
+        limits.addName(attribute->getName());
+        if (!attribute->getSpecified())
+            limits.addExpansion(defaultCost + XMLString::stringLen(attribute->getValue()));
+    }
+}
+
 void PelXercesTreeBuilder::startEntityReference(const xercesc::XMLEntityDecl& entity) {
     limits.addReferenceTo(entity.getValueLen());
     XercesDOMParser::startEntityReference(entity);
 }
 
 void PelXercesTreeBuilder::elementDecl(const xercesc::DTDElementDecl& declaration, bool isIgnored) {
-    limits.addElementKind(declaration.getId());
+    limits.addDeclaration(declaration.getId());
     limits.addContentModel(declaration.getContentSpec());
     XercesDOMParser::elementDecl(declaration, isIgnored);
 }
 
+void PelXercesTreeBuilder::attDef(const xercesc::DTDElementDecl& element,
+                                  const xercesc::DTDAttDef& attribute, bool isIgnored) {
+    limits.addChoice(attribute.getEnumeration());
+    XercesDOMParser::attDef(element, attribute, isIgnored);
+}
+
+// The engine goes through all attributes of the element each time.
+void PelXercesTreeBuilder::endAttList(const xercesc::DTDElementDecl& element) {
+    limits.addDeclaration(element.getId());
+    if (element.hasAttDefs())
+        limits.addExpansion(element.getAttDefList().getAttDefCount());
+    XercesDOMParser::endAttList(element);
+}
+
 void PelXercesTreeBuilder::entityDecl(const xercesc::DTDEntityDecl& entity, bool isParameter,
                                       bool isIgnored) {
-    limits.addEntity(entity.getId(), entity.getValueLen());
+    limits.addDeclaration(entity.getId());
+    limits.addEntity(entity.getValueLen());
     XercesDOMParser::entityDecl(entity, isParameter, isIgnored);
+}
+
+void PelXercesTreeBuilder::notationDecl(const xercesc::XMLNotationDecl& notation, bool isIgnored) {
+    limits.addDeclaration(notation.getId());
+    XercesDOMParser::notationDecl(notation, isIgnored);
 }
 
 void PelXercesTreeBuilder::endText() {

@@ -45,9 +45,14 @@ public:
     void elementDecl(const xercesc::DTDElementDecl& declaration, bool isIgnored) override;
     void entityDecl(const xercesc::DTDEntityDecl& entity, bool isParameter,
                     bool isIgnored) override;
+    void attDef(const xercesc::DTDElementDecl& element, const xercesc::DTDAttDef& attribute,
+                bool isIgnored) override;
+    void endAttList(const xercesc::DTDElementDecl& element) override;
+    void notationDecl(const xercesc::XMLNotationDecl& notation, bool isIgnored) override;
 
 private:
     void endText();
+    void reportElement();
 
     PelXercesReadLimits& limits;
     const Road road;
