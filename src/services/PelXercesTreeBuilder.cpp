@@ -30,6 +30,7 @@ constexpr std::size_t longText = 0x8000;
 
 // A default attribute takes the memory of many characters, whatever its value.
 constexpr std::size_t defaultCost = 64;
+constexpr std::size_t listedCost = 16;
 
 } // namespace
 
@@ -152,11 +153,12 @@ void PelXercesTreeBuilder::attDef(const xercesc::DTDElementDecl& element,
     XercesDOMParser::attDef(element, attribute, isIgnored);
 }
 
-// The engine goes through all attributes of the element each time.
+// The engine goes through all attributes of the element, those of earlier lists too, and makes
+// nodes of the defaults among them.
 void PelXercesTreeBuilder::endAttList(const xercesc::DTDElementDecl& element) {
     limits.addDeclaration(element.getId());
     if (element.hasAttDefs())
-        limits.addExpansion(element.getAttDefList().getAttDefCount());
+        limits.addExpansion(listedCost * element.getAttDefList().getAttDefCount());
     XercesDOMParser::endAttList(element);
 }
 
