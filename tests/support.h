@@ -94,7 +94,7 @@ struct LogWatch {
 struct ScratchFolder {
     std::string path = (std::filesystem::temp_directory_path() / "qrndom.XXXXXX").string();
 
-    ScratchFolder() { mkdtemp(path.data()); }
+    ScratchFolder() { EXPECT_NE(mkdtemp(path.data()), nullptr); }
     ~ScratchFolder() { std::filesystem::remove_all(path); }
 
     std::string file(const std::string& name) const { return path + "/" + name; }
