@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "services/PelReadMessage.h"
 #include "services/PelXercesDOMUtilities.h"
 
 #include <qrndom/PelDOMUtilites.h>
@@ -17,6 +18,10 @@ PelDOMUtilites* PelDOMUtilites::getUtilities(PelDOM::Platform p) {
 void PelDOMUtilites::releaseUtilities() {
     PelDOM::error(u"PelDOMUtilites::releaseUtilities()", nullptr);
     delete std::exchange(Utilities, nullptr);
+}
+
+PelString PelDOMUtilites::getLastReadMessage() {
+    return PelReadMessage::get();
 }
 
 PelDOMUtilites::PelDOMUtilites() = default;

@@ -1,18 +1,38 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <qrndom/PelString.h>
+
 #include <xercesc/sax/ErrorHandler.hpp>
 
-/// Notes whether a parse reported an error. It prints nothing and takes no notice of warnings.
+#include <functional>
+
+/// Notes whether a parse reported an error, and the first one's message. It prints nothing, and
+/// warnings are for its observer only.
 class PelXercesDOMTreeErrorReporter final : public xercesc::ErrorHandler {
 public:
-    void warning(const xercesc::SAXParseException& /*report*/) override {}
-    void error(const xercesc::SAXParseException& /*report*/) override { sawErrors = true; }
-    void fatalError(const xercesc::SAXParseException& /*report*/) override { sawErrors = true; }
+    /// Hears of each report, as "file:line:column: message".
+    using Observer = std::function<void(const char* severity, const PelString& line)>;
+
+    explicit PelXercesDOMTreeErrorReporter(Observer reportObserver = {});
+
+    void warning(const xercesc::SAXParseException& report) override;
+    void error(const xercesc::SAXParseException& report) override;
+    void fatalError(const xercesc::SAXParseException& report) override;
     void resetErrors() override {} // once seen, an error stays seen
+
+    /// What a report without a file of its own is about.
+    void setFile(const PelString& name) { file = name; }
 
     bool getSawErrors() const noexcept { return sawErrors; }
 
+    const PelString& getFirstError() const noexcept { return firstError; }
+
 private:
+    void note(const char* severity, const xercesc::SAXParseException& report);
+
+    const Observer observer;
+    PelString file;
     bool sawErrors = false;
+    PelString firstError;
 };

@@ -3,6 +3,8 @@
 
 #include "core/PelLog.h"
 #include "output/PelXercesDocumentWriter.h"
+#include "services/PelReadMessage.h"
+#include "services/PelXercesReader.h"
 #include "xerces/PelXercesDOMNode.h"
 #include "xerces/PelXercesDeclaration.h"
 #include "xerces/PelXercesEngine.h"
@@ -71,21 +73,21 @@ PelDOMDocument PelXercesDOMUtilities::createDocument(const PelString& rootName) 
 PelDOMDocument PelXercesDOMUtilities::readDocument(const PelString& fileName) {
     PelLog::trace(u"PelXercesDOMUtilities::readDocument()", this);
     if (!isReadyFor(fileName))
-        return PelDOMDocument();
+        return nothingRead();
     return documentOn(PelXercesReader().readFile(fileName));
 }
 
 PelDOMDocument PelXercesDOMUtilities::readDocumentFromStringA(PelString text) {
     PelLog::trace(u"PelXercesDOMUtilities::readDocument()", this);
     if (!isReadyFor(text))
-        return PelDOMDocument();
+        return nothingRead();
     return documentOn(PelXercesReader().readText(text.getStringA(), text.view().size()));
 }
 
 PelDOMDocument PelXercesDOMUtilities::readDocumentFromStringW(PelString text) {
     PelLog::trace(u"PelXercesDOMUtilities::readDocument()", this);
     if (!isReadyFor(text))
-        return PelDOMDocument();
+        return nothingRead();
     return documentOn(
         PelXercesReader().readText(text.view().data(), text.view().size() * sizeof(char16_t),
                                    beginsWithByteOrderMark(text) ? nullptr : nativeUtf16()));
@@ -105,6 +107,13 @@ PelDOM::Error PelXercesDOMUtilities::writeDocument(const PelDOMDocument& documen
         return PelDOM::INVALID_VALUE;
     PelString target = fileName;
     return writeDocument(document, target, 1, 1, 0);
+}
+
+PelDOMDocument PelXercesDOMUtilities::nothingRead() const {
+    PelReadMessage::set(PelString(), getErrorStatus() == PelDOM::SUCCESS
+                                         ? u"there is nothing to read"
+                                         : u"the engine does not start");
+    return PelDOMDocument();
 }
 
 // Starts the engine if need be, even for an argument that is of no use.

@@ -27,5 +27,6 @@ public:
     PelDOM::Error writeDocument(const PelDOMDocument& document, const PelString& fileName) override;
 
 private:
+    PelDOMDocument nothingRead() const;
     bool isReadyFor(const PelString& argument);
 };

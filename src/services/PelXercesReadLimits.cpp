@@ -13,7 +13,8 @@ using xercesc::ContentSpecNode;
 
 void PelXercesReadLimits::addExpansion(std::size_t characters) {
     expansion += characters;
-    require(expansion <= freeExpansion + expansionPerByte * input);
+    require(expansion <= freeExpansion + expansionPerByte * input,
+            u"too much text from entities, default attributes or files read again");
 }
 
 void PelXercesReadLimits::addEntity(std::size_t length) {
@@ -29,7 +30,7 @@ void PelXercesReadLimits::addContentModel(const ContentSpecNode* model) {
         open.pop_back();
         if (node == nullptr)
             continue;
-        require(++nodes <= maxModelNodes);
+        require(++nodes <= maxModelNodes, u"too large a content model");
         open.push_back(node->getFirst());
         open.push_back(node->getSecond());
     }
@@ -37,13 +38,14 @@ void PelXercesReadLimits::addContentModel(const ContentSpecNode* model) {
 
 // The engine looks for a value from the first to the last, and for each in all that follow it.
 void PelXercesReadLimits::addChoice(const XMLCh* values) {
-    require(xercesc::XMLString::stringLen(values) <= maxChoice);
+    require(xercesc::XMLString::stringLen(values) <= maxChoice,
+            u"too many values for an attribute");
 }
 
 // The engine keeps the names of a document in a table that does not grow.
 void PelXercesReadLimits::addRareName(const XMLCh* name) {
     names.insert(name);
-    require(names.size() <= maxNames);
+    require(names.size() <= maxNames, u"too many different names");
 }
 
 // Each reference to an entity, wherever it stands, takes one reader; nothing else tells of those in
@@ -55,17 +57,17 @@ void PelXercesReadLimits::addMemory(std::size_t bytes) {
     const bool isReference = bytes == readerBytes;
     memory += bytes;
     if (isReference) {
-        require(++references <= maxReferences);
+        require(++references <= maxReferences, u"too many references to entities");
         addExpansion(longestEntity);
     }
     if (isReference || isWatched)
-        require(memory <= freeMemory + memoryPerByte * input);
+        require(memory <= freeMemory + memoryPerByte * input, u"too much memory for parsing");
 }
 
 // Only the first time: what the engine clears up after that must not fail.
-void PelXercesReadLimits::require(bool isWithin) {
-    if (isWithin || exceeded)
+void PelXercesReadLimits::require(bool isWithin, const char16_t* what) {
+    if (isWithin || excess != nullptr)
         return;
-    exceeded = true;
+    excess = what;
     throw xercesc::OutOfMemoryException();
 }

@@ -29,8 +29,8 @@ public:
     PelXercesReadLimits(const PelXercesReadLimits&) = delete;
     PelXercesReadLimits& operator=(const PelXercesReadLimits&) = delete;
 
-    /// Whether a bound was passed.
-    bool wereExceeded() const noexcept { return exceeded; }
+    /// What was too much, in words; null as long as all is within bounds.
+    const char16_t* getExcess() const noexcept { return excess; }
 
     /// Bytes of input have been read.
     void addInput(std::size_t bytes) noexcept { input += bytes; }
@@ -47,7 +47,9 @@ public:
     void addExpansion(std::size_t characters);
 
     /// The document has declared an element, an entity or a notation, the `number`th of its kind.
-    void addDeclaration(std::size_t number) { require(number < maxNames); }
+    void addDeclaration(std::size_t number) {
+        require(number < maxNames, u"too many declarations");
+    }
 
     /// What has been declared: an entity's length, an element's content model, the values from
     /// which an attribute may choose, if any.
@@ -77,7 +79,7 @@ public:
     void watchMemory(bool isToBeWatched) noexcept { isWatched = isToBeWatched; }
 
 private:
-    void require(bool isWithin);
+    void require(bool isWithin, const char16_t* what);
     void addRareName(const XMLCh* name);
 
     std::size_t input = 0;
@@ -89,5 +91,5 @@ private:
     std::unordered_set<const XMLCh*> names;
     std::array<const XMLCh*, 256> seenNames{};
     bool isWatched = false;
-    bool exceeded = false;
+    const char16_t* excess = nullptr;
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "services/PelXercesReader.h"
 
+#include "services/PelReadMessage.h"
 #include "services/PelXercesFileSource.h"
 #include "xerces/PelXercesTree.h"
 
@@ -9,8 +10,10 @@
 #include <xercesc/util/XMLException.hpp>
 
 #include <iostream>
+#include <utility>
 
-PelXercesReader::PelXercesReader(PelXercesTreeBuilder::Road road) : parser(memory, limits, road) {
+PelXercesReader::PelXercesReader(PelXercesTreeBuilder::Road road, Observer observer)
+    : parser(memory, limits, road), reporter(std::move(observer)) {
     parser.setValidationScheme(PelXercesTreeBuilder::Val_Auto);
     parser.setDoNamespaces(false);
     parser.setDoSchema(false);
@@ -23,39 +26,44 @@ PelXercesReader::PelXercesReader(PelXercesTreeBuilder::Road road) : parser(memor
 }
 
 PelXercesNodeRef PelXercesReader::readFile(const PelString& name) {
-    return read([&] {
-        const PelXercesFileSource source(name, limits);
-        parser.parse(source);
-    });
+    return read(name, [&] { parser.parse(PelXercesFileSource(name, limits)); });
 }
 
 PelXercesNodeRef PelXercesReader::readText(const void* bytes, std::size_t size,
                                            const XMLCh* encoding) {
+    constexpr char name[] = "Dummy";
     limits.addInput(size);
-    xercesc::MemBufInputSource source(static_cast<const XMLByte*>(bytes), size, "Dummy");
-    if (encoding != nullptr)
-        source.setEncoding(encoding);
-    return read([&] { parser.parse(source); });
+    return read(name, [&] {
+        xercesc::MemBufInputSource source(static_cast<const XMLByte*>(bytes), size, name);
+        if (encoding != nullptr)
+            source.setEncoding(encoding);
+        parser.parse(source);
+    });
 }
 
 template <class Parse>
-PelXercesNodeRef PelXercesReader::read(Parse parse) {
-    bool hasFailed = false;
+PelXercesNodeRef PelXercesReader::read(const PelString& name, Parse parse) {
+    bool hasFailed = true;
+    PelReadMessage::clear();
+    reporter.setFile(name);
     try {
         parse();
-        hasFailed = parser.getErrorCount() > 0;
-    } catch (const xercesc::XMLException&) {
-        hasFailed = true;
+        hasFailed = false;
+    } catch (const xercesc::XMLException& exception) {
+        PelReadMessage::set(name, exception.getMessage());
     } catch (const xercesc::DOMException& exception) {
         std::cerr << "A DOM error occured during parsing\n   DOMException code: " << exception.code
                   << std::endl;
-        hasFailed = true;
+        PelReadMessage::set(name, exception.getMessage());
     } catch (...) {
-        if (!limits.wereExceeded())
+        if (limits.getExcess() == nullptr)
             std::cerr << "An error occured during parsing\n " << std::endl;
-        hasFailed = true;
+        PelReadMessage::set(name, limits.getExcess() != nullptr ? limits.getExcess()
+                                                                : u"not enough memory");
     }
     limits.watchMemory(false);
+    if (reporter.getSawErrors())
+        PelReadMessage::set(reporter.getFirstError());
     if (hasFailed || reporter.getSawErrors())
         return {};
     PelXercesDocumentPtr document(parser.adoptDocument());

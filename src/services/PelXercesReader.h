@@ -15,17 +15,21 @@
 /// thrown, gives no document.
 class PelXercesReader {
 public:
-    explicit PelXercesReader(PelXercesTreeBuilder::Road road = PelXercesTreeBuilder::usualRoad);
+    using Observer = PelXercesDOMTreeErrorReporter::Observer;
+
+    explicit PelXercesReader(PelXercesTreeBuilder::Road road = PelXercesTreeBuilder::usualRoad,
+                             Observer observer = {});
     PelXercesReader(const PelXercesReader&) = delete;
     PelXercesReader& operator=(const PelXercesReader&) = delete;
 
-    /// The document node, or no node. A text without `encoding` is in the one that it begins with.
+    /// The document node; or no node, and the thread's PelReadMessage. A text without `encoding` is
+    /// in the one that it begins with.
     PelXercesNodeRef readFile(const PelString& name);
     PelXercesNodeRef readText(const void* bytes, std::size_t size, const XMLCh* encoding = nullptr);
 
 private:
     template <class Parse>
-    PelXercesNodeRef read(Parse parse);
+    PelXercesNodeRef read(const PelString& name, Parse parse);
 
     const PelXercesEngine::Share engine;
     PelXercesReadLimits limits;

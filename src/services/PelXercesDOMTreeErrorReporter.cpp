@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#include "services/PelXercesDOMTreeErrorReporter.h"
+
+#include "services/PelReadMessage.h"
+
+#include <xercesc/sax/SAXParseException.hpp>
+
+#include <utility>
+
+PelXercesDOMTreeErrorReporter::PelXercesDOMTreeErrorReporter(Observer reportObserver)
+    : observer(std::move(reportObserver)) {
+}
+
+void PelXercesDOMTreeErrorReporter::warning(const xercesc::SAXParseException& report) {
+    if (observer)
+        note("warning", report);
+}
+
+void PelXercesDOMTreeErrorReporter::error(const xercesc::SAXParseException& report) {
+    note("error", report);
+    sawErrors = true;
+}
+
+void PelXercesDOMTreeErrorReporter::fatalError(const xercesc::SAXParseException& report) {
+    note("fatal error", report);
+    sawErrors = true;
+}
+
+void PelXercesDOMTreeErrorReporter::note(const char* severity,
+                                         const xercesc::SAXParseException& report) {
+    if (!observer && sawErrors)
+        return;
+    const PelString place = report.getSystemId();
+    const PelString line =
+        PelReadMessage::line(place.isEmpty() != 0 ? file : place, report.getLineNumber(),
+                             report.getColumnNumber(), report.getMessage());
+    if (observer)
+        observer(severity, line);
+    if (!sawErrors)
+        firstError = line;
+}
