@@ -28,19 +28,19 @@ public:
 
     /// What kind of node a handle stands for.
     enum NodeType : int {
-        NO_NODE = 0, ///< A null handle, or a handle to the absence of a node.
-        ELEMENT_NODE = 1,
-        ATTRIBUTE_NODE = 2,
-        TEXT_NODE = 3,
-        CDATA_SECTION_NODE = 4,
-        ENTITY_REFERENCE_NODE = 5,
-        ENTITY_NODE = 6,
-        PROCESSING_INSTRUCTION_NODE = 7,
-        COMMENT_NODE = 8,
-        DOCUMENT_NODE = 9,
-        DOCUMENT_TYPE_NODE = 10,
-        DOCUMENT_FRAGMENT_NODE = 11,
-        NOTATION_NODE = 12,
+        NO_NODE = 0,               ///< A null handle, or a handle to the absence of a node.
+        ELEMENT_NODE = 1,          ///< See PelDOMElement.
+        ATTRIBUTE_NODE = 2,        ///< Never met: attributes are reached through their element.
+        TEXT_NODE = 3,             ///< See PelDOMText.
+        CDATA_SECTION_NODE = 4,    ///< Carried and written; its text is not given.
+        ENTITY_REFERENCE_NODE = 5, ///< Never read: references are replaced.
+        ENTITY_NODE = 6,           ///< Never met.
+        PROCESSING_INSTRUCTION_NODE = 7, ///< Carried and written.
+        COMMENT_NODE = 8,                ///< Carried and written; its text is not given.
+        DOCUMENT_NODE = 9,               ///< See PelDOMDocument.
+        DOCUMENT_TYPE_NODE = 10,         ///< `<!DOCTYPE ...>`, carried and written.
+        DOCUMENT_FRAGMENT_NODE = 11,     ///< Never met.
+        NOTATION_NODE = 12,              ///< Never met.
         XML_DECL_NODE = 13 ///< The XML declaration of a created document, its first child.
     };
 
@@ -49,8 +49,13 @@ public:
         PLATFORM_XERCES = 0 ///< Xerces-C++, the only one.
     };
 
+    /// Holds nothing; there is no need to make one.
     PelDOM() = default;
+
+    /// A copy holds nothing either.
     PelDOM(const PelDOM&) = default;
+
+    /// Does nothing.
     PelDOM& operator=(const PelDOM&) = default;
 
     /// Answers INVALID_VALUE for an empty string and SUCCESS for any other.

@@ -20,16 +20,20 @@ public:
     /// Takes ownership of `implementation`; a null handle without one.
     explicit PelDOMDocument(PelDOMNodeImp* implementation = nullptr);
 
+    /// A second handle to the same node.
     PelDOMDocument(const PelDOMDocument& orig);
 
     /// A handle to the node of `node` as a document. Where that node is of another kind, the
     /// operations below answer as those of a null handle do.
     explicit PelDOMDocument(const PelDOMNode& node);
 
+    /// Lets go of the node; the tree goes with the last handle into it.
     ~PelDOMDocument() override;
 
     /// As PelDOMNode's: the value of the expression is `rhs`.
     PelDOMDocument& operator=(PelDOMDocument& rhs);
+
+    /// The same for const handles and temporaries.
     const PelDOMDocument& operator=(const PelDOMDocument& rhs);
 
     /// The root element. A document without one gives a handle of type NO_NODE, a null document a

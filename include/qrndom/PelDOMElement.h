@@ -12,23 +12,26 @@ class PelDOMElementImp;
 /// Threads  one thread at a time for all handles into one tree; separate trees are independent.
 /// Errors   codes of PelDOM::Error; the engine's DOM exceptions pass through from names that XML
 ///          forbids.
-/// Cost     an attribute is found by binary search; getChildTextValue makes a few temporary
-/// handles.
+/// Cost     an attribute is found by binary search; getChildTextValue makes temporary handles.
 class QRNDOM_API PelDOMElement : public PelDOMNode {
 public:
     /// Takes ownership of `implementation`; a null handle without one.
     explicit PelDOMElement(PelDOMNodeImp* implementation = nullptr);
 
+    /// A second handle to the same node.
     PelDOMElement(const PelDOMElement& orig);
 
     /// A handle to the node of `node` as an element, after its type was found to be ELEMENT_NODE.
     /// Where it is of another kind, the operations below answer as those of a null handle do.
     explicit PelDOMElement(const PelDOMNode& node);
 
+    /// Lets go of the node; the tree goes with the last handle into it.
     ~PelDOMElement() override;
 
     /// As PelDOMNode's: the value of the expression is `rhs`.
     PelDOMElement& operator=(PelDOMElement& rhs);
+
+    /// The same for const handles and temporaries.
     const PelDOMElement& operator=(const PelDOMElement& rhs);
 
     /// Removes an attribute; one that is not there is no error. INVALID_VALUE for an empty name and
@@ -47,9 +50,11 @@ public:
     /// handle.
     long getNumAttributes() const;
 
-    /// The value or name of the attribute at a position from 0 to getNumAttributes() - 1, in the
-    /// order of the engine's attribute map; empty for any other position and for a null handle.
+    /// The value of the attribute at a position from 0 to getNumAttributes() - 1, in the order of
+    /// the names; empty for any other position and for a null handle.
     PelString getAttributeValueAt(long index) const;
+
+    /// The name of the attribute at a position, in the same way.
     PelString getAttributeNameAt(long index) const;
 
     /// The name as written, prefix included; empty for a null handle.

@@ -26,6 +26,7 @@ public:
     /// A second handle to the same node, with the same status.
     PelDOMNode(const PelDOMNode& orig);
 
+    /// Lets go of the node; the tree goes with the last handle into it.
     virtual ~PelDOMNode();
 
     /// Lets go of the own node and refers to that of `rhs`, as a copy would. The value of the

@@ -13,10 +13,8 @@ class PelDOMNodeListImp;
 /// Lives    as long as the caller likes, and keeps the tree alive as node handles do.
 /// Threads  one thread at a time for all handles into one tree; separate trees are independent.
 /// Errors   codes of PelDOM::Error; it keeps no status.
-/// Cost     a loop of length and item over n nodes takes n steps, also while other lists are in
-/// use;
-///          each item makes two implementation objects. A list shows every change of the tree at
-///          once.
+/// Cost     a loop of length and item over n nodes takes n steps, whatever other lists are in use;
+///          each item makes two implementation objects. Every change of the tree shows at once.
 class QRNDOM_API PelDOMNodeList {
 public:
     /// Takes ownership of `implementation`; an empty handle without one.
@@ -25,6 +23,7 @@ public:
     /// A second handle to the same live list.
     PelDOMNodeList(const PelDOMNodeList& orig);
 
+    /// Lets go of the list; the tree goes with the last handle into it.
     virtual ~PelDOMNodeList();
 
     /// Lets go of the own list and refers to that of `rhs`. The value of the expression is `rhs`,

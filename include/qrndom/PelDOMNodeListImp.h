@@ -16,14 +16,20 @@ class PelDOMNode;
 /// Cost     `clone` is called for each copy and assignment of a handle.
 class QRNDOM_API PelDOMNodeListImp {
 public:
+    /// The base holds nothing.
     PelDOMNodeListImp();
+
+    /// Nothing to copy.
     PelDOMNodeListImp(const PelDOMNodeListImp& other);
+
+    /// Nothing to assign.
     PelDOMNodeListImp& operator=(const PelDOMNodeListImp& other);
 
     /// Assigns a handle to the node at `index` to `out`. INDEX_OUT_OF_RANGE, with `out` unchanged,
     /// for an index below 0 or not below length().
     virtual PelDOM::Error item(long index, PelDOMNode& out) = 0;
 
+    /// Called by the handle that owns it.
     virtual ~PelDOMNodeListImp();
 
     /// The number of nodes in the list now.

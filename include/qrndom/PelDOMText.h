@@ -17,16 +17,20 @@ public:
     /// Takes ownership of `implementation`; a null handle without one.
     explicit PelDOMText(PelDOMNodeImp* implementation = nullptr);
 
+    /// A second handle to the same node.
     PelDOMText(const PelDOMText& orig);
 
     /// A handle to the node of `node` as a text, after its type was found to be TEXT_NODE. Where it
     /// is of another kind, the operations below answer as those of a null handle do.
     explicit PelDOMText(const PelDOMNode& node);
 
+    /// Lets go of the node; the tree goes with the last handle into it.
     ~PelDOMText() override;
 
     /// As PelDOMNode's: the value of the expression is `rhs`.
     PelDOMText& operator=(PelDOMText& rhs);
+
+    /// The same for const handles and temporaries.
     const PelDOMText& operator=(const PelDOMText& rhs);
 
     /// Replaces the text. INVALID_VALUE for an empty one, which changes nothing: a text cannot be

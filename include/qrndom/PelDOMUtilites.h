@@ -31,10 +31,13 @@ public:
     /// A services object that has not started its engine: NOT_INITIALIZED.
     PelDOMUtilites();
 
-    /// Copies carry the status and nothing else.
+    /// A copy carries the status and nothing else.
     PelDOMUtilites(const PelDOMUtilites& other);
+
+    /// Takes over the status and nothing else.
     PelDOMUtilites& operator=(const PelDOMUtilites& other);
 
+    /// Stops the engine unless the status is NOT_INITIALIZED; releaseUtilities calls it.
     virtual ~PelDOMUtilites();
 
     /// A new document: an XML declaration (version 1.0, UTF-8) and a root element. A null document

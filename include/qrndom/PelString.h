@@ -15,17 +15,21 @@
 /// Owns     its text; copies are independent.
 /// Lives    as long as the caller likes; borrowed buffers live until the string next changes.
 /// Threads  like a standard string: several readers at once, or one writer.
-/// Errors   never refuses text: a null pointer is the empty string, ill-formed UTF-8 becomes
-/// U+FFFD. Cost     a copy copies the text; getStringA and getStringWAsUnsignedShort build their
-/// form on
+/// Errors   never refuses text: a null pointer is empty, ill-formed UTF-8 becomes U+FFFD.
+/// Cost     a copy copies the text; getStringA and getStringWAsUnsignedShort build their form on
 ///          first use.
 class QRNDOM_API PelString {
 public:
+    /// The empty string.
     PelString() noexcept = default;
+
+    /// The empty string.
     PelString(std::nullptr_t) noexcept {}
 
     /// Copies NUL-terminated UTF-16 text.
     PelString(const char16_t* text);
+
+    /// The same from the other 16-bit type.
     PelString(const unsigned short* text);
 
     /// Converts NUL-terminated UTF-8 text; each ill-formed sequence becomes U+FFFD.
@@ -34,18 +38,27 @@ public:
     /// Copies UTF-16 text of a given length, which may hold U+0000. Where such a string is handed
     /// to the tree or used as a file name, it ends at its first U+0000.
     explicit PelString(std::u16string_view text);
+
+    /// The same without copying.
     explicit PelString(std::u16string&& text) noexcept;
 
+    /// Copies the text.
     PelString(const PelString& other);
+
+    /// Takes the text over and leaves `other` empty.
     PelString(PelString&& other) noexcept;
+
+    /// Ends the life of the borrowed buffers too.
     ~PelString();
 
+    /// Each assignment takes what the constructor from the same type takes, the string's own
+    /// buffers included.
     PelString& operator=(const PelString& other);
-    PelString& operator=(PelString&& other) noexcept;
-    PelString& operator=(std::nullptr_t) noexcept;
-    PelString& operator=(const char16_t* text);
-    PelString& operator=(const unsigned short* text);
-    PelString& operator=(const char* text);
+    PelString& operator=(PelString&& other) noexcept; ///< Leaves `other` empty.
+    PelString& operator=(std::nullptr_t) noexcept;    ///< Empties the string.
+    PelString& operator=(const char16_t* text);       ///< From UTF-16.
+    PelString& operator=(const unsigned short* text); ///< From UTF-16.
+    PelString& operator=(const char* text);           ///< From UTF-8.
 
     /// 1 when the string holds no code unit, else 0.
     int isEmpty() const noexcept { return text.empty() ? 1 : 0; }
@@ -76,12 +89,20 @@ public:
     /// argument. The arguments must fit the pattern, as for printf: never use text from outside as
     /// a pattern.
     PelString& format(const char16_t* pattern, ...);
+
+    /// The same with a pattern of the other 16-bit type.
     PelString& format(const unsigned short* pattern, ...);
 
+    /// Appends `other`.
     PelString& operator+=(const PelString& other);
 
+    /// The two texts one after the other.
     friend QRNDOM_API PelString operator+(const PelString& left, const PelString& right);
+
+    /// Whether both hold the same code units.
     friend QRNDOM_API bool operator==(const PelString& left, const PelString& right) noexcept;
+
+    /// Whether they do not.
     friend QRNDOM_API bool operator!=(const PelString& left, const PelString& right) noexcept;
 
     /// Compares code unit by code unit.
@@ -102,6 +123,7 @@ private:
 /// Lets a PelString be the key of an unordered container.
 template <>
 struct std::hash<PelString> {
+    /// The hash of the code units.
     std::size_t operator()(const PelString& string) const noexcept {
         return std::hash<std::u16string_view>()(string.view());
     }
