@@ -7,6 +7,7 @@
 
 #include <arpa/inet.h>
 #include <dlfcn.h>
+#include <thread>
 #include <unistd.h>
 
 static bool engineRefusesToStart = false;
@@ -106,6 +107,23 @@ TEST(Reading, NeverCallsARemoteAddress) {
     EXPECT_EQ(accept(server, nullptr, nullptr), -1);
     EXPECT_EQ(errno, EAGAIN);
     close(server);
+}
+
+TEST(Reading, TellsEachThreadWhyItsLastReadFailed) {
+    const auto message = [](const PelDOMDocument& document) {
+        return std::to_string(document.isNull()) + " " + PelDOMUtilites::getLastReadMessage().toUtf8();
+    };
+    const ScratchFolder folder;
+    const std::string file = folder.write("f.xml", "<a>\n<b></a>");
+    const std::string absent = folder.file("absent.xml");
+    EXPECT_EQ(message(readFile(file)), "1 " + file + ":2:6: expected end of tag 'b'");
+    EXPECT_EQ(message(readFile(absent)),
+        "1 " + absent + ":0:0: unable to open primary document entity '" + absent + "'");
+    EXPECT_EQ(message(parse("<a b='\n1' b=''/>")),
+        "1 text:2:6: attribute 'b' is already specified for element 'a'");
+    std::thread([&] { EXPECT_EQ(message(PelDOMDocument()), "1 "); }).join();
+    EXPECT_EQ(message(parse("")), "1 :0:0: there is nothing to read");
+    EXPECT_EQ(message(parse("<a/>")), "0 ");
 }
 
 TEST(Reading, PrintsWhatIsThrown) {

@@ -24,8 +24,8 @@ public:
     static void releaseUtilities();
 
     /// Why the calling thread's last read failed, as one line for people: "file:line:column:
-    /// message". Empty after a read that succeeded. A string that was read goes by the name
-    /// "Dummy"; a failure that has no place in the text has line and column 0.
+    /// message". Empty after a read that succeeded. The file is as the caller or the document
+    /// named it, "text" for a string; a failure that has no place in it has line and column 0.
     static PelString getLastReadMessage();
 
     /// A services object that has not started its engine: NOT_INITIALIZED.

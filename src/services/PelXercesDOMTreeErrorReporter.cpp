@@ -31,9 +31,9 @@ void PelXercesDOMTreeErrorReporter::note(const char* severity,
     if (!observer && sawErrors)
         return;
     const PelString place = report.getSystemId();
-    const PelString line =
-        PelReadMessage::line(place.isEmpty() != 0 ? file : place, report.getLineNumber(),
-                             report.getColumnNumber(), report.getMessage());
+    const bool isDocument = place.isEmpty() != 0 || place == systemId;
+    const PelString line = PelReadMessage::line(isDocument ? name : place, report.getLineNumber(),
+                                                report.getColumnNumber(), report.getMessage());
     if (observer)
         observer(severity, line);
     if (!sawErrors)

@@ -21,8 +21,11 @@ public:
     void fatalError(const xercesc::SAXParseException& report) override;
     void resetErrors() override {} // once seen, an error stays seen
 
-    /// What a report without a file of its own is about.
-    void setFile(const PelString& name) { file = name; }
+    /// The name by which the caller knows the document with the system identifier `id`.
+    void setName(const PelString& ownName, const PelString& id) {
+        name = ownName;
+        systemId = id;
+    }
 
     bool getSawErrors() const noexcept { return sawErrors; }
 
@@ -32,7 +35,8 @@ private:
     void note(const char* severity, const xercesc::SAXParseException& report);
 
     const Observer observer;
-    PelString file;
+    PelString name;
+    PelString systemId;
     bool sawErrors = false;
     PelString firstError;
 };

@@ -6,7 +6,6 @@
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLString.hpp>
 
-#include <algorithm>
 #include <vector>
 
 using xercesc::ContentSpecNode;
@@ -61,7 +60,8 @@ void PelXercesReadLimits::addMemory(std::size_t bytes) {
         addExpansion(longestEntity);
     }
     if (isReference || isWatched)
-        require(memory <= freeMemory + memoryPerByte * input, u"too much memory for parsing");
+        require(memory <= freeMemory + memoryPerByte * input + memoryPerLevel * deepest,
+                u"too much memory for parsing");
 }
 
 // Only the first time: what the engine clears up after that must not fail.

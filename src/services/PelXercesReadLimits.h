@@ -3,6 +3,7 @@
 
 #include <xercesc/validators/common/ContentSpecNode.hpp>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -19,7 +20,8 @@ public:
     static constexpr std::size_t freeExpansion = std::size_t{8} << 20; ///< Characters.
     static constexpr std::size_t expansionPerByte = 8;
     static constexpr std::size_t freeMemory = std::size_t{64} << 20; ///< Bytes, the tree left out.
-    static constexpr std::size_t memoryPerByte = 160;
+    static constexpr std::size_t memoryPerByte = 48;
+    static constexpr std::size_t memoryPerLevel = 512;
     static constexpr std::size_t maxReferences = 100'000;
     static constexpr std::size_t maxNames = 100'000;
     static constexpr std::size_t maxModelNodes = 10'000;
@@ -57,6 +59,10 @@ public:
     void addContentModel(const xercesc::ContentSpecNode* model);
     void addChoice(const XMLCh* values);
 
+    /// An element begins, or ends; the parser keeps a record of each level for good.
+    void openElement() noexcept { deepest = std::max(deepest, ++depth); }
+    void closeElement() noexcept { --depth; }
+
     /// An element or an attribute has come into the document. A name is at the same address as long
     /// as the document lives.
     void addName(const XMLCh* name) {
@@ -87,6 +93,8 @@ private:
     std::size_t longestEntity = 0;
     std::size_t references = 0;
     std::size_t memory = 0;
+    std::size_t depth = 0;
+    std::size_t deepest = 0;
     std::set<std::string> files;
     std::unordered_set<const XMLCh*> names;
     std::array<const XMLCh*, 256> seenNames{};

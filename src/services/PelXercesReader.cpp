@@ -26,15 +26,21 @@ PelXercesReader::PelXercesReader(PelXercesTreeBuilder::Road road, Observer obser
 }
 
 PelXercesNodeRef PelXercesReader::readFile(const PelString& name) {
-    return read(name, [&] { parser.parse(PelXercesFileSource(name, limits)); });
+    return read(name, [&] {
+        const PelXercesFileSource source(name, limits);
+        reporter.setName(name, source.getSystemId());
+        parser.parse(source);
+    });
 }
 
 PelXercesNodeRef PelXercesReader::readText(const void* bytes, std::size_t size,
                                            const XMLCh* encoding) {
-    constexpr char name[] = "Dummy";
+    constexpr char name[] = "text";
+    constexpr char systemId[] = "Dummy";
     limits.addInput(size);
     return read(name, [&] {
-        xercesc::MemBufInputSource source(static_cast<const XMLByte*>(bytes), size, name);
+        xercesc::MemBufInputSource source(static_cast<const XMLByte*>(bytes), size, systemId);
+        reporter.setName(name, systemId);
         if (encoding != nullptr)
             source.setEncoding(encoding);
         parser.parse(source);
@@ -45,7 +51,6 @@ template <class Parse>
 PelXercesNodeRef PelXercesReader::read(const PelString& name, Parse parse) {
     bool hasFailed = true;
     PelReadMessage::clear();
-    reporter.setFile(name);
     try {
         parse();
         hasFailed = false;

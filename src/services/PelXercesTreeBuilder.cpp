@@ -51,6 +51,7 @@ void PelXercesTreeBuilder::startElement(const xercesc::XMLElementDecl& declarati
                                         const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
                                         XMLSize_t count, bool isEmpty, bool isRoot) {
     endText();
+    limits.openElement();
     if (isRoot)
         limits.watchMemory(true); // from here on the engine clears nothing up before the end
     const bool isPlain = road == Road::fast && fWithinElement && !declaration.hasAttDefs() &&
@@ -78,13 +79,16 @@ void PelXercesTreeBuilder::startElement(const xercesc::XMLElementDecl& declarati
     limits.addName(element->fName);
     PelXercesLinks::append(*static_cast<DOMElementImpl*>(fCurrentParent), *element);
     fCurrentNode = element;
-    if (!isEmpty)
+    if (isEmpty)
+        limits.closeElement();
+    else
         fCurrentParent = element;
 }
 
 void PelXercesTreeBuilder::endElement(const xercesc::XMLElementDecl& declaration,
                                       unsigned int uriId, bool isRoot, const XMLCh* prefix) {
     endText();
+    limits.closeElement();
     if (road == Road::fast && fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE) {
         const auto* const element = static_cast<DOMElementImpl*>(fCurrentParent);
         DOMNode* const parent = element->fNode.fOwnerNode;
