@@ -2,6 +2,10 @@
 # What a user gets: headers, library, CMake package, pkg-config file, licence.
 include(CMakePackageConfigHelpers)
 
+target_link_options(QRNDOM PRIVATE
+    "LINKER:--version-script=${CMAKE_CURRENT_LIST_DIR}/exports.map")
+set_property(TARGET QRNDOM APPEND PROPERTY LINK_DEPENDS "${CMAKE_CURRENT_LIST_DIR}/exports.map")
+
 install(TARGETS QRNDOM EXPORT QRNDOMTargets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime
         NAMELINK_COMPONENT development
