@@ -36,3 +36,10 @@ endif()
 configure_file(cmake/qrndom.pc.in "${PROJECT_BINARY_DIR}/qrndom.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/qrndom.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
     COMPONENT development)
+
+# gdb loads this with the library, by the library's full name.
+if(BUILD_SHARED_LIBS)
+    install(FILES gdb/printers.py
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/gdb/auto-load\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}"
+        RENAME libQRNDOM.so.${PROJECT_VERSION}-gdb.py COMPONENT development)
+endif()
