@@ -3,16 +3,19 @@
 include(CMakePackageConfigHelpers)
 
 install(TARGETS QRNDOM EXPORT QRNDOMTargets
-    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime
+        NAMELINK_COMPONENT development
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 install(DIRECTORY include/qrndom DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
-    FILES_MATCHING PATTERN "*.h")
+    COMPONENT development FILES_MATCHING PATTERN "*.h")
 install(FILES "${PROJECT_BINARY_DIR}/include/qrndom/export.h"
-    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/qrndom)
-install(FILES LICENSE README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/qrndom COMPONENT development)
+install(FILES LICENSE README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR}
+    COMPONENT documents)
 
 set(QRNDOM_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/QRNDOM)
-install(EXPORT QRNDOMTargets NAMESPACE QRNDOM:: DESTINATION ${QRNDOM_CMAKE_DIR})
+install(EXPORT QRNDOMTargets NAMESPACE QRNDOM:: DESTINATION ${QRNDOM_CMAKE_DIR}
+    COMPONENT development)
 configure_package_config_file(cmake/QRNDOMConfig.cmake.in
     "${PROJECT_BINARY_DIR}/QRNDOMConfig.cmake"
     INSTALL_DESTINATION ${QRNDOM_CMAKE_DIR})
@@ -20,11 +23,19 @@ write_basic_package_version_file("${PROJECT_BINARY_DIR}/QRNDOMConfigVersion.cmak
     COMPATIBILITY SameMajorVersion)
 install(FILES "${PROJECT_BINARY_DIR}/QRNDOMConfig.cmake"
               "${PROJECT_BINARY_DIR}/QRNDOMConfigVersion.cmake"
-    DESTINATION ${QRNDOM_CMAKE_DIR})
+    DESTINATION ${QRNDOM_CMAKE_DIR} COMPONENT development)
 
 # A static library's consumers link what it is built on themselves.
 if(NOT BUILD_SHARED_LIBS)
     set(QRNDOM_PC_LIBS " -lxerces-c -licuuc -lpthread")
 endif()
 configure_file(cmake/qrndom.pc.in "${PROJECT_BINARY_DIR}/qrndom.pc" @ONLY)
-install(FILES "${PROJECT_BINARY_DIR}/qrndom.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+install(FILES "${PROJECT_BINARY_DIR}/qrndom.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+    COMPONENT development)
+
+# gdb loads this with the library, by the library's full name.
+if(BUILD_SHARED_LIBS)
+    install(FILES gdb/printers.py
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/gdb/auto-load\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}"
+        RENAME libQRNDOM.so.${PROJECT_VERSION}-gdb.py COMPONENT development)
+endif()

@@ -1,0 +1,82 @@
+# SPDX-License-Identifier: MIT
+# Debian packages by `cpack`: the library, and what one needs to build against it. scripts/package
+# calls this.
+set(runtime libqrndom${PROJECT_VERSION_MAJOR})
+set(development libqrndom-dev)
+set(tools qrndom-tools)
+set(revision 1)
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_COMPONENTS_ALL runtime development tools)
+set(CPACK_PACKAGING_INSTALL_PREFIX "${CMAKE_INSTALL_PREFIX}")
+set(CPACK_PACKAGE_CONTACT "The QRNDOM authors <qrndom@localhost>")
+set(CPACK_PACKAGE_DIRECTORY "${PROJECT_BINARY_DIR}")
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SOURCE qrndom)
+set(CPACK_DEBIAN_PACKAGE_RELEASE ${revision})
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+
+# Each description brings its own first line.
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
+set(about "QRNDOM reads, queries, changes and writes XML documents through small
+value-like handles. The XML engine behind them, Xerces-C++, never shows.")
+
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${runtime})
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "C++ library for XML documents\n${about}")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
+# Strips the library and packages what debuggers want apart.
+set(CPACK_DEBIAN_RUNTIME_DEBUGINFO_PACKAGE ON)
+# Programs built against one release want that release or a later one of the same SONAME.
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
+
+# No dependency on the engine's own files: no header and no link of a user's program needs them.
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME ${development})
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
+    "C++ library for XML documents (development files)\n${about}
+\nThis package has the headers, the CMake package and the pkg-config file.")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${runtime} (= ${PROJECT_VERSION}-${revision})")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
+
+set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME ${tools})
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION text)
+set(CPACK_DEBIAN_TOOLS_DESCRIPTION "checks XML files as the QRNDOM library reads them\n${about}
+\nThis package has qrndom-check, which says what is wrong with a file.")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
+
+file(WRITE "${PROJECT_BINARY_DIR}/debian/triggers" "activate-noawait ldconfig\n")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA "${PROJECT_BINARY_DIR}/debian/triggers")
+
+# Debian wants these names, so they are left out of an installation that is not a package.
+string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
+file(WRITE "${PROJECT_BINARY_DIR}/debian/changelog.Debian"
+"qrndom (${PROJECT_VERSION}-${revision}) unstable; urgency=medium
+
+  * Packaged by scripts/package; changelog.gz has the changes.
+
+ -- ${CPACK_PACKAGE_CONTACT}  ${date}
+")
+configure_file(CHANGELOG.md "${PROJECT_BINARY_DIR}/debian/changelog" COPYONLY)
+execute_process(COMMAND gzip -9nf changelog changelog.Debian
+    WORKING_DIRECTORY "${PROJECT_BINARY_DIR}/debian" COMMAND_ERROR_IS_FATAL ANY)
+foreach(component runtime development tools)
+    set(folder ${CMAKE_INSTALL_DATAROOTDIR}/doc/${${component}})
+    install(FILES LICENSE DESTINATION ${folder} RENAME copyright COMPONENT ${component}
+        EXCLUDE_FROM_ALL)
+    install(FILES "${PROJECT_BINARY_DIR}/debian/changelog.gz"
+                  "${PROJECT_BINARY_DIR}/debian/changelog.Debian.gz"
+        DESTINATION ${folder} COMPONENT ${component} EXCLUDE_FROM_ALL)
+endforeach()
+install(FILES README.md DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/${development}
+    COMPONENT development EXCLUDE_FROM_ALL)
+install(FILES examples/outline.cpp examples/outline.h examples/tour.cpp examples/sample.xml
+    DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/${development}/examples
+    COMPONENT development EXCLUDE_FROM_ALL)
+
+include(CPack)
