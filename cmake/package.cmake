@@ -49,6 +49,7 @@ set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION text)
 set(CPACK_DEBIAN_TOOLS_DESCRIPTION "checks XML files as the QRNDOM library reads them\n${about}
 \nThis package has qrndom-check, which says what is wrong with a file.")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_TOOLS_DEBUGINFO_PACKAGE ON)
 
 file(WRITE "${PROJECT_BINARY_DIR}/debian/triggers" "activate-noawait ldconfig\n")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA "${PROJECT_BINARY_DIR}/debian/triggers")
