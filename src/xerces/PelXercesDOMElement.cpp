@@ -8,6 +8,7 @@
 
 #include <qrndom/PelDOMNodeList.h>
 
+#include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
 #include <xercesc/dom/DOMText.hpp>
@@ -28,6 +29,14 @@ xercesc::DOMNode* attributeAt(const PelDOMNodeContentImp& content, long index) {
     return element != nullptr && index >= 0
                ? element->getAttributes()->item(static_cast<XMLSize_t>(index))
                : nullptr;
+}
+
+// The engine's table of IDs never forgets one: each new value takes a further place, up to a number
+// of changes at which it fails. An attribute that changes leaves the table, which nobody here asks.
+void leaveTableOfIds(DOMElement& element, const XMLCh* name) {
+    const xercesc::DOMAttr* const attribute = element.getAttributeNode(name);
+    if (attribute != nullptr && attribute->isId())
+        element.setIdAttribute(name, false);
 }
 
 } // namespace
@@ -64,6 +73,7 @@ PelDOM::Error PelXercesDOMElement::setAttribute(const PelString& name, const Pel
     DOMElement* const element = elementOf(*this);
     if (element == nullptr)
         return PelDOM::INTERNAL_ERROR;
+    leaveTableOfIds(*element, name.view().data());
     element->setAttribute(name.view().data(), value.view().data());
     return PelDOM::SUCCESS;
 }
