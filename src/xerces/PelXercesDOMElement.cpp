@@ -13,6 +13,7 @@
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
 #include <xercesc/dom/DOMText.hpp>
 
+using xercesc::DOMAttr;
 using xercesc::DOMElement;
 
 namespace {
@@ -31,12 +32,19 @@ xercesc::DOMNode* attributeAt(const PelDOMNodeContentImp& content, long index) {
                : nullptr;
 }
 
-// The engine's table of IDs never forgets one: each new value takes a further place, up to a number
-// of changes at which it fails. An attribute that changes leaves the table, which nobody here asks.
-void leaveTableOfIds(DOMElement& element, const XMLCh* name) {
-    const xercesc::DOMAttr* const attribute = element.getAttributeNode(name);
-    if (attribute != nullptr && attribute->isId())
-        element.setIdAttribute(name, false);
+// The engine's own way leaves an empty value behind when no memory is left. Nor does its table of
+// IDs ever forget one: each new value would take a further place, up to a number at which it fails.
+void setValue(DOMElement& element, const XMLCh* name, const XMLCh* value) {
+    DOMAttr* const attribute = element.getAttributeNode(name);
+    if (attribute != nullptr && PelXercesLinks::textOf(*attribute) != nullptr) {
+        PelXercesLinks::setData(*PelXercesLinks::textOf(*attribute), value);
+        static_cast<xercesc::DOMAttrImpl*>(attribute)->setSpecified(true);
+        return;
+    }
+    DOMAttr* const made = element.getOwnerDocument()->createAttribute(name);
+    made->setValue(value);
+    if (DOMAttr* const replaced = element.setAttributeNode(made))
+        replaced->release();
 }
 
 } // namespace
@@ -73,8 +81,7 @@ PelDOM::Error PelXercesDOMElement::setAttribute(const PelString& name, const Pel
     DOMElement* const element = elementOf(*this);
     if (element == nullptr)
         return PelDOM::INTERNAL_ERROR;
-    leaveTableOfIds(*element, name.view().data());
-    element->setAttribute(name.view().data(), value.view().data());
+    setValue(*element, name.view().data(), value.view().data());
     return PelDOM::SUCCESS;
 }
 
@@ -87,8 +94,9 @@ PelDOM::Error PelXercesDOMElement::appendTextElement(const PelString& name, cons
         return PelDOM::INTERNAL_ERROR;
     xercesc::DOMDocument* const document = node->getDocument();
     DOMElement* const element = document->createElement(name.view().data());
+    xercesc::DOMText* const content = document->createTextNode(text.view().data());
     PelXercesEditing::appendNew(*node, *element);
-    PelXercesEditing::appendNew(node->to(element), *document->createTextNode(text.view().data()));
+    PelXercesEditing::appendNew(node->to(element), *content);
     return PelDOM::SUCCESS;
 }
 
