@@ -30,6 +30,14 @@ TEST(Elements, GainAndLoseAttributesAndTextElementsUnlessEmpty) {
     EXPECT_EQ(show(root), "r b=3(a n(|t|) n(|t|))");
 }
 
+TEST(Attributes, OfTypeIdChangeAnyNumberOfTimes) {
+    PelDOMElement root = rootOf("<!DOCTYPE r [<!ELEMENT r ANY><!ATTLIST r i ID #IMPLIED>]><r i='first'/>");
+    const PelString ids[] = {"a", "b"};
+    for (int i = 0; i < 800'000; ++i) root.setAttribute("i", ids[i % 2]);
+    EXPECT_EQ(
+        answers({root, root.removeAttribute("i"), root.setAttribute("i", "c"), root}), "r i=b ok ok r i=c");
+}
+
 TEST(TypedReads, FollowTheRulesOfFormattedInput) {
     PelDOMElement root = rootOf("<r/>");
     // "-" when a read is refused and the variable left alone

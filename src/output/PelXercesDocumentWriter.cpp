@@ -8,9 +8,9 @@
 #include "output/PelXercesRepertoire.h"
 #include "xerces/PelXercesDOMNode.h"
 #include "xerces/PelXercesDeclaration.h"
+#include "xerces/PelXercesMemory.h"
 
 #include <xercesc/framework/XMLFormatter.hpp>
-#include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLException.hpp>
 
 #include <string>
@@ -60,8 +60,9 @@ void PelXercesDocumentWriter::writeToFile(const xercesc::DOMNode& document,
                                           const std::u16string& encoding) {
     PelXercesRepertoire repertoire(encoding);
     PelXercesDOMPrintFormatTarget target(*file);
+    PelXercesJobMemory memory; // a formatter that cannot be made loses some
     XMLFormatter formatter(encoding.c_str(), &target, XMLFormatter::NoEscapes,
-                           XMLFormatter::UnRep_CharRef, xercesc::XMLPlatformUtils::fgMemoryManager);
+                           XMLFormatter::UnRep_CharRef, &memory);
     PelXercesMarkup out(repertoire, &formatter);
     file->setTextMode(repertoire.hasByteLineFeed());
     PelXercesNodeWriter(out, encoding, hasNewlines).writeNode(*file, document);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "services/PelXercesFileSource.h"
 
-#include "services/PelXercesReadLimits.h"
+#include "services/PelXercesReadMemory.h"
 
 #include <xercesc/util/BinInputStream.hpp>
 #include <xercesc/util/XMLExceptMsgs.hpp>
@@ -48,17 +48,18 @@ private:
 
 // What a document's relative names are resolved against is the full path; what is opened is the
 // caller's own name, so that ".." means what it means to the file system.
-PelXercesFileSource::PelXercesFileSource(const PelString& name, PelXercesReadLimits& readLimits)
+PelXercesFileSource::PelXercesFileSource(const PelString& name, PelXercesReadMemory& memory)
     : LocalFileInputSource((PelPlatform::currentDirectory() + u"/").view().data(),
-                           name.view().data()),
-      limits(readLimits), kind(InputFile::Kind::anyButFolder),
+                           name.view().data(), &memory),
+      limits(memory.getLimits()), kind(InputFile::Kind::anyButFolder),
       path(PelPlatform::fileSystemName(name)) {
 }
 
 PelXercesFileSource::PelXercesFileSource(const PelString& base, const PelString& name,
-                                         PelXercesReadLimits& readLimits)
-    : LocalFileInputSource(base.view().data(), name.view().data()), limits(readLimits),
-      kind(InputFile::Kind::regularFile), path(PelPlatform::fileSystemName(getSystemId())) {
+                                         PelXercesReadMemory& memory)
+    : LocalFileInputSource(base.view().data(), name.view().data(), &memory),
+      limits(memory.getLimits()), kind(InputFile::Kind::regularFile),
+      path(PelPlatform::fileSystemName(getSystemId())) {
 }
 
 xercesc::BinInputStream* PelXercesFileSource::makeStream() const {

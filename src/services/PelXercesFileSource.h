@@ -10,18 +10,18 @@
 #include <string>
 
 class PelXercesReadLimits;
+class PelXercesReadMemory;
 
 /// A local file as the parser reads it. Unlike the engine's own source, it finds its file by the
 /// UTF-8 form of the name, whatever converter the process has set for the engine.
 class PelXercesFileSource final : public xercesc::LocalFileInputSource {
 public:
     /// The file that a caller names, relative to the current directory: a pipe will do as well.
-    PelXercesFileSource(const PelString& name, PelXercesReadLimits& readLimits);
+    PelXercesFileSource(const PelString& name, PelXercesReadMemory& memory);
 
     /// The regular file that a document names, relative to the entity with the system identifier
     /// `base`.
-    PelXercesFileSource(const PelString& base, const PelString& name,
-                        PelXercesReadLimits& readLimits);
+    PelXercesFileSource(const PelString& base, const PelString& name, PelXercesReadMemory& memory);
 
     /// Null when the file cannot be opened.
     xercesc::BinInputStream* makeStream() const override;

@@ -2,6 +2,7 @@
 #include "services/PelXercesLocalResolver.h"
 
 #include "services/PelXercesFileSource.h"
+#include "services/PelXercesReadMemory.h"
 
 #include <xercesc/framework/XMLBuffer.hpp>
 #include <xercesc/sax/InputSource.hpp>
@@ -21,7 +22,8 @@ namespace {
 /// A source that cannot be opened.
 class UnreadableSource final : public xercesc::InputSource {
 public:
-    explicit UnreadableSource(const XMLCh* systemId) : InputSource(systemId) {}
+    UnreadableSource(const XMLCh* systemId, xercesc::MemoryManager& memory)
+        : InputSource(systemId, &memory) {}
     xercesc::BinInputStream* makeStream() const override { return nullptr; }
 };
 
@@ -65,13 +67,14 @@ PelXercesLocalResolver::resolveEntity(xercesc::XMLResourceIdentifier* resource) 
     if (!url.setURL(base, name, url) || url.isRelative()) {
         xercesc::XMLBuffer plainName;
         xercesc::XMLUri::normalizeURI(name, plainName);
-        return new PelXercesFileSource(base, plainName.getRawBuffer(), limits);
+        return new (&memory) PelXercesFileSource(base, plainName.getRawBuffer(), memory);
     }
     if (isLocalFile(url))
-        return new PelXercesFileSource(PelString(), withoutEscapes(url.getPath()), limits);
+        return new (&memory)
+            PelXercesFileSource(PelString(), withoutEscapes(url.getPath()), memory);
 #ifdef QRNDOM_REMOTE_ENTITIES
     return nullptr; // the engine's own way
 #else
-    return new UnreadableSource(name);
+    return new (&memory) UnreadableSource(name, memory);
 #endif
 }

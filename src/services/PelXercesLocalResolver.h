@@ -3,16 +3,16 @@
 
 #include <xercesc/util/XMLEntityResolver.hpp>
 
-class PelXercesReadLimits;
+class PelXercesReadMemory;
 
 /// Finds the external entities and DTDs that a document names: local files only, unless the library
 /// is built with remote entities. A remote one counts as unreadable and is never looked up.
 class PelXercesLocalResolver final : public xercesc::XMLEntityResolver {
 public:
-    explicit PelXercesLocalResolver(PelXercesReadLimits& readLimits) : limits(readLimits) {}
+    explicit PelXercesLocalResolver(PelXercesReadMemory& readMemory) : memory(readMemory) {}
 
     xercesc::InputSource* resolveEntity(xercesc::XMLResourceIdentifier* resource) override;
 
 private:
-    PelXercesReadLimits& limits;
+    PelXercesReadMemory& memory;
 };

@@ -1,31 +1,25 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "services/PelXercesReadLimits.h"
 #include "xerces/PelXercesMemory.h"
 
-#include <cstddef>
-
-class PelXercesReadLimits;
-
-/// The parser's memory in one read, within its limits. What the engine has lost track of by the
-/// end, as it does in external DTDs and after failures, goes with it.
-class PelXercesReadMemory final : public PelXercesMemory {
+/// The memory of one read but for its tree, and the limits that it keeps to.
+class PelXercesReadMemory final : public PelXercesJobMemory {
 public:
-    explicit PelXercesReadMemory(PelXercesReadLimits& readLimits) : limits(readLimits) {}
-    ~PelXercesReadMemory() override;
-    PelXercesReadMemory(const PelXercesReadMemory&) = delete;
-    PelXercesReadMemory& operator=(const PelXercesReadMemory&) = delete;
+    PelXercesReadLimits& getLimits() noexcept { return limits; }
 
-    void* allocate(XMLSize_t size) override;
-    void deallocate(void* memory) override;
+    void* allocate(XMLSize_t size) override {
+        limits.addMemory(size);
+        return PelXercesJobMemory::allocate(size);
+    }
+
+    void deallocate(void* memory) override {
+        if (memory != nullptr)
+            limits.removeMemory(sizeOf(memory));
+        PelXercesJobMemory::deallocate(memory);
+    }
 
 private:
-    struct alignas(std::max_align_t) Block {
-        Block* previous;
-        Block* next;
-        XMLSize_t size;
-    };
-
-    PelXercesReadLimits& limits;
-    Block* newest = nullptr;
+    PelXercesReadLimits limits;
 };

@@ -13,7 +13,7 @@
 #include <utility>
 
 PelXercesReader::PelXercesReader(PelXercesTreeBuilder::Road road, Observer observer)
-    : parser(memory, limits, road), reporter(std::move(observer)) {
+    : parser(memory, road), reporter(std::move(observer)) {
     parser.setValidationScheme(PelXercesTreeBuilder::Val_Auto);
     parser.setDoNamespaces(false);
     parser.setDoSchema(false);
@@ -27,7 +27,7 @@ PelXercesReader::PelXercesReader(PelXercesTreeBuilder::Road road, Observer obser
 
 PelXercesNodeRef PelXercesReader::readFile(const PelString& name) {
     return read(name, [&] {
-        const PelXercesFileSource source(name, limits);
+        const PelXercesFileSource source(name, memory);
         reporter.setName(name, source.getSystemId());
         parser.parse(source);
     });
@@ -39,7 +39,8 @@ PelXercesNodeRef PelXercesReader::readText(const void* bytes, std::size_t size,
     constexpr char systemId[] = "Dummy";
     limits.addInput(size);
     return read(name, [&] {
-        xercesc::MemBufInputSource source(static_cast<const XMLByte*>(bytes), size, systemId);
+        xercesc::MemBufInputSource source(static_cast<const XMLByte*>(bytes), size, systemId, false,
+                                          &memory);
         reporter.setName(name, systemId);
         if (encoding != nullptr)
             source.setEncoding(encoding);

@@ -3,7 +3,6 @@
 
 #include "services/PelXercesDOMTreeErrorReporter.h"
 #include "services/PelXercesLocalResolver.h"
-#include "services/PelXercesReadLimits.h"
 #include "services/PelXercesReadMemory.h"
 #include "services/PelXercesTreeBuilder.h"
 #include "xerces/PelXercesEngine.h"
@@ -32,9 +31,9 @@ private:
     PelXercesNodeRef read(const PelString& name, Parse parse);
 
     const PelXercesEngine::Share engine;
-    PelXercesReadLimits limits;
-    PelXercesReadMemory memory{limits};
-    PelXercesLocalResolver resolver{limits};
+    PelXercesReadMemory memory;
+    PelXercesReadLimits& limits = memory.getLimits();
+    PelXercesLocalResolver resolver{memory};
     xercesc::SecurityManager references;
     PelXercesTreeBuilder parser;
     PelXercesDOMTreeErrorReporter reporter; // goes before the parser

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "services/PelXercesTreeBuilder.h"
 
-#include "services/PelXercesReadLimits.h"
 #include "services/PelXercesReadMemory.h"
 #include "xerces/PelXercesLinks.h"
 
@@ -28,15 +27,16 @@ namespace {
 
 constexpr std::size_t longText = 0x8000;
 
+constexpr std::size_t maxIds = 500'000;
+
 // A default attribute takes the memory of many characters, whatever its value.
 constexpr std::size_t defaultCost = 64;
 constexpr std::size_t listedCost = 16;
 
 } // namespace
 
-PelXercesTreeBuilder::PelXercesTreeBuilder(PelXercesReadMemory& memory,
-                                           PelXercesReadLimits& readLimits, Road ownRoad)
-    : XercesDOMParser(nullptr, &memory), limits(readLimits), road(ownRoad) {
+PelXercesTreeBuilder::PelXercesTreeBuilder(PelXercesReadMemory& memory, Road ownRoad)
+    : XercesDOMParser(nullptr, &memory), limits(memory.getLimits()), road(ownRoad) {
 }
 
 // The engine makes the document with the parser's memory manager.
@@ -57,6 +57,7 @@ void PelXercesTreeBuilder::startElement(const xercesc::XMLElementDecl& declarati
     const bool isPlain = road == Road::fast && fWithinElement && !declaration.hasAttDefs() &&
                          fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE;
     if (!isPlain) {
+        forgetIds(attributes, count);
         XercesDOMParser::startElement(declaration, uriId, prefix, attributes, count, isEmpty,
                                       isRoot);
         reportElement();
@@ -126,6 +127,16 @@ void PelXercesTreeBuilder::docComment(const XMLCh* comment) {
 void PelXercesTreeBuilder::docPI(const XMLCh* target, const XMLCh* data) {
     endText();
     XercesDOMParser::docPI(target, data);
+}
+
+// The engine's table of IDs, which nothing here asks, fails when it has to hold some 720,000. The
+// parser has validated them by now.
+void PelXercesTreeBuilder::forgetIds(const Attributes& attributes, XMLSize_t count) {
+    for (XMLSize_t i = 0; i < count; ++i) {
+        auto* const attribute = const_cast<xercesc::XMLAttr*>(attributes.elementAt(i));
+        if (attribute->getType() == xercesc::XMLAttDef::ID && ++ids > maxIds)
+            attribute->setType(xercesc::XMLAttDef::CData);
+    }
 }
 
 // Of an element that the engine made.

@@ -28,7 +28,7 @@ public:
     static constexpr Road usualRoad = Road::engine;
 #endif
 
-    PelXercesTreeBuilder(PelXercesReadMemory& memory, PelXercesReadLimits& readLimits, Road road);
+    PelXercesTreeBuilder(PelXercesReadMemory& memory, Road road);
 
     void startDocument() override;
 
@@ -51,10 +51,14 @@ public:
     void notationDecl(const xercesc::XMLNotationDecl& notation, bool isIgnored) override;
 
 private:
+    using Attributes = xercesc::RefVectorOf<xercesc::XMLAttr>;
+
+    void forgetIds(const Attributes& attributes, XMLSize_t count);
     void endText();
     void reportElement();
 
     PelXercesReadLimits& limits;
     const Road road;
+    std::size_t ids = 0;
     std::u16string pendingText;
 };

@@ -8,10 +8,12 @@
 
 #include <qrndom/PelDOMNodeList.h>
 
+#include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
 #include <xercesc/dom/DOMText.hpp>
 
+using xercesc::DOMAttr;
 using xercesc::DOMElement;
 
 namespace {
@@ -28,6 +30,21 @@ xercesc::DOMNode* attributeAt(const PelDOMNodeContentImp& content, long index) {
     return element != nullptr && index >= 0
                ? element->getAttributes()->item(static_cast<XMLSize_t>(index))
                : nullptr;
+}
+
+// The engine's own way leaves an empty value behind when no memory is left. Nor does its table of
+// IDs ever forget one: each new value would take a further place, up to a number at which it fails.
+void setValue(DOMElement& element, const XMLCh* name, const XMLCh* value) {
+    DOMAttr* const attribute = element.getAttributeNode(name);
+    if (attribute != nullptr && PelXercesLinks::textOf(*attribute) != nullptr) {
+        PelXercesLinks::setData(*PelXercesLinks::textOf(*attribute), value);
+        static_cast<xercesc::DOMAttrImpl*>(attribute)->setSpecified(true);
+        return;
+    }
+    DOMAttr* const made = element.getOwnerDocument()->createAttribute(name);
+    made->setValue(value);
+    if (DOMAttr* const replaced = element.setAttributeNode(made))
+        replaced->release();
 }
 
 } // namespace
@@ -64,7 +81,7 @@ PelDOM::Error PelXercesDOMElement::setAttribute(const PelString& name, const Pel
     DOMElement* const element = elementOf(*this);
     if (element == nullptr)
         return PelDOM::INTERNAL_ERROR;
-    element->setAttribute(name.view().data(), value.view().data());
+    setValue(*element, name.view().data(), value.view().data());
     return PelDOM::SUCCESS;
 }
 
@@ -77,8 +94,9 @@ PelDOM::Error PelXercesDOMElement::appendTextElement(const PelString& name, cons
         return PelDOM::INTERNAL_ERROR;
     xercesc::DOMDocument* const document = node->getDocument();
     DOMElement* const element = document->createElement(name.view().data());
+    xercesc::DOMText* const content = document->createTextNode(text.view().data());
     PelXercesEditing::appendNew(*node, *element);
-    PelXercesEditing::appendNew(node->to(element), *document->createTextNode(text.view().data()));
+    PelXercesEditing::appendNew(node->to(element), *content);
     return PelDOM::SUCCESS;
 }
 

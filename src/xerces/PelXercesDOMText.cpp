@@ -2,6 +2,7 @@
 #include "xerces/PelXercesDOMText.h"
 
 #include "xerces/PelXercesDOMNode.h"
+#include "xerces/PelXercesLinks.h"
 
 #include <xercesc/dom/DOMText.hpp>
 
@@ -11,7 +12,7 @@ PelDOM::Error PelXercesDOMText::setValue(const PelString& value) {
     const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
     if (node == nullptr)
         return PelDOM::INTERNAL_ERROR;
-    node->as<xercesc::DOMText>()->setData(value.view().data());
+    PelXercesLinks::setData(*node->as<xercesc::DOMText>(), value.view().data());
     return PelDOM::SUCCESS;
 }
 

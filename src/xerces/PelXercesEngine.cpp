@@ -2,6 +2,7 @@
 #include "xerces/PelXercesEngine.h"
 
 #include <xercesc/dom/DOM.hpp>
+#include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 
 #include <mutex>
@@ -10,10 +11,14 @@ using xercesc::XMLPlatformUtils;
 
 namespace {
 
-// All three are free of destructors, so that handles in static storage may be dropped at exit.
+// All of these are free of destructors, so that handles in static storage may be dropped at exit.
 std::mutex lifecycle;
 long startsToStop = 0;
 long shares = 0;
+
+// A start of the engine that fails leaves it half built, in which state neither another start nor a
+// stop would survive.
+bool isHalfStarted = false;
 
 // The engine fills a table on the first append to any tree, which two threads must not do at once.
 void fillLazyTables() {
@@ -27,7 +32,11 @@ void fillLazyTables() {
 }
 
 void startLocked() {
+    if (isHalfStarted)
+        throw xercesc::OutOfMemoryException();
+    isHalfStarted = XMLPlatformUtils::fgMemoryManager == nullptr; // else it is up already
     XMLPlatformUtils::Initialize();
+    isHalfStarted = false;
     try {
         fillLazyTables();
     } catch (...) {
@@ -46,6 +55,8 @@ void PelXercesEngine::start() {
 
 void PelXercesEngine::stop() {
     const std::lock_guard<std::mutex> lock(lifecycle);
+    if (isHalfStarted)
+        return;
     if (startsToStop > 0)
         --startsToStop;
     else if (shares > 0)

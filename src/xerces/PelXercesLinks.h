@@ -7,6 +7,8 @@
 #include <xercesc/dom/impl/DOMTextImpl.hpp>
 #include <xercesc/util/XercesVersion.hpp>
 
+#include <utility>
+
 /// The links between the engine's nodes, set and followed without the run-time casts on which the
 /// engine spends most of the time that it takes to build a tree.
 class PelXercesLinks {
@@ -43,16 +45,36 @@ public:
         __builtin_prefetch(reinterpret_cast<const char*>(node) + cacheLine);
     }
 
+    /// The one text that an attribute consists of; null when it does not, or that is not known.
+    static xercesc::DOMText* textOf(const xercesc::DOMNode& attribute) {
+        if (!areKnown)
+            return nullptr;
+        xercesc::DOMNode* const first =
+            static_cast<const xercesc::DOMAttrImpl&>(attribute).fParent.fFirstChild;
+        if (first == nullptr || first->getNodeType() != xercesc::DOMNode::TEXT_NODE)
+            return nullptr;
+        auto* const text = static_cast<xercesc::DOMTextImpl*>(first);
+        return text->fChild.nextSibling == nullptr ? text : nullptr;
+    }
+
     /// The value of an attribute.
     static const XMLCh* valueOf(const xercesc::DOMNode& attribute) {
-        if (areKnown) {
-            const auto& known = static_cast<const xercesc::DOMAttrImpl&>(attribute);
-            xercesc::DOMNode* const first = known.fParent.fFirstChild;
-            if (first != nullptr && first->getNodeType() == xercesc::DOMNode::TEXT_NODE &&
-                static_cast<xercesc::DOMTextImpl*>(first)->fChild.nextSibling == nullptr)
-                return first->getNodeValue();
+        const xercesc::DOMText* const text = textOf(attribute);
+        return text != nullptr ? text->getData() : attribute.getNodeValue();
+    }
+
+    /// Replaces the data of a text. When no memory is left for that, the exception finds the old
+    /// data there, while the engine's own way would have emptied the text.
+    static void setData(xercesc::DOMText& text, const XMLCh* data) {
+        auto& known = static_cast<xercesc::DOMTextImpl&>(text);
+        if (!areKnown || known.fNode.isReadOnly()) {
+            text.setData(data);
+            return;
         }
-        return attribute.getNodeValue();
+        auto* const spare =
+            static_cast<xercesc::DOMTextImpl*>(text.getOwnerDocument()->createTextNode(data));
+        std::swap(known.fCharacterData.fDataBuf, spare->fCharacterData.fDataBuf);
+        spare->release();
     }
 
 private:

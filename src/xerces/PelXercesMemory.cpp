@@ -34,3 +34,34 @@ void* PelXercesMemory::allocate(XMLSize_t size) {
 void PelXercesMemory::deallocate(void* memory) {
     ::operator delete(memory);
 }
+
+PelXercesJobMemory::~PelXercesJobMemory() {
+    for (Block* block = newest; block != nullptr;) {
+        Block* const older = block->previous;
+        PelXercesMemory::deallocate(block);
+        block = older;
+    }
+}
+
+void* PelXercesJobMemory::allocate(XMLSize_t size) {
+    auto* const block =
+        new (PelXercesMemory::allocate(sizeof(Block) + size)) Block{newest, nullptr, size};
+    if (newest != nullptr)
+        newest->next = block;
+    newest = block;
+    return block + 1;
+}
+
+void PelXercesJobMemory::deallocate(void* memory) {
+    if (memory == nullptr)
+        return;
+    Block* const block = static_cast<Block*>(memory) - 1;
+    (block->next != nullptr ? block->next->previous : newest) = block->previous;
+    if (block->previous != nullptr)
+        block->previous->next = block->next;
+    PelXercesMemory::deallocate(block);
+}
+
+XMLSize_t PelXercesJobMemory::sizeOf(const void* memory) {
+    return (static_cast<const Block*>(memory) - 1)->size;
+}

@@ -18,3 +18,29 @@ public:
     void* allocate(XMLSize_t size) override;
     void deallocate(void* memory) override;
 };
+
+/// The memory of one job. What the engine has lost track of by its end, as it does in external DTDs
+/// and after failures, goes with it.
+class PelXercesJobMemory : public PelXercesMemory {
+public:
+    PelXercesJobMemory() = default;
+    ~PelXercesJobMemory() override;
+    PelXercesJobMemory(const PelXercesJobMemory&) = delete;
+    PelXercesJobMemory& operator=(const PelXercesJobMemory&) = delete;
+
+    void* allocate(XMLSize_t size) override;
+    void deallocate(void* memory) override;
+
+protected:
+    /// The size of an allocation.
+    static XMLSize_t sizeOf(const void* memory);
+
+private:
+    struct alignas(std::max_align_t) Block {
+        Block* previous;
+        Block* next;
+        XMLSize_t size;
+    };
+
+    Block* newest = nullptr;
+};

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#include "failing_memory.h"
+#include "support.h"
+
+#include <set>
+#include <sys/wait.h>
+#include <unistd.h>
+
+static PelDOMElement rootOf(const PelDOMDocument& document) { return document.getDocumentElement(); }
+
+TEST(AStartWithoutMemory, EndsWithAnExceptionAndSoDoAllLaterOnes) {
+    long n = 0;
+    int status = 0;
+    for (; status == 0; ++n) {
+        if (fork() == 0) {
+            PelDOMUtilites& object = services();
+            if (!FailingMemory::failsAt(n, [&] { object.init(); })) _exit(1);
+            EXPECT_THROW(object.createDocument("a"), xercesc::OutOfMemoryException);
+            EXPECT_EQ(answers({object.terminate(), object.getErrorStatus()}), "ok not-started");
+            _exit(HasFailure() ? 2 : 0);
+        }
+        ASSERT_GT(wait(&status), 0);
+    }
+    EXPECT_GT(n, 100);
+    EXPECT_EQ(WEXITSTATUS(status), 255); // the engine itself ends the process late in its start
+}
+
+TEST(AUseWithoutMemory, IsDoneOrNotDoneAndLosesNothing) {
+    const ScratchFolder folder;
+    const std::string dtd = "<!ELEMENT a (#PCDATA|b)*><!ATTLIST a d CDATA 'default'><!ENTITY e '&#38;amp;'>";
+    const std::string file = folder.write("in.xml", "<!DOCTYPE a SYSTEM 'a.dtd'><a>x &e;</a>");
+    const PelString text(("<!DOCTYPE a [" + dtd + "]><a>x &e;</a>").c_str());
+    const PelString value(std::string(9999, 'x').c_str()), tree("<r old='1'><a b='2'/>text</r>");
+    folder.write("a.dtd", dtd);
+    const auto keep = [](PelDOMDocument& document, const PelDOMDocument& read) {
+        read.isNull() == 0 ? void(document = read) : void(std::cerr << "null");
+    };
+    const std::function<void(PelDOMDocument&)> uses[] = {[&](auto& document) { keep(document, parse(text)); },
+        [&](auto& document) { keep(document, services().readDocumentFromStringA(text)); },
+        [&](auto& document) { keep(document, readFile(file)); },
+        [&](auto& document) { document = services().createDocument("created"); },
+        [&](auto& document) { show(document); },
+        [&](auto& document) { rootOf(document).setAttribute("old", value); },
+        [&](auto& document) { rootOf(document).setAttribute("new", value); },
+        [&](auto& document) { rootOf(document).removeAttribute("old"); },
+        [&](auto& document) { PelDOMText(childAt(rootOf(document), 1)).setValue(value); },
+        [&](auto& document) { append(rootOf(document), childAt(rootOf(document), 0)); },
+        [&](auto& document) { PelDOMFiler(document).appendElement("n", 1.5, "%999.2f"); },
+        [&](auto& document) { document.dump(1); },
+        [&](auto& document) { services().writeDocument(document, PelString(value) += "", 0, 1, 0); },
+        [&](auto& document) { services().writeDocument(document, folder.file("out.xml").c_str()); }};
+    for (const auto& use : uses) {
+        std::set<std::string> states{show(parse(tree))};
+        std::string state(9999, ' '); // in the heap, before and after
+        bool hasFailed = true;
+        for (long n = 0; hasFailed; ++n) {
+            parse(tree);
+            const long before = FailingMemory::alive;
+            {
+                PelDOMDocument document = parse(tree);
+                const FailingMemory::ErrorStream errors;
+                hasFailed = FailingMemory::failsAt(n, [&] { use(document); });
+                state = show(document);
+                const std::string said = errors.text.str();
+                EXPECT_EQ(said, hasFailed && !said.empty() ? "An error occured during parsing\n \nnull" : "");
+            }
+            parse(tree); // drops the message of the last read, too
+            EXPECT_TRUE(FailingMemory::alive == before || FailingMemory::hasMetLossyEngine) << n << state;
+            states.insert(state);
+        }
+        EXPECT_LE(states.size(), 2U) << &use - uses << testing::PrintToString(states);
+    }
+}
+
+TEST(AFileThatFails, IsAnsweredAndSpoilsNothing) {
+    const ScratchFolder folder;
+    const PelDOMDocument document = parse("<a>text</a>");
+    for (const std::string& name : {std::string("/dev/full"), folder.file("missing/out.xml"), folder.path}) {
+        EXPECT_EQ(services().writeDocument(document, name.c_str()), PelDOM::SUCCESS) << name;
+        EXPECT_EQ(services().writeDocument(document, folder.file("out.xml").c_str()), PelDOM::SUCCESS);
+        EXPECT_EQ(show(readFile(folder.file("out.xml"))), "#9(a(|text|))") << name;
+    }
+    const std::string whole = "<!DOCTYPE a [<!ENTITY e 'v'><!ELEMENT a ANY>]><a>&e;</a>";
+    for (std::size_t length = 0; length < whole.size(); ++length)
+        EXPECT_EQ(show(readFile(folder.write("cut.xml", whole.substr(0, length)))), "null") << length;
+    const std::string unreadable = folder.write("unreadable.xml", whole);
+    EXPECT_EQ(readFile(unreadable).isNull(), 0);
+    std::filesystem::permissions(unreadable, std::filesystem::perms::none);
+    EXPECT_EQ(readFile(unreadable).isNull(), geteuid() != 0 ? 1 : 0); // root reads everything
+}
