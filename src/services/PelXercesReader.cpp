@@ -36,7 +36,7 @@ PelXercesNodeRef PelXercesReader::readFile(const PelString& name) {
 PelXercesNodeRef PelXercesReader::readText(const void* bytes, std::size_t size,
                                            const XMLCh* encoding) {
     constexpr char name[] = "text";
-    constexpr char systemId[] = "Dummy";
+    constexpr char16_t systemId[] = u"Dummy";
     limits.addInput(size);
     return read(name, [&] {
         xercesc::MemBufInputSource source(static_cast<const XMLByte*>(bytes), size, systemId, false,
