@@ -49,12 +49,12 @@ TEST(AUseWithoutMemory, IsDoneOrNotDoneAndLosesNothing) {
         [&](auto& document) { document.dump(1); },
         [&](auto& document) { services().writeDocument(document, PelString(value) += "", 0, 1, 0); },
         [&](auto& document) { services().writeDocument(document, folder.file("out.xml").c_str()); }};
+    EXPECT_EQ(show(readFile(folder.file("absent.xml"))), "null"); // makes room for a message
     for (const auto& use : uses) {
         std::set<std::string> states{show(parse(tree))};
         std::string state(9999, ' '); // in the heap, before and after
         bool hasFailed = true;
         for (long n = 0; hasFailed; ++n) {
-            parse(tree);
             const long before = FailingMemory::alive;
             {
                 PelDOMDocument document = parse(tree);
@@ -64,7 +64,6 @@ TEST(AUseWithoutMemory, IsDoneOrNotDoneAndLosesNothing) {
                 const std::string said = errors.text.str();
                 EXPECT_EQ(said, hasFailed && !said.empty() ? "An error occured during parsing\n \nnull" : "");
             }
-            parse(tree); // drops the message of the last read, too
             EXPECT_TRUE(FailingMemory::alive == before || FailingMemory::hasMetLossyEngine) << n << state;
             states.insert(state);
         }
