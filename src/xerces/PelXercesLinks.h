@@ -7,6 +7,9 @@
 #include <xercesc/dom/impl/DOMTextImpl.hpp>
 #include <xercesc/util/XercesVersion.hpp>
 
+#include <cstddef>
+#include <cstdint>
+
 /// The links between the engine's nodes, set and followed without the run-time casts on which the
 /// engine spends most of the time that it takes to build a tree.
 class PelXercesLinks {
@@ -39,8 +42,9 @@ public:
     /// node's class and links while other work goes on; null does nothing.
     static void fetch(const xercesc::DOMNode* node) {
         constexpr std::size_t cacheLine = 64;
+        const auto address = reinterpret_cast<std::uintptr_t>(node);
         __builtin_prefetch(node);
-        __builtin_prefetch(reinterpret_cast<const char*>(node) + cacheLine);
+        __builtin_prefetch(reinterpret_cast<const void*>(address + cacheLine));
     }
 
     /// The value of an attribute.
