@@ -78,10 +78,11 @@ void formatOfKnownKinds(Input& in) {
     std::vector<Argument> arguments;
     while (!in.isAtEnd() && pattern.size() < 200) {
         const std::size_t kind = in.below(7);
-        if (kind == 0)
-            pattern +=
-                in.below(4) == 0 ? std::string("%%") : std::regex_replace(in.text(20), std::regex("%"), ".");
-        if (kind == 0) continue;
+        if (kind == 0) { // text
+            const PelString text = std::regex_replace(in.text(20), std::regex("%"), "%%").c_str();
+            pattern += text.toUtf8();
+            continue;
+        }
         std::string flags;
         for (std::size_t i = in.below(4); i > 0; --i)
             flags += in.oneOf(std::string(kind < 3 ? "-" : "-+ #0"));

@@ -9,23 +9,24 @@
 #include <algorithm>
 #include <array>
 #include <deque>
-#include <functional>
 #include <map>
-#include <memory>
 #include <optional>
 
 namespace {
 
-struct Tree;
+using xercesc::DOMException;
+using xercesc::XMLPlatformUtils;
+using Text = std::u16string_view;
 
 struct Node {
-    Tree* tree;
+    Node* document; // null for a document itself
     PelDOM::NodeType type;
     std::u16string name;
     std::u16string value;
+    std::map<std::u16string, std::u16string> attributes = {};
+    std::map<std::u16string, std::u16string> defaults = {}; // of elements b in this document
     Node* parent = nullptr;
     std::vector<Node*> children = {};
-    std::map<std::u16string, std::u16string> attributes = {};
     const void* engineNode = nullptr; // known from the first handle to it
 
     void append(Node& child) {
@@ -38,41 +39,27 @@ struct Node {
     }
 
     bool isWithin(const Node& ancestor) const {
-        const Node* node = this;
-        while (node != nullptr && node != &ancestor) node = node->parent;
-        return node != nullptr;
+        return this == &ancestor || (parent != nullptr && parent->isWithin(ancestor));
     }
 
     Node* child(PelDOM::NodeType wanted) const {
-        const auto found = std::find_if(
-            children.begin(), children.end(), [&](const Node* node) { return node->type == wanted; });
-        return found != children.end() ? *found : nullptr;
-    }
-
-    void addElements(std::u16string_view tag, std::vector<Node*>& found) const {
         for (Node* const node : children)
-            if (node->type == PelDOM::ELEMENT_NODE) {
-                if (tag == u"*" || tag == node->name) found.push_back(node);
-                node->addElements(tag, found);
-            }
+            if (node->type == wanted) return node;
+        return nullptr;
     }
-};
 
-/// Nodes stay to the end, as they do in a document.
-struct Tree {
-    std::deque<Node> nodes;
-    std::map<std::u16string, std::map<std::u16string, std::u16string>> defaults = {};
-
-    Node& make(PelDOM::NodeType type, const std::u16string& name = {}, const std::u16string& value = {}) {
-        Node& node = nodes.emplace_back(Node{this, type, name, value});
-        if (type == PelDOM::ELEMENT_NODE && defaults.count(name) != 0) node.attributes = defaults[name];
-        return node;
+    void addElements(Text tag, std::vector<Node*>& found) const {
+        for (Node* const node : children) {
+            if (node->type == PelDOM::ELEMENT_NODE && (tag == u"*" || tag == node->name))
+                found.push_back(node);
+            node->addElements(tag, found);
+        }
     }
-    Node& add(Node& parent, PelDOM::NodeType type, const std::u16string& name = {},
-        const std::u16string& value = {}) {
-        Node& node = make(type, name, value);
-        parent.append(node);
-        return node;
+
+    void stamp(int level) {
+        if (type == PelDOM::ELEMENT_NODE)
+            attributes[u"PARSELEVEL"] = PelString(std::to_string(level).c_str()).view();
+        for (Node* const node : children) node->stamp(level + 1);
     }
 };
 
@@ -82,6 +69,10 @@ struct Ref {
     bool isNull = true;
 
     bool is(PelDOM::NodeType type) const { return node != nullptr && node->type == type; }
+    Ref root() const {
+        return is(PelDOM::DOCUMENT_NODE) ? Ref{node->child(PelDOM::ELEMENT_NODE), false} : Ref();
+    }
+    PelDOM::Error code() const { return node != nullptr ? PelDOM::SUCCESS : PelDOM::NULL_NODE; }
 };
 
 Ref to(Node* node) { return {node, false}; }
@@ -96,13 +87,11 @@ struct List {
     Node* root = nullptr;
     std::optional<std::u16string> tag;
 
-    std::vector<Node*> expected() const {
-        std::vector<Node*> nodes;
-        if (root != nullptr && tag)
-            root->addElements(*tag, nodes);
-        else if (root != nullptr)
-            nodes = root->children;
-        return nodes;
+    std::vector<Node*> nodes() const {
+        if (root == nullptr || !tag) return root != nullptr ? root->children : std::vector<Node*>();
+        std::vector<Node*> found;
+        root->addElements(*tag, found);
+        return found;
     }
 };
 
@@ -113,32 +102,32 @@ struct Filer {
     Ref element;
 };
 
-constexpr std::u16string_view goodNames[] = {
-    u"r", u"a", u"b", u"b-1", u"\u00e9\u4e2d", u"_x.y", u"p:q", u":a"};
-constexpr std::u16string_view badNames[] = {
-    u"", u"1", u"a b", u"-a", u"a\u00d7", u"\xD800", u"<", std::u16string_view(u"\0a", 2)};
-constexpr std::u16string_view values[] = {u"", u"v", u" ", u"12", u"\u00e9\u4e2d\U0001F600", u"<&>\"'\r\n\t",
-    u"long text, longer than before, and longer again and again", std::u16string_view(u"x\0y", 3),
-    std::u16string_view(u"\0z", 2), u"\xDC00", u"]]>"};
+constexpr Text goodNames[] = {u"r", u"a", u"b", u"d", u"b-1", u"\u00e9\u4e2d", u"_x.y", u"p:q", u":a"};
+constexpr Text badNames[] = {u"", u"1", u"a b", u"-a", u"a\u00d7", u"\xD800", u"<", Text(u"\0a", 2)};
+constexpr Text values[] = {u"", u"v", u" ", u"12", u"\u00e9\u4e2d\U0001F600", u"<&>\"'\r\n\t",
+    Text(u"x\0y", 3), Text(u"\0z", 2), u"\xDC00",
+    u"long text, longer than before, and longer again and again"};
 
 // Strings end at their first U+0000 where the tree takes them.
-std::u16string inTree(std::u16string_view text) { return std::u16string(text.substr(0, text.find(u'\0'))); }
+std::u16string inTree(Text text) { return std::u16string(text.substr(0, text.find(u'\0'))); }
 
-bool isName(std::u16string_view name) {
+bool isName(Text name) {
     return std::find(std::begin(goodNames), std::end(goodNames), inTree(name)) != std::end(goodNames);
 }
 
-constexpr int hierarchy = -xercesc::DOMException::HIERARCHY_REQUEST_ERR;
-constexpr int wrongDocument = -xercesc::DOMException::WRONG_DOCUMENT_ERR;
-constexpr int invalidName = -xercesc::DOMException::INVALID_CHARACTER_ERR;
+constexpr int hierarchy = -DOMException::HIERARCHY_REQUEST_ERR;
+constexpr int invalidName = -DOMException::INVALID_CHARACTER_ERR;
 
 // The code of a call, negative for an exception.
-int codeOf(const std::function<int()>& call) {
+template <class Call>
+void expectCode(std::string_view what, int expected, Call call) {
+    int code = 0;
     try {
-        return call();
-    } catch (const xercesc::DOMException& exception) {
-        return -exception.code;
+        code = call();
+    } catch (const DOMException& exception) {
+        code = -exception.code;
     }
+    expectSame(code, expected, what);
 }
 
 int expectedOfAppend(const Ref& parentRef, const Ref& childRef) {
@@ -146,13 +135,14 @@ int expectedOfAppend(const Ref& parentRef, const Ref& childRef) {
     const Node& parent = *parentRef.node;
     const Node& child = *childRef.node;
     const bool intoDocument = parent.type == PelDOM::DOCUMENT_NODE;
+    const bool intoType = parent.type == PelDOM::DOCUMENT_TYPE_NODE;
     if (&parent == &child || (child.type == PelDOM::XML_DECL_NODE && !intoDocument)) return hierarchy;
-    if (parent.type != PelDOM::ELEMENT_NODE && !intoDocument && parent.type != PelDOM::DOCUMENT_TYPE_NODE)
-        return hierarchy;
+    if (parent.type != PelDOM::ELEMENT_NODE && !intoDocument && !intoType) return hierarchy;
     const bool isSingle = child.type == PelDOM::ELEMENT_NODE || child.type == PelDOM::DOCUMENT_TYPE_NODE;
     if (intoDocument && isSingle && parent.child(child.type) != nullptr) return hierarchy;
-    if (parent.tree != child.tree || child.type == PelDOM::DOCUMENT_NODE) return wrongDocument;
-    if (parent.type == PelDOM::DOCUMENT_TYPE_NODE || parent.isWithin(child)) return hierarchy;
+    if (child.document != (intoDocument ? &parent : parent.document))
+        return -DOMException::WRONG_DOCUMENT_ERR;
+    if (intoType || parent.isWithin(child)) return hierarchy;
     if (!intoDocument) return child.type == PelDOM::DOCUMENT_TYPE_NODE ? hierarchy : PelDOM::SUCCESS;
     // The engine takes white space between the nodes of a document.
     const bool isText = child.type == PelDOM::TEXT_NODE && !child.value.empty();
@@ -165,17 +155,16 @@ class World {
 public:
     explicit World(Input& source) : in(source) {
         const bool isFree = in.below(8) == 0;
-        if (isFree && isHeld) xercesc::XMLPlatformUtils::Terminate();
-        if (!isFree && !isHeld) xercesc::XMLPlatformUtils::Initialize();
+        if (isFree && isHeld) XMLPlatformUtils::Terminate();
+        if (!isFree && !isHeld) XMLPlatformUtils::Initialize();
         isHeld = !isFree;
     }
 
     void run() {
-        for (int step = 0; !in.isAtEnd() && step < 400; ++step) {
-            const auto operation = operations[in.below(operations.size())];
-            (this->*operation)();
+        for (int step = 1; !in.isAtEnd() && step < 400; ++step) {
+            (this->*in.oneOf(operations))();
             checkServices();
-            if (step % 16 == 15) checkAll();
+            if (step % 16 == 0) checkAll();
         }
         checkAll();
         while (!handles.empty() || !lists.empty() || !filers.empty()) dropOne();
@@ -185,11 +174,9 @@ public:
     }
 
 private:
-    static bool engineIsUp() { return xercesc::XMLPlatformUtils::fgMemoryManager != nullptr; }
+    static bool engineIsUp() { return XMLPlatformUtils::fgMemoryManager != nullptr; }
 
-    // Comparing.
-
-    static void checkRef(const PelDOMNode& handle, const Ref& ref) {
+    static void check(const PelDOMNode& handle, const Ref& ref) {
         expectSame(handle.isNull() == 1, ref.isNull, "isNull");
         expectSame(
             handle.getErrorStatus(), ref.isNull ? PelDOM::NO_IMPLEMENTATION : PelDOM::SUCCESS, "status");
@@ -200,84 +187,61 @@ private:
         expectSame(engineNode, ref.node->engineNode, "node");
     }
 
-    static void checkElement(const PelDOMElement& element, const Ref& ref) {
-        const bool isElement = ref.is(PelDOM::ELEMENT_NODE);
-        const auto attributes = isElement ? ref.node->attributes : decltype(ref.node->attributes)();
-        const auto count = static_cast<long>(attributes.size());
-        expectSame(element.getTagName().view(), isElement ? ref.node->name : u"", "tag name");
+    static void checkContent(const PelDOMNode& handle, const Ref& ref) {
+        check(handle, ref);
+        static const Node nothing = {nullptr, PelDOM::NO_NODE, u"", u""};
+        const Node& node = ref.node != nullptr ? *ref.node : nothing;
+        const PelDOMElement element(handle);
+        const auto count = static_cast<long>(node.attributes.size());
+        expectSame(element.getTagName().view(), node.name, "tag name");
         expectSame(element.getNumAttributes(), count, "number of attributes");
         expectSame(
             element.getAttributeNameAt(-1) + element.getAttributeValueAt(count), PelString(), "outside");
         long i = 0;
-        for (const auto& [name, value] : attributes) {
+        for (const auto& [name, value] : node.attributes) {
             expectSame(element.getAttributeNameAt(i).view(), name, "attribute name");
             expectSame(element.getAttributeValueAt(i++).view(), value, "attribute value");
-            expectSame(element.getAttribute(PelString(std::u16string_view(name))).view(), value, "attribute");
+            expectSame(element.getAttribute(PelString(Text(name))).view(), value, "attribute");
         }
-        const bool hasText = ref.node != nullptr && ref.node->children.size() == 1 &&
-                             ref.node->children[0]->type == PelDOM::TEXT_NODE;
+        expectSame(PelDOMText(handle).getValue().view(), node.value, "text");
+        const bool hasText = node.children.size() == 1 && node.children[0]->type == PelDOM::TEXT_NODE;
         PelString text = u"kept";
         expectSame(
             element.getChildTextValue(text), hasText ? PelDOM::SUCCESS : PelDOM::INVALID_VALUE, "code");
-        expectSame(text.view(), hasText ? ref.node->children[0]->value : u"kept", "child text");
+        expectSame(text.view(), hasText ? node.children[0]->value : u"kept", "child text");
+        check(PelDOMDocument(handle).getDocumentElement(), ref.root());
     }
 
     void checkList(const List& list) {
-        const std::vector<Node*> nodes = list.expected();
-        const auto count = static_cast<long>(nodes.size());
-        expectSame(list.handle.length(), count, "length");
+        const std::vector<Node*> listed = list.nodes();
+        const auto count = static_cast<long>(listed.size());
         const long turn = static_cast<long>(in.byte()); // where to begin, and which way
+        expectSame(list.handle.length(), count, "length");
+        PelDOMNode item;
+        const PelDOM::Error outside = list.root != nullptr ? PelDOM::INDEX_OUT_OF_RANGE : PelDOM::NULL_NODE;
+        expectSame(list.handle.item(count, item), outside, "item past the end");
+        expectSame(list.handle.item(-1, item), outside, "item before the first");
+        check(item, Ref());
         for (long i = 0; i < count; ++i) {
             const long index = turn % 2 == 0 ? (turn + i) % count : count - 1 - (turn + i) % count;
-            PelDOMNode item;
             expectSame(list.handle.item(index, item), PelDOM::SUCCESS, "item");
-            checkRef(item, to(nodes[static_cast<std::size_t>(index)]));
+            checkContent(item, to(listed[static_cast<std::size_t>(index)]));
         }
-        PelDOMNode kept;
-        const PelDOM::Error outside = list.root != nullptr ? PelDOM::INDEX_OUT_OF_RANGE : PelDOM::NULL_NODE;
-        expectSame(list.handle.item(count, kept), outside, "item past the end");
-        expectSame(list.handle.item(-1, kept), outside, "item before the first");
-        checkRef(kept, Ref());
-    }
-
-    void checkHandle(const Handle& one) {
-        const auto& [handle, ref] = one;
-        checkRef(handle, ref);
-        checkElement(PelDOMElement(handle), ref);
-        expectSame(
-            PelDOMText(handle).getValue().view(), ref.is(PelDOM::TEXT_NODE) ? ref.node->value : u"", "text");
-        List children;
-        expectSame(handle.getChildNodes(children.handle),
-            ref.node != nullptr ? PelDOM::SUCCESS : PelDOM::NULL_NODE, "getChildNodes");
-        children.root = ref.node;
-        checkList(children);
-        checkRef(PelDOMDocument(handle).getDocumentElement(), rootOf(ref));
     }
 
     void checkAll() {
-        for (const Handle& handle : handles) checkHandle(handle);
+        for (const auto& [handle, ref] : handles) {
+            checkContent(handle, ref);
+            List children = {PelDOMNodeList(), ref.node, std::nullopt};
+            expectSame(handle.getChildNodes(children.handle), ref.code(), "getChildNodes");
+            checkList(children);
+        }
         for (const List& list : lists) checkList(list);
         for (Filer& filer : filers) {
-            checkRef(filer.handle.document(), filer.document);
-            checkRef(filer.handle.currentNode(), filer.node);
-            checkRef(filer.handle.currentElement(), filer.element);
+            check(filer.handle.document(), filer.document);
+            check(filer.handle.currentNode(), filer.node);
+            check(filer.handle.currentElement(), filer.element);
         }
-        for (Tree& tree : trees) // all of a tree that a handle leads to
-            for (Node& node : tree.nodes)
-                if (node.engineNode != nullptr) checkTree(node);
-    }
-
-    // Only handles lead into a tree; a tree without any is gone.
-    void checkTree(const Node& node) {
-        for (const Handle& one : handles)
-            if (one.ref.node == &node)
-                for (std::size_t i = 0; i < node.children.size(); ++i) {
-                    Handle child = {PelDOMNode(), to(node.children[i])};
-                    List list = {PelDOMNodeList(), one.ref.node, std::nullopt};
-                    one.handle.getChildNodes(list.handle);
-                    list.handle.item(static_cast<long>(i), child.handle);
-                    checkHandle(child);
-                }
     }
 
     void checkServices() const {
@@ -287,338 +251,261 @@ private:
         for (const List& list : lists) isInUse = isInUse || list.root != nullptr;
         for (const Filer& filer : filers)
             isInUse = isInUse || filer.document.node || filer.node.node || filer.element.node;
-        if (isHeld && !isInUse && !engineIsUp()) xercesc::XMLPlatformUtils::Initialize(); // one stop too many
+        if (isHeld && !isInUse && !engineIsUp()) XMLPlatformUtils::Initialize(); // one stop too many
         expectSame(engineIsUp(), isInUse || isHeld, "engine is up");
     }
 
-    // Choosing.
-
     Handle& some() {
         if (handles.empty()) handles.emplace_back();
-        return handles[in.below(handles.size())];
+        return in.oneOf(handles);
     }
 
-    std::u16string_view name() {
+    Text name() {
         const std::size_t choice = in.below(32);
         return choice < std::size(badNames) ? badNames[choice] : in.oneOf(goodNames);
     }
 
     void keep(const PelDOMNode& handle, const Ref& ref) {
-        checkRef(handle, ref);
-        if (handles.size() >= 12)
-            some() = {handle, ref};
-        else
-            handles.push_back({handle, ref});
+        check(handle, ref);
+        if (handles.size() < 12) handles.emplace_back();
+        (handles.back().ref.isNull ? handles.back() : some()) = {handle, ref};
     }
 
     void keep(const List& list) {
         checkList(list);
-        if (lists.size() >= 6)
-            lists[in.below(6)] = list;
-        else
+        if (lists.size() < 6)
             lists.push_back(list);
+        else
+            in.oneOf(lists) = list;
     }
 
-    static Ref rootOf(const Ref& document) {
-        if (!document.is(PelDOM::DOCUMENT_NODE)) return Ref();
-        return to(document.node->child(PelDOM::ELEMENT_NODE));
+    Node& make(
+        Node* document, PelDOM::NodeType type, Text tag = {}, Text value = {}, Node* parent = nullptr) {
+        Node& node = nodes.emplace_back(Node{document, type, inTree(tag), inTree(value)});
+        if (node.name == u"b") node.attributes = document->defaults;
+        if (parent != nullptr) parent->append(node);
+        return node;
     }
 
-    // What the calls do to the model.
-
-    static int setInModel(const Ref& element, std::u16string_view key, std::u16string_view value) {
+    // What both setting an attribute and adding an element refuse.
+    static int refusal(const Ref& element, Text key, Text value) {
         if (!element.is(PelDOM::ELEMENT_NODE)) return PelDOM::NULL_NODE;
         if (key.empty() || value.empty()) return PelDOM::INVALID_VALUE;
-        if (!isName(key)) return invalidName;
-        element.node->attributes[inTree(key)] = inTree(value);
-        return PelDOM::SUCCESS;
+        return isName(key) ? 0 : invalidName;
     }
 
-    static int appendTextInModel(const Ref& element, std::u16string_view tag, std::u16string_view text) {
-        if (!element.is(PelDOM::ELEMENT_NODE)) return PelDOM::NULL_NODE;
-        if (tag.empty() || text.empty()) return PelDOM::INVALID_VALUE;
-        if (!isName(tag)) return invalidName;
-        Tree& tree = *element.node->tree;
-        tree.add(
-            tree.add(*element.node, PelDOM::ELEMENT_NODE, inTree(tag)), PelDOM::TEXT_NODE, u"", inTree(text));
-        return PelDOM::SUCCESS;
+    static int setInModel(const Ref& element, Text key, Text value) {
+        const int code = refusal(element, key, value);
+        if (code == 0) element.node->attributes[inTree(key)] = inTree(value);
+        return code;
     }
 
-    static void stampInModel(Node& node, int level) {
-        if (node.type == PelDOM::ELEMENT_NODE)
-            node.attributes[u"PARSELEVEL"] = PelString(std::to_string(level).c_str()).view();
-        for (Node* const child : node.children) stampInModel(*child, level + 1);
+    int appendInModel(const Ref& element, Text tag, Text text) {
+        const int code = refusal(element, tag, text);
+        if (code != 0) return code;
+        Node& added = make(element.node->document, PelDOM::ELEMENT_NODE, tag, u"", element.node);
+        make(added.document, PelDOM::TEXT_NODE, u"", text, &added);
+        return code;
     }
 
-    // Operations.
-
-    void create() {
-        const std::u16string_view tag = name();
+    void createDocument() {
+        const Text tag = name();
+        const bool hasColon = tag.find(u':') != tag.npos;
+        const int refused = hasColon ? -DOMException::NAMESPACE_ERR : invalidName;
         startImplicitly();
-        const bool isGood = isName(tag) && tag.find(u':') == tag.npos;
-        const int code = codeOf([&] {
+        expectCode("createDocument", tag.empty() || (isName(tag) && !hasColon) ? 0 : refused, [&] {
             const PelDOMDocument document = services().createDocument(PelString(tag));
-            if (tag.empty()) {
-                checkRef(document, Ref());
-                return 0;
-            }
-            if (!isGood) return 1; // it should not have been made
-            Tree& tree = trees.emplace_back();
-            Node& top = tree.make(PelDOM::DOCUMENT_NODE);
-            tree.add(top, PelDOM::XML_DECL_NODE);
-            tree.add(top, PelDOM::ELEMENT_NODE, inTree(tag));
-            keep(document, to(&top));
+            Node* const top = tag.empty() ? nullptr : &make(nullptr, PelDOM::DOCUMENT_NODE);
+            if (top != nullptr) make(top, PelDOM::XML_DECL_NODE, u"", u"", top);
+            if (top != nullptr) make(top, PelDOM::ELEMENT_NODE, tag, u"", top);
+            keep(document, Ref{top, top == nullptr});
             return 0;
         });
-        if (tag.empty() || isGood)
-            expectSame(code, 0, "createDocument");
-        else
-            expectSame(code < 0, true, "createDocument with a bad name");
     }
 
-    void read() {
-        static constexpr const char* texts[] = {"<r a='1'>x<b/><!--c--><![CDATA[y]]><?p q?></r>",
-            "<!DOCTYPE r [<!ELEMENT r ANY><!ELEMENT b ANY><!ATTLIST b d CDATA 'def'>]><r><b>t</b></r>",
-            "<r>"};
-        const std::size_t choice = in.below(3);
+    void readDocument() {
         startImplicitly();
-        const PelDOMDocument document = services().readDocumentFromStringW(texts[choice]);
-        if (choice == 2) {
-            keep(document, Ref());
-            return;
-        }
-        Tree& tree = trees.emplace_back();
-        Node& top = tree.make(PelDOM::DOCUMENT_NODE);
-        if (choice == 1) {
-            tree.defaults[u"b"][u"d"] = u"def";
-            tree.add(top, PelDOM::DOCUMENT_TYPE_NODE);
-        }
-        Node& root = tree.add(top, PelDOM::ELEMENT_NODE, u"r");
-        if (choice == 0) {
+        Node* const top = &make(nullptr, PelDOM::DOCUMENT_NODE);
+        if (in.below(2) == 0) {
+            Node& root = make(top, PelDOM::ELEMENT_NODE, u"r", u"", top);
             root.attributes[u"a"] = u"1";
-            tree.add(root, PelDOM::TEXT_NODE, u"", u"x");
-        }
-        Node& b = tree.add(root, PelDOM::ELEMENT_NODE, u"b");
-        if (choice == 0)
+            make(top, PelDOM::TEXT_NODE, u"", u"x", &root);
+            make(top, PelDOM::ELEMENT_NODE, u"b", u"", &root);
             for (const auto type :
                 {PelDOM::COMMENT_NODE, PelDOM::CDATA_SECTION_NODE, PelDOM::PROCESSING_INSTRUCTION_NODE})
-                tree.add(root, type);
-        else
-            tree.add(b, PelDOM::TEXT_NODE, u"", u"t");
-        keep(document, to(&top));
+                make(top, type, u"", u"", &root);
+            keep(services().readDocumentFromStringW("<r a='1'>x<b/><!--c--><![CDATA[y]]><?p q?></r>"),
+                to(top));
+        } else {
+            top->defaults[u"d"] = u"def";
+            make(top, PelDOM::DOCUMENT_TYPE_NODE, u"", u"", top);
+            make(top, PelDOM::ELEMENT_NODE, u"b", u"", &make(top, PelDOM::ELEMENT_NODE, u"r", u"", top));
+            keep(services().readDocumentFromStringW("<!DOCTYPE r [<!ELEMENT r ANY><!ELEMENT b ANY>"
+                                                    "<!ATTLIST b d CDATA 'def'>]><r><b/></r>"),
+                to(top));
+        }
     }
 
     void createElement() {
-        const Handle from = some();
-        const std::u16string_view tag = name();
-        const bool isDocument = from.ref.is(PelDOM::DOCUMENT_NODE);
-        const int code = codeOf([&] {
-            const PelDOMElement element = PelDOMDocument(from.handle).createElement(PelString(tag));
-            if (!isDocument)
-                checkRef(element, Ref());
-            else if (isName(tag))
-                keep(element, to(&from.ref.node->tree->make(PelDOM::ELEMENT_NODE, inTree(tag))));
-            return 0;
-        });
-        expectSame(code, isDocument && !isName(tag) ? invalidName : 0, "createElement");
+        const auto [handle, ref] = some();
+        const Text tag = name();
+        const bool isDocument = ref.is(PelDOM::DOCUMENT_NODE);
+        expectCode("createElement", isDocument && !isName(tag) ? invalidName : 0,
+            [&, &from = handle, node = ref.node] {
+                const PelDOMElement element = PelDOMDocument(from).createElement(PelString(tag));
+                keep(element, isDocument ? to(&make(node, PelDOM::ELEMENT_NODE, tag)) : Ref());
+                return 0;
+            });
     }
 
     void createText() {
-        const Handle from = some();
-        const std::u16string_view text = in.oneOf(values);
-        const PelDOMText node = PelDOMDocument(from.handle).createTextNode(PelString(text));
-        const bool isDocument = from.ref.is(PelDOM::DOCUMENT_NODE);
-        keep(node, isDocument ? to(&from.ref.node->tree->make(PelDOM::TEXT_NODE, u"", inTree(text))) : Ref());
+        const auto [handle, ref] = some();
+        const Text text = in.oneOf(values);
+        keep(PelDOMDocument(handle).createTextNode(PelString(text)),
+            ref.is(PelDOM::DOCUMENT_NODE) ? to(&make(ref.node, PelDOM::TEXT_NODE, u"", text)) : Ref());
     }
 
     void append() {
-        Handle parent = some();
+        Handle& parent = some();
         Handle& child = some();
         const int expected = expectedOfAppend(parent.ref, child.ref);
-        expectSame(codeOf([&] { return parent.handle.appendChild(child.handle); }), expected, "appendChild");
+        expectCode("appendChild", expected, [&] { return parent.handle.appendChild(child.handle); });
         if (expected == PelDOM::SUCCESS) parent.ref.node->append(*child.ref.node);
-        checkRef(child.handle, child.ref);
     }
 
-    void setAttribute() {
+    void change() {
         Handle& one = some();
-        const std::u16string_view key = name();
-        const std::u16string_view value = in.oneOf(values);
-        const int code =
-            codeOf([&] { return PelDOMElement(one.handle).setAttribute(PelString(key), PelString(value)); });
-        expectSame(code, setInModel(one.ref, key, value), "setAttribute");
-        checkElement(PelDOMElement(one.handle), one.ref);
+        PelDOMElement element(one.handle);
+        const Text key = name();
+        const Text text = in.oneOf(values);
+        const PelString value(text);
+        const bool isText = one.ref.is(PelDOM::TEXT_NODE);
+        switch (in.below(4)) {
+        case 0:
+            expectCode("setValue", !isText ? PelDOM::INTERNAL_ERROR : PelDOM::checkString(value, 0),
+                [&] { return PelDOMText(one.handle).setValue(value); });
+            if (isText && !text.empty()) one.ref.node->value = inTree(text);
+            break;
+        case 1:
+            expectCode("appendTextElement", appendInModel(one.ref, key, text),
+                [&] { return element.appendTextElement(PelString(key), value); });
+            break;
+        default:
+            expectCode("setAttribute", setInModel(one.ref, key, text),
+                [&] { return element.setAttribute(PelString(key), value); });
+        }
     }
 
     void removeAttribute() {
         Handle& one = some();
-        const std::u16string_view key = name();
+        const Text key = name();
         const bool isGood = one.ref.is(PelDOM::ELEMENT_NODE) && !key.empty();
-        expectSame(codeOf([&] { return PelDOMElement(one.handle).removeAttribute(PelString(key)); }),
-            isGood ? PelDOM::SUCCESS : PelDOM::INVALID_VALUE, "removeAttribute");
-        if (isGood) { // a default takes the place of what is removed
-            auto& defaults = one.ref.node->tree->defaults[one.ref.node->name];
-            const bool wasThere = one.ref.node->attributes.erase(inTree(key)) != 0;
-            if (wasThere && defaults.count(inTree(key)) != 0)
-                one.ref.node->attributes[inTree(key)] = defaults[inTree(key)];
-        }
-        checkElement(PelDOMElement(one.handle), one.ref);
+        expectCode("removeAttribute", isGood ? PelDOM::SUCCESS : PelDOM::INVALID_VALUE,
+            [&] { return PelDOMElement(one.handle).removeAttribute(PelString(key)); });
+        if (!isGood || one.ref.node->attributes.erase(inTree(key)) == 0) return;
+        // A default takes the place of what is removed.
+        if (one.ref.node->name == u"b")
+            one.ref.node->attributes.merge(std::map(one.ref.node->document->defaults));
     }
 
-    void appendTextElement() {
-        Handle& one = some();
-        const std::u16string_view tag = name();
-        const std::u16string_view text = in.oneOf(values);
-        const int code = codeOf(
-            [&] { return PelDOMElement(one.handle).appendTextElement(PelString(tag), PelString(text)); });
-        expectSame(code, appendTextInModel(one.ref, tag, text), "appendTextElement");
-    }
-
-    void setValue() {
-        Handle& one = some();
-        const std::u16string_view text = in.oneOf(values);
-        const bool isText = one.ref.is(PelDOM::TEXT_NODE);
-        expectSame(PelDOMText(one.handle).setValue(PelString(text)),
-            !isText        ? PelDOM::INTERNAL_ERROR
-            : text.empty() ? PelDOM::INVALID_VALUE
-                           : PelDOM::SUCCESS,
-            "setValue");
-        if (isText && !text.empty()) one.ref.node->value = inTree(text);
-    }
-
-    void goToParent() {
-        const Handle from = some();
-        Handle& out = some();
-        expectSame(from.handle.getParentNode(out.handle), from.ref.node ? PelDOM::SUCCESS : PelDOM::NULL_NODE,
-            "getParentNode");
-        if (from.ref.node != nullptr) out.ref = to(from.ref.node->parent);
-        checkRef(out.handle, out.ref);
-    }
-
-    void goToDocument() {
-        const Handle from = some();
+    void navigate() {
+        const auto [handle, ref] = some();
+        PelDOMNode parent;
         PelDOMDocument document;
-        expectSame(from.handle.getOwnerDocument(document),
-            from.ref.node ? PelDOM::SUCCESS : PelDOM::NULL_NODE, "getOwnerDocument");
-        if (from.ref.node == nullptr)
-            keep(document, Ref());
-        else
-            keep(document,
-                to(from.ref.is(PelDOM::DOCUMENT_NODE) ? nullptr : &from.ref.node->tree->nodes.front()));
+        switch (in.below(3)) {
+        case 0:
+            expectSame(handle.getParentNode(parent), ref.code(), "getParentNode");
+            keep(parent, ref.node != nullptr ? to(ref.node->parent) : Ref());
+            break;
+        case 1:
+            expectSame(handle.getOwnerDocument(document), ref.code(), "getOwnerDocument");
+            keep(document, ref.node != nullptr ? to(ref.node->document) : Ref());
+            break;
+        default:
+            keep(PelDOMDocument(handle).getDocumentElement(), ref.root());
+        }
     }
 
-    void goToRoot() {
-        const Handle from = some();
-        keep(PelDOMDocument(from.handle).getDocumentElement(), rootOf(from.ref));
-    }
-
-    void goToItem() {
+    void item() {
         if (lists.empty()) return;
-        const List& list = lists[in.below(lists.size())];
-        const std::vector<Node*> nodes = list.expected();
-        const std::size_t index = in.below(256);
-        PelDOMNode item;
-        if (nodes.empty()) return;
-        list.handle.item(static_cast<long>(index % nodes.size()), item);
-        // An index after the last call's may be asked for without the length in between.
-        keep(item, to(nodes[index % nodes.size()]));
+        const List& list = in.oneOf(lists);
+        const std::vector<Node*> listed = list.nodes();
+        const std::size_t index = in.byte() % (listed.size() + 1);
+        PelDOMNode node;
+        list.handle.item(static_cast<long>(index), node);
+        keep(node, index < listed.size() ? to(listed[index]) : Ref());
     }
 
-    void listChildren() {
-        const Handle from = some();
-        List list;
-        from.handle.getChildNodes(list.handle);
-        list.root = from.ref.node;
-        keep(list);
-    }
-
-    void listTags() {
-        const Handle from = some();
-        const std::u16string tag(in.below(4) == 0 ? u"*" : name());
-        List list = {PelDOMNodeList(), from.ref.is(PelDOM::ELEMENT_NODE) ? from.ref.node : nullptr, tag};
-        const int count =
-            PelDOMElement(from.handle).getElementsByTagName(PelString(std::u16string_view(tag)), list.handle);
-        expectSame(static_cast<std::size_t>(count), list.expected().size(), "getElementsByTagName");
-        keep(list);
+    void list() {
+        const auto [handle, ref] = some();
+        const bool isElement = ref.is(PelDOM::ELEMENT_NODE);
+        const Text tag = in.below(4) == 0 ? u"*" : name();
+        List children = {PelDOMNodeList(), ref.node, std::nullopt};
+        List elements = {PelDOMNodeList(), isElement ? ref.node : nullptr, std::u16string(tag)};
+        handle.getChildNodes(children.handle);
+        const int count = PelDOMElement(handle).getElementsByTagName(PelString(tag), elements.handle);
+        expectSame(static_cast<std::size_t>(count), elements.nodes().size(), "getElementsByTagName");
+        keep(in.below(2) == 0 ? children : elements);
     }
 
     void assign() {
         Handle& target = some();
-        const Handle& source = some();
+        Handle& source = some();
         expectSame(&(target.handle = source.handle), &source.handle, "value of an assignment");
         target.ref = source.ref;
-        checkRef(target.handle, target.ref);
+        if (!lists.empty()) in.oneOf(lists) = List(in.oneOf(lists));
+        if (!filers.empty()) in.oneOf(filers) = Filer(in.oneOf(filers));
     }
 
-    void assignList() {
-        if (!lists.empty()) lists[in.below(lists.size())] = List(lists[in.below(lists.size())]);
+    template <class Things>
+    bool dropFrom(Things& things) {
+        if (things.empty()) return false;
+        things.erase(things.begin() + static_cast<long>(in.below(things.size())));
+        return true;
     }
 
     void dropOne() {
         const std::size_t kind = in.below(4);
-        if (kind == 0 && !lists.empty())
-            lists.erase(lists.begin() + static_cast<long>(in.below(lists.size())));
-        else if (kind == 1 && !filers.empty())
-            filers.erase(filers.begin() + static_cast<long>(in.below(filers.size())));
-        else if (!handles.empty())
-            handles.erase(handles.begin() + static_cast<long>(in.below(handles.size())));
-        else if (!lists.empty())
-            lists.pop_back();
-        else if (!filers.empty())
-            filers.pop_back();
+        if ((kind == 0 && dropFrom(lists)) || (kind == 1 && dropFrom(filers))) return;
+        dropFrom(handles) || dropFrom(lists) || dropFrom(filers);
     }
 
     void makeFiler() {
-        const Handle from = some();
-        PelDOMDocument document(from.handle);
-        Filer filer = {PelDOMFiler(document), from.ref, from.ref, rootOf(from.ref)};
-        if (filers.size() < 4)
-            filers.push_back(filer);
-        else
-            filers[in.below(4)] = filer;
+        const auto [handle, ref] = some();
+        PelDOMDocument document(handle);
+        if (filers.size() < 4) filers.push_back({PelDOMFiler(document), ref, ref, ref.root()});
     }
 
     void useFiler() {
         if (filers.empty()) return;
-        Filer& filer = filers[in.below(filers.size())];
-        const std::u16string_view tag = name();
-        const PelString key(tag);
-        const long whole = static_cast<long>(in.byte()) - 100;
+        Filer& filer = in.oneOf(filers);
+        const Text key = name();
+        const auto put = [&](const auto& value, Text text) {
+            if (in.below(2) == 0)
+                expectCode("filer: append", appendInModel(filer.element, key, text),
+                    [&] { return filer.handle.appendElement(PelString(key), value); });
+            else
+                expectCode("filer: set", setInModel(filer.element, key, text),
+                    [&] { return filer.handle.setAttribute(PelString(key), value); });
+        };
+        const Text text = in.oneOf(values);
+        const int whole = static_cast<int>(in.byte());
         const PelString digits = std::to_string(whole).c_str();
-        const PelString real = digits + u".500000";
-        const double half = static_cast<double>(whole) + (whole < 0 ? -0.5 : 0.5);
-        const PelString text(in.oneOf(values));
-        switch (in.below(7)) {
-        case 0: {
-            Handle& to = some();
-            filer.handle.setCurrentNode(to.handle);
-            filer.node = to.ref;
-            if (to.ref.is(PelDOM::ELEMENT_NODE)) filer.element = to.ref;
+        Handle& target = some();
+        switch (in.below(5)) {
+        case 0:
+            filer.handle.setCurrentNode(target.handle);
+            filer.node = target.ref;
+            if (target.ref.is(PelDOM::ELEMENT_NODE)) filer.element = target.ref;
             break;
-        }
         case 1:
-            expectSame(codeOf([&] { return filer.handle.appendElement(key, text); }),
-                appendTextInModel(filer.element, tag, text.view()), "filer: append text");
-            break;
+            return put(PelString(text), text);
         case 2:
-            expectSame(codeOf([&] { return filer.handle.appendElement(key, whole); }),
-                appendTextInModel(filer.element, tag, digits.view()), "filer: append long");
-            break;
+            return put(whole, digits.view());
         case 3:
-            expectSame(codeOf([&] { return filer.handle.appendElement(key, half); }),
-                appendTextInModel(filer.element, tag, real.view()), "filer: append double");
-            break;
-        case 4:
-            expectSame(codeOf([&] { return filer.handle.setAttribute(key, text); }),
-                setInModel(filer.element, tag, text.view()), "filer: set text");
-            break;
-        case 5:
-            expectSame(codeOf([&] { return filer.handle.setAttribute(key, static_cast<int>(whole)); }),
-                setInModel(filer.element, tag, digits.view()), "filer: set int");
-            break;
+            return put(long{whole}, digits.view());
         default:
-            expectSame(codeOf([&] { return filer.handle.setAttribute(key, half); }),
-                setInModel(filer.element, tag, real.view()), "filer: set double");
+            return put(whole + 0.5, (digits + u".500000").view());
         }
     }
 
@@ -626,7 +513,7 @@ private:
         Handle& one = some();
         one.handle.dump(1);
         one.handle.dumpParseLevel(2);
-        if (one.ref.node != nullptr) stampInModel(*one.ref.node, 2);
+        if (one.ref.node != nullptr) one.ref.node->stamp(2);
     }
 
     void startImplicitly() {
@@ -649,16 +536,15 @@ private:
 
     void release() {
         PelDOMUtilites::releaseUtilities();
-        if (status != PelDOM::NOT_INITIALIZED) starts = std::max(0, starts - 1);
+        if (status == PelDOM::SUCCESS) starts = std::max(0, starts - 1);
         status = PelDOM::NOT_INITIALIZED;
     }
 
     // Those that make trees grow stand more than once.
-    static constexpr std::array operations = {&World::create, &World::read, &World::createElement,
+    static constexpr std::array operations = {&World::createDocument, &World::readDocument,
         &World::createElement, &World::createText, &World::append, &World::append, &World::append,
-        &World::setAttribute, &World::removeAttribute, &World::appendTextElement, &World::appendTextElement,
-        &World::setValue, &World::goToParent, &World::goToDocument, &World::goToRoot, &World::goToItem,
-        &World::goToItem, &World::listChildren, &World::listTags, &World::assign, &World::assignList,
+        &World::change, &World::change, &World::change, &World::removeAttribute, &World::navigate,
+        &World::navigate, &World::item, &World::item, &World::list, &World::list, &World::assign,
         &World::dropOne, &World::dropOne, &World::makeFiler, &World::useFiler, &World::useFiler, &World::dump,
         &World::init, &World::terminate, &World::release, &World::checkAll};
 
@@ -666,7 +552,7 @@ private:
     static inline bool isHeld = false;
 
     Input& in;
-    std::deque<Tree> trees; // before the handles, which are dropped first
+    std::deque<Node> nodes; // they stay to the end, as they do in a document
     std::vector<Handle> handles;
     std::vector<List> lists;
     std::vector<Filer> filers;

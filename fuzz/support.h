@@ -60,7 +60,7 @@ public:
     }
 
     template <class Choices>
-    auto oneOf(const Choices& choices) {
+    auto& oneOf(Choices&& choices) {
         return choices[below(std::size(choices))];
     }
 
