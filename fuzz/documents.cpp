@@ -138,21 +138,16 @@ std::string outline(const PelDOMDocument& document) {
     return all;
 }
 
+constexpr char notWritten[] = "not written";
+
 std::string textOf(const PelDOMDocument& document, int newlines = 0) {
     PelString text;
-    if (document.isNull() == 0)
-        expectSame(
-            services().writeDocument(document, text, 0, newlines, 0), PelDOM::SUCCESS, "write to string");
-    return text.toUtf8();
+    const PelDOM::Error code = services().writeDocument(document, text, 0, newlines, 0);
+    return code == PelDOM::SUCCESS ? text.toUtf8() : notWritten;
 }
 
-std::size_t sizeOf(const PelDOMDocument& document) {
-    PelString text;
-    services().writeDocument(document, text, 0, 0, 0);
-    return static_cast<std::size_t>(text.length());
-}
-
-void expectSameTrees(const PelDOMDocument& one, const PelDOMDocument& two, std::string_view what) {
+// Handles tell nothing of what stands in comments, instructions and CDATA sections; the text does.
+void expectSameDocuments(const PelDOMDocument& one, const PelDOMDocument& two, std::string_view what) {
     expectSame(outline(one), outline(two), what);
     expectSame(textOf(one), textOf(two), what);
 }
@@ -191,11 +186,8 @@ bool removeType(const PelDOMDocument& document) {
 }
 
 void checkWriting(const PelDOMDocument& document, const std::string& bytes) {
-    PelString written;
-    if (services().writeDocument(document, written, 0, 0, 0) == PelDOM::INTERNAL_ERROR &&
-        mayHoldLoneSurrogate(bytes))
-        return;
     const std::string text = textOf(document);
+    if (text == notWritten && mayHoldLoneSurrogate(bytes)) return;
     expectSame(replaced(textOf(document, 1), "\n", ""), replaced(text, "\n", ""), "added line feeds");
     PelString target = scratch.path.c_str();
     expectSame(services().writeDocument(document, target, 1, 0, 0), PelDOM::SUCCESS, "write to file");
@@ -203,14 +195,14 @@ void checkWriting(const PelDOMDocument& document, const std::string& bytes) {
     const PelDOMDocument back = services().readDocumentFromStringW(text.c_str());
     if (removeType(document)) {
         if (back.isNull() == 0 && removeType(back))
-            expectSame(outline(back), outline(document), "read back with type");
+            expectSameDocuments(back, document, "read back with its type");
         checkWriting(document, bytes);
         return;
     }
     if (back.isNull() == 1 && mayBeVersion11(bytes)) return;
     expectSame(outline(back), outline(document), "read back from the string");
     expectSame(textOf(back), withoutReturns(text), "written again");
-    if (text.find('\r') == text.npos) expectSameTrees(scratch.read(), back, "read back from the file");
+    if (text.find('\r') == text.npos) expectSameDocuments(scratch.read(), back, "read back from the file");
 }
 
 // Whether the bytes are UTF-8, for the engine as for us.
@@ -234,19 +226,18 @@ int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
     const std::string bytes(data, data + size);
     const PelString narrow(std::u16string(data, data + size));
     const PelDOMDocument document = services().readDocumentFromStringA(narrow);
-    if (sizeOf(document) > longestText) return 0;
+    if (textOf(document).size() > longestText) return 0;
     scratch.write(bytes);
-    const std::string tree = outline(document);
-    expectSame(outline(scratch.read()), tree, "read from a file and from a narrow string");
+    expectSameDocuments(scratch.read(), document, "read from a file and from a narrow string");
     if (isPlainUtf8(bytes))
-        expectSame(outline(services().readDocumentFromStringW(bytes.c_str())), tree,
+        expectSameDocuments(services().readDocumentFromStringW(bytes.c_str()), document,
             "read from a UTF-16 string and from a narrow string");
 
     const std::u16string units = unitsOf(bytes);
     const PelDOMDocument wide = services().readDocumentFromStringW(PelString(std::u16string_view(units)));
     const bool hasMark = !units.empty() && (units[0] == 0xFEFF || units[0] == 0xFFFE);
-    if (hasMark && bytes.size() % 2 == 0) expectSame(outline(wide), tree, "read as bytes and as units");
+    if (hasMark && bytes.size() % 2 == 0) expectSameDocuments(wide, document, "read as bytes and as units");
     for (const PelDOMDocument& one : {document, wide})
-        if (one.isNull() == 0 && sizeOf(one) <= longestText) checkWriting(one, bytes);
+        if (one.isNull() == 0 && textOf(one).size() <= longestText) checkWriting(one, bytes);
     return 0;
 }
