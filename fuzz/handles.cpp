@@ -116,7 +116,7 @@ private:
     void checkList(const List& list) {
         const std::vector<Node*> listed = list.nodes();
         const auto count = static_cast<long>(listed.size());
-        const long turn = static_cast<long>(in.byte()); // where to begin, and which way
+        const long turn = turns++ % 100; // where to begin, and which way
         expectSame(list.handle.length(), count, "length");
         PelDOMNode item;
         const PelDOM::Error outside = list.root != nullptr ? PelDOM::INDEX_OUT_OF_RANGE : PelDOM::NULL_NODE;
@@ -460,6 +460,7 @@ private:
     std::vector<Filer> filers;
     PelDOM::Error status = PelDOM::NOT_INITIALIZED;
     int starts = 0;
+    long turns = 0;
 };
 
 } // namespace
