@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Any bytes as a document: all ways of reading it agree, every handle and list into it answers, and
 // what is written of it reads as the same tree again.
+#include "services/PelXercesReader.h"
 #include "support.h"
 #include "xerces/PelXercesDOMNode.h"
 
 #include <xercesc/dom/DOM.hpp>
+#include <xercesc/framework/MemBufInputSource.hpp>
 
 #include <algorithm>
 #include <filesystem>
@@ -205,6 +207,13 @@ void checkWriting(const PelDOMDocument& document, const std::string& bytes) {
     if (text.find('\r') == text.npos) expectSameDocuments(scratch.read(), back, "read back from the file");
 }
 
+// Read without our own way of building trees.
+PelDOMDocument readByEngine(const unsigned char* data, std::size_t size) {
+    const xercesc::MemBufInputSource source(data, size, "Dummy");
+    const PelXercesNodeRef node = PelXercesReader(PelXercesTreeBuilder::Road::engine).readSource(source);
+    return PelDOMDocument(node ? new PelXercesDOMNode(node) : nullptr);
+}
+
 // Whether the bytes are UTF-8, for the engine as for us.
 bool isPlainUtf8(const std::string& bytes) {
     const bool namesEncoding = bytes.substr(0, bytes.find("?>")).find("encoding") != bytes.npos;
@@ -229,6 +238,7 @@ int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
     if (textOf(document).size() > longestText) return 0;
     scratch.write(bytes);
     expectSameDocuments(scratch.read(), document, "read from a file and from a narrow string");
+    expectSameDocuments(readByEngine(data, size), document, "read by the engine and by us");
     if (isPlainUtf8(bytes))
         expectSameDocuments(services().readDocumentFromStringW(bytes.c_str()), document,
             "read from a UTF-16 string and from a narrow string");
