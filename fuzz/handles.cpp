@@ -63,7 +63,7 @@ public:
         for (int step = 1; !in.isAtEnd() && step < 400; ++step) {
             (this->*in.oneOf(operations))();
             checkServices();
-            if (step % 16 == 0) checkAll();
+            if (step % 32 == 0) checkAll();
         }
         checkAll();
         handles.clear();
