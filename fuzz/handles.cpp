@@ -1,0 +1,472 @@
+// SPDX-License-Identifier: MIT
+// Random calls on handles, lists, filers and services, each compared with a plain model of the trees.
+#include "support.h"
+#include "tree_model.h"
+#include "xerces/PelXercesDOMNode.h"
+
+#include <xercesc/util/PlatformUtils.hpp>
+
+#include <algorithm>
+#include <array>
+#include <deque>
+#include <optional>
+
+namespace {
+
+using xercesc::XMLPlatformUtils;
+
+struct Handle {
+    PelDOMNode handle;
+    Ref ref;
+};
+
+struct List {
+    PelDOMNodeList handle;
+    Node* root = nullptr;
+    std::optional<std::u16string> tag;
+
+    std::vector<Node*> nodes() const {
+        if (root == nullptr || !tag) return root != nullptr ? root->children : std::vector<Node*>();
+        std::vector<Node*> found;
+        root->addElements(*tag, found);
+        return found;
+    }
+};
+
+struct Filer {
+    PelDOMFiler handle;
+    Ref document, node, element;
+};
+
+// The code of a call, negative for an exception.
+template <class Call>
+void expectCode(std::string_view what, int expected, Call call) {
+    int code = 0;
+    try {
+        code = call();
+    } catch (const DOMException& exception) {
+        code = -exception.code;
+    }
+    expectSame(code, expected, what);
+}
+
+class World {
+public:
+    explicit World(Input& source) : in(source) {
+        const bool isFree = in.below(8) == 0;
+        if (isFree && isHeld) XMLPlatformUtils::Terminate();
+        if (!isFree && !isHeld) XMLPlatformUtils::Initialize();
+        isHeld = !isFree;
+    }
+
+    void run() {
+        for (int step = 1; !in.isAtEnd() && step < 400; ++step) {
+            (this->*in.oneOf(operations))();
+            checkServices();
+            if (step % 32 == 0) checkAll();
+        }
+        checkAll();
+        handles.clear();
+        lists.clear();
+        filers.clear();
+        for (services(); starts > 0;) terminate();
+        checkServices();
+        PelDOMUtilites::releaseUtilities();
+    }
+
+private:
+    static bool engineIsUp() { return XMLPlatformUtils::fgMemoryManager != nullptr; }
+
+    static void check(const PelDOMNode& handle, const Ref& ref) {
+        expectSame(handle.isNull() == 1, ref.isNull, "isNull");
+        expectSame(
+            handle.getErrorStatus(), ref.isNull ? PelDOM::NO_IMPLEMENTATION : PelDOM::SUCCESS, "status");
+        expectSame(handle.getNodeType(), ref.node != nullptr ? ref.node->type : PelDOM::NO_NODE, "type");
+        if (ref.node == nullptr) return;
+        const void* const engineNode = PelXercesDOMNode::of(*handle.getNodeImp()).getNode();
+        if (ref.node->engineNode == nullptr) ref.node->engineNode = engineNode;
+        expectSame(engineNode, ref.node->engineNode, "node");
+    }
+
+    static void checkContent(const PelDOMNode& handle, const Ref& ref) {
+        check(handle, ref);
+        static const Node nothing = {nullptr, PelDOM::NO_NODE, u"", u""};
+        const Node& node = ref.node != nullptr ? *ref.node : nothing;
+        const PelDOMElement element(handle);
+        const auto count = static_cast<long>(node.attributes.size());
+        expectSame(element.getTagName().view(), node.name, "tag name");
+        expectSame(element.getNumAttributes(), count, "number of attributes");
+        expectSame(
+            element.getAttributeNameAt(-1) + element.getAttributeValueAt(count), PelString(), "outside");
+        long i = 0;
+        for (const auto& [name, value] : node.attributes) {
+            expectSame(element.getAttributeNameAt(i).view(), name, "attribute name");
+            expectSame(element.getAttributeValueAt(i++).view(), value, "attribute value");
+            expectSame(element.getAttribute(PelString(Text(name))).view(), value, "attribute");
+        }
+        expectSame(PelDOMText(handle).getValue().view(), node.value, "text");
+        const bool hasText = node.children.size() == 1 && node.children[0]->type == PelDOM::TEXT_NODE;
+        PelString text = u"kept";
+        expectSame(
+            element.getChildTextValue(text), hasText ? PelDOM::SUCCESS : PelDOM::INVALID_VALUE, "code");
+        expectSame(text.view(), hasText ? node.children[0]->value : u"kept", "child text");
+        check(PelDOMDocument(handle).getDocumentElement(), ref.root());
+    }
+
+    void checkList(const List& list) {
+        const std::vector<Node*> listed = list.nodes();
+        const auto count = static_cast<long>(listed.size());
+        const long turn = turns++ % 100; // where to begin, and which way
+        expectSame(list.handle.length(), count, "length");
+        PelDOMNode item;
+        const PelDOM::Error outside = list.root != nullptr ? PelDOM::INDEX_OUT_OF_RANGE : PelDOM::NULL_NODE;
+        expectSame(list.handle.item(count, item), outside, "item past the end");
+        expectSame(list.handle.item(-1, item), outside, "item before the first");
+        check(item, Ref());
+        for (long i = 0; i < count; ++i) {
+            const long index = turn % 2 == 0 ? (turn + i) % count : count - 1 - (turn + i) % count;
+            expectSame(list.handle.item(index, item), PelDOM::SUCCESS, "item");
+            checkContent(item, to(listed[static_cast<std::size_t>(index)]));
+        }
+    }
+
+    void checkAll() {
+        for (const auto& [handle, ref] : handles) {
+            checkContent(handle, ref);
+            List children = {PelDOMNodeList(), ref.node, std::nullopt};
+            expectSame(handle.getChildNodes(children.handle), ref.code(), "getChildNodes");
+            checkList(children);
+        }
+        for (const List& list : lists) checkList(list);
+        for (Filer& filer : filers) {
+            check(filer.handle.document(), filer.document);
+            check(filer.handle.currentNode(), filer.node);
+            check(filer.handle.currentElement(), filer.element);
+        }
+    }
+
+    void checkServices() const {
+        expectSame(services().getErrorStatus(), status, "status of the services");
+        bool isInUse = starts > 0;
+        for (const Handle& handle : handles) isInUse = isInUse || handle.ref.node != nullptr;
+        for (const List& list : lists) isInUse = isInUse || list.root != nullptr;
+        for (const Filer& filer : filers)
+            isInUse = isInUse || filer.document.node || filer.node.node || filer.element.node;
+        if (isHeld && !isInUse && !engineIsUp()) XMLPlatformUtils::Initialize(); // one stop too many
+        expectSame(engineIsUp(), isInUse || isHeld, "engine is up");
+    }
+
+    Handle& some() {
+        if (handles.empty()) handles.emplace_back();
+        return in.oneOf(handles);
+    }
+
+    Text name() {
+        const std::size_t choice = in.below(32);
+        return choice < std::size(badNames) ? badNames[choice] : in.oneOf(goodNames);
+    }
+
+    void keep(const PelDOMNode& handle, const Ref& ref) {
+        check(handle, ref);
+        if (handles.size() < 12) handles.emplace_back();
+        (handles.back().ref.isNull ? handles.back() : some()) = {handle, ref};
+    }
+
+    void keep(const List& list) {
+        checkList(list);
+        if (lists.size() < 6)
+            lists.push_back(list);
+        else
+            in.oneOf(lists) = list;
+    }
+
+    Node& make(
+        Node* document, PelDOM::NodeType type, Text tag = {}, Text value = {}, Node* parent = nullptr) {
+        Node& node = nodes.emplace_back(Node{document, type, inTree(tag), inTree(value)});
+        if (node.name == u"b") node.attributes = document->defaults;
+        if (parent != nullptr) parent->append(node);
+        return node;
+    }
+
+    // What both setting an attribute and adding an element refuse.
+    static int refusal(const Ref& element, Text key, Text value) {
+        if (!element.is(PelDOM::ELEMENT_NODE)) return PelDOM::NULL_NODE;
+        if (key.empty() || value.empty()) return PelDOM::INVALID_VALUE;
+        return isName(key) ? 0 : invalidName;
+    }
+
+    static int setInModel(const Ref& element, Text key, Text value) {
+        const int code = refusal(element, key, value);
+        if (code == 0) element.node->attributes[inTree(key)] = inTree(value);
+        return code;
+    }
+
+    int appendInModel(const Ref& element, Text tag, Text text) {
+        const int code = refusal(element, tag, text);
+        if (code != 0) return code;
+        Node& added = make(element.node->document, PelDOM::ELEMENT_NODE, tag, u"", element.node);
+        make(added.document, PelDOM::TEXT_NODE, u"", text, &added);
+        return code;
+    }
+
+    void createDocument() {
+        const Text tag = name();
+        const bool hasColon = tag.find(u':') != tag.npos;
+        const int refused = hasColon ? -DOMException::NAMESPACE_ERR : invalidName;
+        startImplicitly();
+        expectCode("createDocument", tag.empty() || (isName(tag) && !hasColon) ? 0 : refused, [&] {
+            const PelDOMDocument document = services().createDocument(PelString(tag));
+            Node* const top = tag.empty() ? nullptr : &make(nullptr, PelDOM::DOCUMENT_NODE);
+            if (top != nullptr) make(top, PelDOM::XML_DECL_NODE, u"", u"", top);
+            if (top != nullptr) make(top, PelDOM::ELEMENT_NODE, tag, u"", top);
+            keep(document, Ref{top, top == nullptr});
+            return 0;
+        });
+    }
+
+    void readDocument() {
+        startImplicitly();
+        Node* const top = &make(nullptr, PelDOM::DOCUMENT_NODE);
+        if (in.below(2) == 0) {
+            Node& root = make(top, PelDOM::ELEMENT_NODE, u"r", u"", top);
+            root.attributes[u"a"] = u"1";
+            make(top, PelDOM::TEXT_NODE, u"", u"x", &root);
+            make(top, PelDOM::ELEMENT_NODE, u"b", u"", &root);
+            for (const auto type :
+                {PelDOM::COMMENT_NODE, PelDOM::CDATA_SECTION_NODE, PelDOM::PROCESSING_INSTRUCTION_NODE})
+                make(top, type, u"", u"", &root);
+            keep(services().readDocumentFromStringW("<r a='1'>x<b/><!--c--><![CDATA[y]]><?p q?></r>"),
+                to(top));
+        } else {
+            top->defaults[u"d"] = u"def";
+            make(top, PelDOM::DOCUMENT_TYPE_NODE, u"", u"", top);
+            make(top, PelDOM::ELEMENT_NODE, u"b", u"", &make(top, PelDOM::ELEMENT_NODE, u"r", u"", top));
+            keep(services().readDocumentFromStringW("<!DOCTYPE r [<!ELEMENT r ANY><!ELEMENT b ANY>"
+                                                    "<!ATTLIST b d CDATA 'def'>]><r><b/></r>"),
+                to(top));
+        }
+    }
+
+    void createNode() {
+        const Handle from = some();
+        PelDOMDocument document(from.handle);
+        const bool isDocument = from.ref.is(PelDOM::DOCUMENT_NODE);
+        const auto created = [&](PelDOM::NodeType type, Text tag, Text text) {
+            return isDocument ? to(&make(from.ref.node, type, tag, text)) : Ref();
+        };
+        const Text tag = name();
+        const Text text = in.oneOf(values);
+        if (in.below(2) == 0)
+            return keep(document.createTextNode(PelString(text)), created(PelDOM::TEXT_NODE, u"", text));
+        expectCode("createElement", isDocument && !isName(tag) ? invalidName : 0, [&] {
+            const PelDOMElement element = document.createElement(PelString(tag));
+            keep(element, created(PelDOM::ELEMENT_NODE, tag, u""));
+            return 0;
+        });
+    }
+
+    void append() {
+        Handle& parent = some();
+        Handle& child = some();
+        const int expected = expectedOfAppend(parent.ref, child.ref);
+        expectCode("appendChild", expected, [&] { return parent.handle.appendChild(child.handle); });
+        if (expected == PelDOM::SUCCESS) parent.ref.node->append(*child.ref.node);
+    }
+
+    void change() {
+        Handle& one = some();
+        PelDOMElement element(one.handle);
+        const Text key = name();
+        const Text text = in.oneOf(values);
+        const PelString value(text);
+        const bool isText = one.ref.is(PelDOM::TEXT_NODE);
+        switch (in.below(4)) {
+        case 0:
+            expectCode("setValue", !isText ? PelDOM::INTERNAL_ERROR : PelDOM::checkString(value, 0),
+                [&] { return PelDOMText(one.handle).setValue(value); });
+            if (isText && !text.empty()) one.ref.node->value = inTree(text);
+            break;
+        case 1:
+            expectCode("appendTextElement", appendInModel(one.ref, key, text),
+                [&] { return element.appendTextElement(PelString(key), value); });
+            break;
+        default:
+            expectCode("setAttribute", setInModel(one.ref, key, text),
+                [&] { return element.setAttribute(PelString(key), value); });
+        }
+    }
+
+    void removeAttribute() {
+        Handle& one = some();
+        const Text key = name();
+        const bool isGood = one.ref.is(PelDOM::ELEMENT_NODE) && !key.empty();
+        expectCode("removeAttribute", isGood ? PelDOM::SUCCESS : PelDOM::INVALID_VALUE,
+            [&] { return PelDOMElement(one.handle).removeAttribute(PelString(key)); });
+        if (!isGood || one.ref.node->attributes.erase(inTree(key)) == 0) return;
+        // A default takes the place of what is removed.
+        if (one.ref.node->name == u"b")
+            one.ref.node->attributes.merge(std::map(one.ref.node->document->defaults));
+    }
+
+    void navigate() {
+        const auto [handle, ref] = some();
+        PelDOMNode parent;
+        PelDOMDocument document;
+        switch (in.below(3)) {
+        case 0:
+            expectSame(handle.getParentNode(parent), ref.code(), "getParentNode");
+            keep(parent, ref.node != nullptr ? to(ref.node->parent) : Ref());
+            break;
+        case 1:
+            expectSame(handle.getOwnerDocument(document), ref.code(), "getOwnerDocument");
+            keep(document, ref.node != nullptr ? to(ref.node->document) : Ref());
+            break;
+        default:
+            keep(PelDOMDocument(handle).getDocumentElement(), ref.root());
+        }
+    }
+
+    void item() {
+        if (lists.empty()) return;
+        const List& list = in.oneOf(lists);
+        const std::vector<Node*> listed = list.nodes();
+        const std::size_t index = in.byte() % (listed.size() + 1);
+        PelDOMNode node;
+        list.handle.item(static_cast<long>(index), node);
+        keep(node, index < listed.size() ? to(listed[index]) : Ref());
+    }
+
+    void list() {
+        const auto [handle, ref] = some();
+        const bool isElement = ref.is(PelDOM::ELEMENT_NODE);
+        const Text tag = in.below(4) == 0 ? u"*" : name();
+        List children = {PelDOMNodeList(), ref.node, std::nullopt};
+        List elements = {PelDOMNodeList(), isElement ? ref.node : nullptr, std::u16string(tag)};
+        handle.getChildNodes(children.handle);
+        const int count = PelDOMElement(handle).getElementsByTagName(PelString(tag), elements.handle);
+        expectSame(static_cast<std::size_t>(count), elements.nodes().size(), "getElementsByTagName");
+        keep(in.below(2) == 0 ? children : elements);
+    }
+
+    void assign() {
+        Handle& target = some();
+        Handle& source = some();
+        expectSame(&(target.handle = source.handle), &source.handle, "value of an assignment");
+        target.ref = source.ref;
+        if (!lists.empty()) in.oneOf(lists) = List(in.oneOf(lists));
+        if (!filers.empty()) in.oneOf(filers) = Filer(in.oneOf(filers));
+    }
+
+    template <class Things>
+    void drop(Things& things) {
+        if (!things.empty()) things.erase(things.begin() + static_cast<long>(in.below(things.size())));
+    }
+
+    void dropHandle() { drop(handles); }
+    void dropList() { drop(lists); }
+    void dropFiler() { drop(filers); }
+
+    void makeFiler() {
+        const auto [handle, ref] = some();
+        PelDOMDocument document(handle);
+        if (filers.size() < 4) filers.push_back({PelDOMFiler(document), ref, ref, ref.root()});
+    }
+
+    void useFiler() {
+        if (filers.empty()) return;
+        Filer& filer = in.oneOf(filers);
+        const Text key = name();
+        const auto put = [&](const auto& value, Text text) {
+            if (in.below(2) == 0)
+                expectCode("filer: append", appendInModel(filer.element, key, text),
+                    [&] { return filer.handle.appendElement(PelString(key), value); });
+            else
+                expectCode("filer: set", setInModel(filer.element, key, text),
+                    [&] { return filer.handle.setAttribute(PelString(key), value); });
+        };
+        const Text text = in.oneOf(values);
+        const int whole = static_cast<int>(in.byte());
+        const PelString digits = std::to_string(whole).c_str();
+        Handle& target = some();
+        switch (in.below(5)) {
+        case 0:
+            filer.handle.setCurrentNode(target.handle);
+            filer.node = target.ref;
+            if (target.ref.is(PelDOM::ELEMENT_NODE)) filer.element = target.ref;
+            break;
+        case 1:
+            return put(PelString(text), text);
+        case 2:
+            return put(whole, digits.view());
+        case 3:
+            return put(long{whole}, digits.view());
+        default:
+            return put(whole + 0.5, (digits + u".500000").view());
+        }
+    }
+
+    void dump() {
+        Handle& one = some();
+        one.handle.dump(1);
+        one.handle.dumpParseLevel(2);
+        if (one.ref.node != nullptr) one.ref.node->stamp(2);
+    }
+
+    void started() {
+        ++starts;
+        status = PelDOM::SUCCESS;
+    }
+
+    void stopped() {
+        starts = std::max(0, starts - 1);
+        status = PelDOM::NOT_INITIALIZED;
+    }
+
+    // What creating and reading do first.
+    void startImplicitly() {
+        if (services().getErrorStatus() != PelDOM::SUCCESS) started();
+    }
+
+    void init() {
+        expectSame(services().init(), PelDOM::SUCCESS, "init");
+        started();
+    }
+
+    void terminate() {
+        expectSame(services().terminate(), PelDOM::SUCCESS, "terminate");
+        stopped();
+    }
+
+    void release() {
+        PelDOMUtilites::releaseUtilities();
+        if (status == PelDOM::SUCCESS) stopped();
+    }
+
+    // Those that make trees grow stand more than once.
+    static constexpr std::array operations = {&World::createDocument, &World::readDocument,
+        &World::createNode, &World::createNode, &World::append, &World::append, &World::append,
+        &World::change, &World::change, &World::change, &World::removeAttribute, &World::navigate,
+        &World::navigate, &World::item, &World::item, &World::list, &World::list, &World::assign,
+        &World::dropHandle, &World::dropList, &World::dropFiler, &World::makeFiler, &World::useFiler,
+        &World::useFiler, &World::dump, &World::init, &World::terminate, &World::release, &World::checkAll};
+
+    // The engine takes long to start. One start of our own keeps it up, except in one run of eight.
+    static inline bool isHeld = false;
+
+    Input& in;
+    std::deque<Node> nodes; // they stay to the end, as they do in a document
+    std::vector<Handle> handles;
+    std::vector<List> lists;
+    std::vector<Filer> filers;
+    PelDOM::Error status = PelDOM::NOT_INITIALIZED;
+    int starts = 0;
+    long turns = 0;
+};
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+    Input input(data, size);
+    World(input).run();
+    return 0;
+}
