@@ -6,7 +6,6 @@
 #include "xerces/PelXercesDOMNode.h"
 
 #include <xercesc/dom/DOM.hpp>
-#include <xercesc/framework/MemBufInputSource.hpp>
 
 #include <algorithm>
 #include <filesystem>
@@ -209,8 +208,7 @@ void checkWriting(const PelDOMDocument& document, const std::string& bytes) {
 
 // Read without our own way of building trees.
 PelDOMDocument readByEngine(const unsigned char* data, std::size_t size) {
-    const xercesc::MemBufInputSource source(data, size, "Dummy");
-    const PelXercesNodeRef node = PelXercesReader(PelXercesTreeBuilder::Road::engine).readSource(source);
+    const PelXercesNodeRef node = PelXercesReader(PelXercesTreeBuilder::Road::engine).readText(data, size);
     return PelDOMDocument(node ? new PelXercesDOMNode(node) : nullptr);
 }
 
