@@ -166,20 +166,8 @@ std::string withoutReturns(const std::string& text) {
     return replaced(replaced(text, "\r\n", "\n"), "\r", "\n");
 }
 
-// A lone high surrogate before the closing quote of a literal passes the engine by. Such a tree
-// cannot be written.
-bool mayHoldLoneSurrogate(const std::string& bytes) {
-    for (const std::size_t high : {0U, 1U}) // in the first byte of a unit or in the second
-        for (std::size_t i = 0; i + 1 < bytes.size(); i += 2)
-            if ((bytes[i + high] & 0xFC) == 0xD8 &&
-                (i + 3 >= bytes.size() || (bytes[i + 2 + high] & 0xFC) != 0xDC))
-                return true;
-    return false;
-}
-
-// The engine makes up the internal subset anew from what it understood: "%" and references get lost,
-// brackets and spaces are added, and so it may no longer fit the document.
 bool removeType(const PelDOMDocument& document) {
+    if (document.isNull() == 1) return false;
     xercesc::DOMDocument& engine = *PelXercesDOMNode::of(*document.getNodeImp()).getDocument();
     if (engine.getDoctype() == nullptr) return false;
     engine.removeChild(engine.getDoctype());
@@ -188,15 +176,17 @@ bool removeType(const PelDOMDocument& document) {
 
 void checkWriting(const PelDOMDocument& document, const std::string& bytes) {
     const std::string text = textOf(document);
-    if (text == notWritten && mayHoldLoneSurrogate(bytes)) return;
     expectSame(replaced(textOf(document, 1), "\n", ""), replaced(text, "\n", ""), "added line feeds");
     PelString target = scratch.path.c_str();
     expectSame(services().writeDocument(document, target, 1, 0, 0), PelDOM::SUCCESS, "write to file");
     expectSame(scratch.bytes(), replaced(text, "\n", "\r\n"), "file and string");
     const PelDOMDocument back = services().readDocumentFromStringW(text.c_str());
+    // The engine adds brackets to the content models of a document type that it writes.
     if (removeType(document)) {
-        if (back.isNull() == 0 && removeType(back))
+        if (removeType(back))
             expectSameDocuments(back, document, "read back with its type");
+        else
+            expectSame(PelDOMUtilites::getLastReadMessage().toUtf8(), "", "read back with its type");
         checkWriting(document, bytes);
         return;
     }

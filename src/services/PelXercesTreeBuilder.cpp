@@ -7,9 +7,14 @@
 #include <xercesc/dom/impl/DOMAttrImpl.hpp>
 #include <xercesc/dom/impl/DOMAttrMapImpl.hpp>
 #include <xercesc/dom/impl/DOMDocumentImpl.hpp>
+#include <xercesc/dom/impl/DOMDocumentTypeImpl.hpp>
+#include <xercesc/dom/impl/DOMEntityImpl.hpp>
+#include <xercesc/dom/impl/DOMNotationImpl.hpp>
 #include <xercesc/framework/XMLAttr.hpp>
 #include <xercesc/framework/XMLElementDecl.hpp>
+#include <xercesc/framework/XMLErrorCodes.hpp>
 #include <xercesc/framework/XMLNotationDecl.hpp>
+#include <xercesc/internal/XMLScanner.hpp>
 #include <xercesc/util/XMLString.hpp>
 #include <xercesc/validators/DTD/DTDElementDecl.hpp>
 #include <xercesc/validators/DTD/DTDEntityDecl.hpp>
@@ -56,6 +61,8 @@ void PelXercesTreeBuilder::startElement(const xercesc::XMLElementDecl& declarati
         limits.watchMemory(true); // from here on the engine clears nothing up before the end
     const bool isPlain = road == Road::fast && fWithinElement && !declaration.hasAttDefs() &&
                          fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE;
+    for (XMLSize_t i = 0; i < count; ++i)
+        requirePairs(attributes.elementAt(i)->getValue());
     if (!isPlain) {
         forgetIds(attributes, count);
         XercesDOMParser::startElement(declaration, uriId, prefix, attributes, count, isEmpty,
@@ -162,10 +169,12 @@ void PelXercesTreeBuilder::elementDecl(const xercesc::DTDElementDecl& declaratio
     XercesDOMParser::elementDecl(declaration, isIgnored);
 }
 
-void PelXercesTreeBuilder::attDef(const xercesc::DTDElementDecl& element,
-                                  const xercesc::DTDAttDef& attribute, bool isIgnored) {
+void PelXercesTreeBuilder::attDef(const xercesc::DTDElementDecl& /*element*/,
+                                  const xercesc::DTDAttDef& attribute, bool /*isIgnored*/) {
     limits.addChoice(attribute.getEnumeration());
-    XercesDOMParser::attDef(element, attribute, isIgnored);
+    requirePairs(attribute.getValue());
+    if (isInSubset)
+        subset.addAttribute(attribute);
 }
 
 // The engine goes through all attributes of the element, those of earlier lists too, and makes
@@ -177,16 +186,71 @@ void PelXercesTreeBuilder::endAttList(const xercesc::DTDElementDecl& element) {
     XercesDOMParser::endAttList(element);
 }
 
+// As the engine does it, but for the text.
 void PelXercesTreeBuilder::entityDecl(const xercesc::DTDEntityDecl& entity, bool isParameter,
                                       bool isIgnored) {
     limits.addDeclaration(entity.getId());
     limits.addEntity(entity.getValueLen());
-    XercesDOMParser::entityDecl(entity, isParameter, isIgnored);
+    requirePairs(entity.getValue());
+    requirePairs(entity.getSystemId());
+    if (!isInSubset) {
+        XercesDOMParser::entityDecl(entity, isParameter, isIgnored);
+        return;
+    }
+    auto* const node =
+        static_cast<xercesc::DOMEntityImpl*>(fDocument->createEntity(entity.getName()));
+    node->setPublicId(entity.getPublicId());
+    node->setSystemId(entity.getSystemId());
+    node->setNotationName(entity.getNotationName());
+    node->setBaseURI(entity.getBaseURI());
+    if (DOMNode* const former = fDocumentType->getEntities()->setNamedItem(node))
+        former->release();
+    subset.addEntity(entity, isParameter);
 }
 
 void PelXercesTreeBuilder::notationDecl(const xercesc::XMLNotationDecl& notation, bool isIgnored) {
     limits.addDeclaration(notation.getId());
-    XercesDOMParser::notationDecl(notation, isIgnored);
+    requirePairs(notation.getSystemId());
+    if (!isInSubset) {
+        XercesDOMParser::notationDecl(notation, isIgnored);
+        return;
+    }
+    auto* const node =
+        static_cast<xercesc::DOMNotationImpl*>(fDocument->createNotation(notation.getName()));
+    node->setPublicId(notation.getPublicId());
+    node->setSystemId(notation.getSystemId());
+    node->setBaseURI(notation.getBaseURI());
+    if (DOMNode* const former = fDocumentType->getNotations()->setNamedItem(node))
+        former->release();
+    subset.addNotation(notation);
+}
+
+void PelXercesTreeBuilder::doctypeDecl(const xercesc::DTDElementDecl& root, const XMLCh* publicId,
+                                       const XMLCh* systemId, bool hasSubset, bool hasExternal) {
+    requirePairs(systemId);
+    XercesDOMParser::doctypeDecl(root, publicId, systemId, hasSubset, hasExternal);
+}
+
+void PelXercesTreeBuilder::startIntSubset() {
+    isInSubset = true;
+    XercesDOMParser::startIntSubset();
+}
+
+void PelXercesTreeBuilder::endIntSubset() {
+    isInSubset = false;
+    XercesDOMParser::endIntSubset();
+}
+
+void PelXercesTreeBuilder::doctypeComment(const XMLCh* comment) {
+    if (isInSubset)
+        subset.addComment(comment);
+}
+
+// The scanner looks for the other half of a surrogate pair everywhere but at the end of a literal.
+void PelXercesTreeBuilder::requirePairs(const XMLCh* literal) {
+    const XMLSize_t length = XMLString::stringLen(literal);
+    if (length > 0 && (literal[length - 1] & 0xFC00) == 0xD800)
+        getScanner()->emitError(xercesc::XMLErrs::Expected2ndSurrogateChar);
 }
 
 void PelXercesTreeBuilder::endText() {

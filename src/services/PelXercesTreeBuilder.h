@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "services/PelXercesSubset.h"
 #include "xerces/PelXercesLinks.h"
 
 #include <xercesc/parsers/XercesDOMParser.hpp>
@@ -42,6 +43,11 @@ public:
     void docPI(const XMLCh* target, const XMLCh* data) override;
     void startEntityReference(const xercesc::XMLEntityDecl& entity) override;
 
+    void doctypeDecl(const xercesc::DTDElementDecl& root, const XMLCh* publicId,
+                     const XMLCh* systemId, bool hasSubset, bool hasExternal) override;
+    void startIntSubset() override;
+    void endIntSubset() override;
+    void doctypeComment(const XMLCh* comment) override;
     void elementDecl(const xercesc::DTDElementDecl& declaration, bool isIgnored) override;
     void entityDecl(const xercesc::DTDEntityDecl& entity, bool isParameter,
                     bool isIgnored) override;
@@ -54,11 +60,14 @@ private:
     using Attributes = xercesc::RefVectorOf<xercesc::XMLAttr>;
 
     void forgetIds(const Attributes& attributes, XMLSize_t count);
+    void requirePairs(const XMLCh* literal);
     void endText();
     void reportElement();
 
     PelXercesReadLimits& limits;
     const Road road;
+    PelXercesSubset subset{fInternalSubset};
+    bool isInSubset = false;
     std::size_t ids = 0;
     std::u16string pendingText;
 };
