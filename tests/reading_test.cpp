@@ -77,6 +77,10 @@ TEST(Reading, RefusesSilentlyWhatHasErrors) {
     const std::string printed = printedBy([&] {
         for (const std::string& text : texts)
             EXPECT_EQ(answers({readAsFile(text), parse(text.c_str())}), "null null") << text;
+        for (const char16_t* half : {u"<a b='\xD800'/>", u"<a b='\xDC00'/>", u"<a>\xD800</a>",
+                 u"<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e '\xD800'>]><a/>",
+                 u"<!DOCTYPE a [<!ELEMENT a ANY><!ATTLIST a b CDATA '\xD800'>]><a/>"})
+            EXPECT_EQ(show(parse(half)), "null") << PelString(half);
         EXPECT_EQ("null null null null null",
             answers({readAsFile("<a>\xFF</a>"), readAsFile("<?xml version='1.0' encoding='no-such'?><a/>"),
                 readFile(folder.file("absent.xml")), readFile(folder.path),

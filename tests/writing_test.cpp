@@ -82,7 +82,18 @@ TEST(Writing, GivesEachKindOfNodeItsMarkup) {
             {"<!DOCTYPE a SYSTEM 'a.dtd'><a/>", R"(<!DOCTYPE a SYSTEM "a.dtd">~~<a/>~~)"},
             {"<!DOCTYPE a PUBLIC 'p' 'a.dtd' [<!ENTITY e 'x'>]><a>&e;</a>",
                 R"(<!DOCTYPE a PUBLIC "p" "a.dtd"[<!ENTITY e "x">]>~~<a>x</a>~~)"},
-            {"<!DOCTYPE a [ <!ELEMENT a ANY> ]><a/>", "<!DOCTYPE a[ <!ELEMENT a ANY> ]>~~<a/>~~"}};
+            {"<!DOCTYPE a [ <!ELEMENT a ANY> ]><a/>", "<!DOCTYPE a[ <!ELEMENT a ANY> ]>~~<a/>~~"},
+            {"<!DOCTYPE a [<!--c--><!ELEMENT a ANY><!ENTITY % p 'x'><!ENTITY q '&#38;#60;\"&#37;'><!NOTATION "
+             "n "
+             "SYSTEM '\"'>"
+             "<!ENTITY u PUBLIC 'p' 's' NDATA n><!ATTLIST a f CDATA #FIXED '&#10;\"' n NOTATION (n) #IMPLIED "
+             "i (x|y) 'x' r ID #REQUIRED>]><a r='i'>&q;</a>",
+                "<!DOCTYPE a[<!--c--><!ELEMENT a ANY><!ENTITY % p \"x\"><!ENTITY q "
+                "\"&#x26;#60;&#x22;&#x25;\">"
+                "<!NOTATION n SYSTEM '\"'><!ENTITY u PUBLIC \"p\" \"s\" NDATA n>"
+                "<!ATTLIST a f CDATA #FIXED \"&#xA;&#x22;\" n NOTATION (n) #IMPLIED i (x|y) \"x\" r ID "
+                "#REQUIRED>]>"
+                "~~<a f=\"&#xA;&quot;\" i=\"x\" r=\"i\">&lt;\"%</a>~~"}};
         for (const auto& [text, expected] : cases) {
             const PelDOMDocument document = readFile(folder.write("in.xml", text));
             EXPECT_EQ(written(toString, document), replaced(expected, "~", ""));
