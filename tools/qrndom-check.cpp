@@ -5,7 +5,7 @@
 //
 //     qrndom-check [--outline] FILE...
 
-#include "../../examples/outline.h"
+#include "../examples/outline.h"
 #include "services/PelXercesReader.h"
 #include "xerces/PelXercesDOMNode.h"
 
