@@ -3,7 +3,9 @@
 #include "support.h"
 
 #include <set>
+#include <sys/stat.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 static PelDOMElement rootOf(const PelDOMDocument& document) { return document.getDocumentElement(); }
@@ -82,6 +84,23 @@ TEST(AFileThatFails, IsAnsweredAndSpoilsNothing) {
     const std::string whole = "<!DOCTYPE a [<!ENTITY e 'v'><!ELEMENT a ANY>]><a>&e;</a>";
     for (std::size_t length = 0; length < whole.size(); ++length)
         EXPECT_EQ(show(readFile(folder.write("cut.xml", whole.substr(0, length)))), "null") << length;
+    const std::string fifo = folder.file("fifo");
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    for (const std::string& name :
+        {fifo, folder.path, std::string("/dev/zero"), std::string("/proc/self/mem")}) {
+        const std::string names =
+            "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e SYSTEM '" + name + "'>]><a>&e;</a>";
+        EXPECT_EQ(answers({readFile(name), parse(names.c_str())}), "null null") << name;
+    }
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    std::thread writer([&] {
+        for (const char c : whole) EXPECT_EQ(write(ends[1], &c, 1), 1);
+        close(ends[1]);
+    });
+    EXPECT_EQ(show(readFile("/dev/fd/" + std::to_string(ends[0]))), "#9(#10 a(|v|))");
+    writer.join();
+    close(ends[0]);
     const std::string unreadable = folder.write("unreadable.xml", whole);
     EXPECT_EQ(readFile(unreadable).isNull(), 0);
     std::filesystem::permissions(unreadable, std::filesystem::perms::none);
