@@ -8,9 +8,7 @@
 #include <dlfcn.h>
 #include <execinfo.h>
 #include <functional>
-#include <iostream>
 #include <new>
-#include <sstream>
 #include <string>
 #include <utility>
 
@@ -51,15 +49,6 @@ inline bool failsAt(long allocation, const std::function<void()>& use) {
     }
     return std::exchange(untilFailure, -1) < 0;
 }
-
-/// What is written to the standard error stream while this lives.
-struct ErrorStream {
-    ErrorStream() = default;
-    ~ErrorStream() { std::cerr.rdbuf(before); }
-
-    std::ostringstream text;
-    std::streambuf* const before = std::cerr.rdbuf(text.rdbuf());
-};
 
 } // namespace FailingMemory
 

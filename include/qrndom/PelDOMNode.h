@@ -61,8 +61,9 @@ public:
     /// has one. `child` goes on referring to it.
     ///
     /// NULL_NODE when either handle is null. Where the DOM forbids the append (a node into itself
-    /// or its own descendants, a second root element, text at the top of a document, a node of
-    /// another document), the engine's DOM exception reaches the caller and nothing has changed.
+    /// or its own descendants, a second root element, text other than white space at the top of a
+    /// document, a node of another document), the engine's DOM exception reaches the caller and
+    /// nothing has changed.
     PelDOM::Error appendChild(PelDOMNode& child);
 
     /// Makes `out` a handle to the parent; to none (type NO_NODE) for a node without one. NULL_NODE

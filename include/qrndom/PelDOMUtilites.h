@@ -55,12 +55,15 @@ public:
     virtual PelDOM::Error terminate() = 0;
 
     /// Reads a file. A null document for an empty name, a file that cannot be read, text that is
-    /// not well-formed, a document that violates its own document type declaration, entities
-    /// expanded more than 50,000 times, or an entity or DTD on a remote address. Starts the engine
-    /// if need be.
+    /// not well-formed, a document that violates its own document type declaration, an entity or
+    /// DTD on a remote address, or a document that takes more than the limits allow (entities
+    /// expanded more than 50,000 times, say). Starts the engine if need be.
+    ///
+    /// A pipe or device may be named as well. One that nobody writes to yet is not waited for.
     ///
     /// Entity references are replaced by their text, and white space that a declared content model
-    /// makes ignorable is left out. A document type declaration makes the reader validate.
+    /// makes ignorable is left out. A document type declaration with a subset or an
+    /// external DTD makes the reader validate.
     virtual PelDOMDocument readDocument(const PelString& fileName) = 0;
 
     /// Reads text as bytes of ISO-8859-1, the encoding being recognised from those bytes: UTF-8
