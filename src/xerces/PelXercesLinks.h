@@ -8,7 +8,6 @@
 #include <xercesc/util/XercesVersion.hpp>
 
 #include <cstddef>
-#include <cstdint>
 #include <utility>
 
 /// The links between the engine's nodes, set and followed without the run-time casts on which the
@@ -43,9 +42,10 @@ public:
     /// node's class and links while other work goes on; null does nothing.
     static void fetch(const xercesc::DOMNode* node) {
         constexpr std::size_t cacheLine = 64;
-        const auto address = reinterpret_cast<std::uintptr_t>(node);
+        if (node == nullptr)
+            return;
         __builtin_prefetch(node);
-        __builtin_prefetch(reinterpret_cast<const void*>(address + cacheLine));
+        __builtin_prefetch(reinterpret_cast<const char*>(node) + cacheLine);
     }
 
     /// The one text that an attribute consists of; null when it does not, or that is not known.
