@@ -26,9 +26,9 @@ int usage() {
 
 bool check(const char* file, bool isOutlineWanted) {
     bool isReported = false;
-    const auto report = [&](const char* severity, const PelString& line) {
-        isReported = isReported || std::strcmp(severity, "warning") != 0;
-        std::cout << line << (std::strcmp(severity, "warning") == 0 ? " (warning)" : "") << "\n";
+    const auto report = [&](bool isError, const PelString& line) {
+        isReported = isReported || isError;
+        std::cout << line << (isError ? "" : " (warning)") << "\n";
     };
     PelXercesReader reader(PelXercesTreeBuilder::usualRoad, report);
     const PelXercesNodeRef node = reader.readFile(file);

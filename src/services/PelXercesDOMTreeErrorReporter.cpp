@@ -13,21 +13,18 @@ PelXercesDOMTreeErrorReporter::PelXercesDOMTreeErrorReporter(Observer reportObse
 
 void PelXercesDOMTreeErrorReporter::warning(const xercesc::SAXParseException& report) {
     if (observer)
-        note("warning", report);
+        note(false, report);
 }
 
 void PelXercesDOMTreeErrorReporter::error(const xercesc::SAXParseException& report) {
-    note("error", report);
-    sawErrors = true;
+    note(true, report);
 }
 
 void PelXercesDOMTreeErrorReporter::fatalError(const xercesc::SAXParseException& report) {
-    note("fatal error", report);
-    sawErrors = true;
+    note(true, report);
 }
 
-void PelXercesDOMTreeErrorReporter::note(const char* severity,
-                                         const xercesc::SAXParseException& report) {
+void PelXercesDOMTreeErrorReporter::note(bool isError, const xercesc::SAXParseException& report) {
     if (!observer && sawErrors)
         return;
     const PelString place = report.getSystemId();
@@ -35,7 +32,8 @@ void PelXercesDOMTreeErrorReporter::note(const char* severity,
     const PelString line = PelReadMessage::line(isDocument ? name : place, report.getLineNumber(),
                                                 report.getColumnNumber(), report.getMessage());
     if (observer)
-        observer(severity, line);
-    if (!sawErrors)
+        observer(isError, line);
+    if (isError && !sawErrors)
         firstError = line;
+    sawErrors = sawErrors || isError;
 }

@@ -11,8 +11,8 @@
 /// warnings are for its observer only.
 class PelXercesDOMTreeErrorReporter final : public xercesc::ErrorHandler {
 public:
-    /// Hears of each report, as "file:line:column: message".
-    using Observer = std::function<void(const char* severity, const PelString& line)>;
+    /// Hears of each error and warning, as "file:line:column: message".
+    using Observer = std::function<void(bool isError, const PelString& line)>;
 
     explicit PelXercesDOMTreeErrorReporter(Observer reportObserver = {});
 
@@ -32,7 +32,7 @@ public:
     const PelString& getFirstError() const noexcept { return firstError; }
 
 private:
-    void note(const char* severity, const xercesc::SAXParseException& report);
+    void note(bool isError, const xercesc::SAXParseException& report);
 
     const Observer observer;
     PelString name;

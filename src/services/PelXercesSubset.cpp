@@ -2,66 +2,27 @@
 #include "services/PelXercesSubset.h"
 
 #include <xercesc/util/XMLString.hpp>
-#include <xercesc/util/XMLUni.hpp>
 
 #include <string_view>
 
 using xercesc::XMLAttDef;
-using xercesc::XMLUni;
-
-namespace {
-
-const XMLCh* typeName(XMLAttDef::AttTypes type) {
-    switch (type) {
-    case XMLAttDef::ID:
-        return XMLUni::fgIDString;
-    case XMLAttDef::IDRef:
-        return XMLUni::fgIDRefString;
-    case XMLAttDef::IDRefs:
-        return XMLUni::fgIDRefsString;
-    case XMLAttDef::Entity:
-        return XMLUni::fgEntityString;
-    case XMLAttDef::Entities:
-        return XMLUni::fgEntitiesString;
-    case XMLAttDef::NmToken:
-        return XMLUni::fgNmTokenString;
-    case XMLAttDef::NmTokens:
-        return XMLUni::fgNmTokensString;
-    case XMLAttDef::Notation:
-        return XMLUni::fgNotationString;
-    case XMLAttDef::Enumeration:
-        return u"";
-    default:
-        return XMLUni::fgCDATAString;
-    }
-}
-
-} // namespace
 
 void PelXercesSubset::addAttribute(const xercesc::DTDAttDef& attribute) {
     text.append(attribute.getFullName());
     text.append(u' ');
-    const XMLCh* const type = typeName(attribute.getType());
-    text.append(type);
+    const bool isEnumeration = attribute.getType() == XMLAttDef::Enumeration;
+    if (!isEnumeration)
+        text.append(XMLAttDef::getAttTypeString(attribute.getType()));
     const XMLCh* choice = attribute.getEnumeration();
     if (choice != nullptr && *choice != 0) {
-        text.append(*type != 0 ? u" (" : u"(");
+        text.append(isEnumeration ? u"(" : u" (");
         for (; *choice != 0; ++choice)
             text.append(*choice == u' ' ? u'|' : *choice);
         text.append(u')');
     }
-    switch (attribute.getDefaultType()) {
-    case XMLAttDef::Required:
-        text.append(u" #REQUIRED");
-        break;
-    case XMLAttDef::Implied:
-        text.append(u" #IMPLIED");
-        break;
-    case XMLAttDef::Fixed:
-        text.append(u" #FIXED");
-        break;
-    default:
-        break;
+    if (attribute.getDefaultType() != XMLAttDef::Default) {
+        text.append(u' ');
+        text.append(XMLAttDef::getDefAttTypeString(attribute.getDefaultType()));
     }
     if (attribute.getValue() != nullptr) {
         text.append(u' ');

@@ -38,6 +38,16 @@ constexpr std::size_t maxIds = 500'000;
 constexpr std::size_t defaultCost = 64;
 constexpr std::size_t listedCost = 16;
 
+// Puts the node of an entity or a notation into its map.
+template <class Node, class Declaration>
+void keep(xercesc::DOMNamedNodeMap& map, Node& node, const Declaration& declaration) {
+    node.setPublicId(declaration.getPublicId());
+    node.setSystemId(declaration.getSystemId());
+    node.setBaseURI(declaration.getBaseURI());
+    if (DOMNode* const former = map.setNamedItem(&node))
+        former->release();
+}
+
 } // namespace
 
 PelXercesTreeBuilder::PelXercesTreeBuilder(PelXercesReadMemory& memory, Road ownRoad)
@@ -199,12 +209,8 @@ void PelXercesTreeBuilder::entityDecl(const xercesc::DTDEntityDecl& entity, bool
     }
     auto* const node =
         static_cast<xercesc::DOMEntityImpl*>(fDocument->createEntity(entity.getName()));
-    node->setPublicId(entity.getPublicId());
-    node->setSystemId(entity.getSystemId());
     node->setNotationName(entity.getNotationName());
-    node->setBaseURI(entity.getBaseURI());
-    if (DOMNode* const former = fDocumentType->getEntities()->setNamedItem(node))
-        former->release();
+    keep(*fDocumentType->getEntities(), *node, entity);
     subset.addEntity(entity, isParameter);
 }
 
@@ -217,11 +223,7 @@ void PelXercesTreeBuilder::notationDecl(const xercesc::XMLNotationDecl& notation
     }
     auto* const node =
         static_cast<xercesc::DOMNotationImpl*>(fDocument->createNotation(notation.getName()));
-    node->setPublicId(notation.getPublicId());
-    node->setSystemId(notation.getSystemId());
-    node->setBaseURI(notation.getBaseURI());
-    if (DOMNode* const former = fDocumentType->getNotations()->setNamedItem(node))
-        former->release();
+    keep(*fDocumentType->getNotations(), *node, notation);
     subset.addNotation(notation);
 }
 
