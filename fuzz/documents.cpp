@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Any bytes as a document: all ways of reading it agree, every handle and list into it answers, and
 // what is written of it reads as the same tree again.
-#include "services/PelXercesReader.h"
+#include "reading/PelXercesReader.h"
 #include "support.h"
 #include "xerces/PelXercesDOMNode.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "services/PelXercesReader.h"
+#include "reading/PelXercesReader.h"
 #include "support.h"
 
 #include <xercesc/dom/DOM.hpp>

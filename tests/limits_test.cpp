@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "services/PelXercesReadLimits.h"
+#include "reading/PelXercesReadLimits.h"
 #include "support.h"
 
 using Limits = PelXercesReadLimits;

@@ -6,7 +6,7 @@
 //     qrndom-check [--outline] FILE...
 
 #include "../examples/outline.h"
-#include "services/PelXercesReader.h"
+#include "reading/PelXercesReader.h"
 #include "xerces/PelXercesDOMNode.h"
 
 #include <qrndom/QRNDOM.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "services/PelReadMessage.h"
+#include "reading/PelReadMessage.h"
 #include "services/PelXercesDOMUtilities.h"
 
 #include <qrndom/PelDOMUtilites.h>

@@ -3,8 +3,8 @@
 
 #include "core/PelLog.h"
 #include "output/PelXercesDocumentWriter.h"
-#include "services/PelReadMessage.h"
-#include "services/PelXercesReader.h"
+#include "reading/PelReadMessage.h"
+#include "reading/PelXercesReader.h"
 #include "xerces/PelXercesDOMNode.h"
 #include "xerces/PelXercesDeclaration.h"
 #include "xerces/PelXercesEngine.h"

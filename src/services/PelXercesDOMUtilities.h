@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "services/PelXercesReader.h"
+#include "reading/PelXercesReader.h"
 
 #include <qrndom/PelDOMUtilites.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "services/PelXercesSubset.h"
+#include "reading/PelXercesSubset.h"
 
 #include <xercesc/util/XMLString.hpp>
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "services/PelXercesDOMTreeErrorReporter.h"
-#include "services/PelXercesLocalResolver.h"
-#include "services/PelXercesReadMemory.h"
-#include "services/PelXercesTreeBuilder.h"
+#include "reading/PelXercesDOMTreeErrorReporter.h"
+#include "reading/PelXercesLocalResolver.h"
+#include "reading/PelXercesReadMemory.h"
+#include "reading/PelXercesTreeBuilder.h"
 #include "xerces/PelXercesEngine.h"
 #include "xerces/PelXercesNodeRef.h"
 

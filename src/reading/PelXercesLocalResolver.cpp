@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "services/PelXercesLocalResolver.h"
+#include "reading/PelXercesLocalResolver.h"
 
-#include "services/PelXercesFileSource.h"
-#include "services/PelXercesReadMemory.h"
+#include "reading/PelXercesFileSource.h"
+#include "reading/PelXercesReadMemory.h"
 
 #include <xercesc/framework/XMLBuffer.hpp>
 #include <xercesc/sax/InputSource.hpp>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "services/PelXercesDOMTreeErrorReporter.h"
+#include "reading/PelXercesDOMTreeErrorReporter.h"
 
-#include "services/PelReadMessage.h"
+#include "reading/PelReadMessage.h"
 
 #include <xercesc/sax/SAXParseException.hpp>
 

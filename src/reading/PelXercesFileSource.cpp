@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "services/PelXercesFileSource.h"
+#include "reading/PelXercesFileSource.h"
 
-#include "services/PelXercesReadMemory.h"
+#include "reading/PelXercesReadMemory.h"
 
 #include <xercesc/util/BinInputStream.hpp>
 #include <xercesc/util/XMLExceptMsgs.hpp>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "services/PelXercesReadLimits.h"
+#include "reading/PelXercesReadLimits.h"
 
 #include <xercesc/internal/XMLReader.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>

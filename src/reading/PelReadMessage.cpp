@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "services/PelReadMessage.h"
+#include "reading/PelReadMessage.h"
 
 #include <algorithm>
 #include <new>

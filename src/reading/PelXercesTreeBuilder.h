@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "services/PelXercesSubset.h"
+#include "reading/PelXercesSubset.h"
 #include "xerces/PelXercesLinks.h"
 
 #include <xercesc/parsers/XercesDOMParser.hpp>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "services/PelXercesTreeBuilder.h"
+#include "reading/PelXercesTreeBuilder.h"
 
-#include "services/PelXercesReadMemory.h"
+#include "reading/PelXercesReadMemory.h"
 #include "xerces/PelXercesLinks.h"
 
 #include <xercesc/dom/impl/DOMAttrImpl.hpp>

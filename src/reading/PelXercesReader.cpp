@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "services/PelXercesReader.h"
+#include "reading/PelXercesReader.h"
 
-#include "services/PelReadMessage.h"
-#include "services/PelXercesFileSource.h"
+#include "reading/PelReadMessage.h"
+#include "reading/PelXercesFileSource.h"
 #include "xerces/PelXercesTree.h"
 
 #include <xercesc/dom/DOMException.hpp>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "services/PelXercesReadLimits.h"
+#include "reading/PelXercesReadLimits.h"
 #include "xerces/PelXercesMemory.h"
 
 /// The memory of one read but for its tree, and the limits that it keeps to.
