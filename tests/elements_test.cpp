@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support.h"
+#include "xerces/PelXercesDOMNode.h"
+#include "xerces/PelXercesRules.h"
 
 #include <charconv>
 
@@ -116,4 +118,33 @@ TEST(Trees, RefuseWhatTheDomForbidsAndStayAsTheyWere) {
     EXPECT_EQ(show(document) + show(other), "#9(r(a(b)))#9(o)");
     for (const char16_t* name : {u"", u"1", u"<", u"a\xD800", u"\xDC00"})
         EXPECT_THROW(document.createElement(name), DOMException) << PelString(name);
+}
+
+TEST(Rules, TellWhatXmlAllows) {
+    // 1 or 0: as XML 1.0 and XML 1.1 name, text, CDATA section, comment, target and data of an instruction
+    const std::pair<std::u16string_view, std::string> cases[] = {{u"", "0011101"}, {u"a", "1111111"},
+        {u"a:b.c-1", "1111111"}, {u"1a", "0011101"}, {u"a b", "0011101"}, {u"\u00e9\u4e2d", "1111111"},
+        {u"xml", "1111101"}, {u"xMl", "1111101"}, {u"xmlx", "1111111"}, {u"]]>", "0010101"},
+        {u"]] >", "0011101"}, {u"a--b", "1111011"}, {u"a-", "1111011"}, {u"-a", "0011101"},
+        {u"?>", "0011100"}, {u"? >", "0011101"}, {u"\t\n\r <&\u007f\uE000\uFFFD", "0011101"},
+        {u"\u2190", "0011101"}, {u"a\u0370", "1111111"}, {{u"a\0", 2}, "0000000"}, {u"\u0001", "0000000"},
+        {u"\u001f", "0000000"}, {u"a\uFFFE", "0000000"}, {u"\uFFFF", "0000000"}, {u"a\xD800", "0000000"},
+        {u"a\xDBFF"
+         u"b",
+            "0000000"},
+        {u"a\xDC00", "0000000"}, {u"a\xDFFF\xD800", "0000000"}, {u"a\U00010000", "0111101"},
+        {u"\U0010FFFF", "0011101"}};
+    const PelDOMDocument kept[] = {parse("<r/>"), parse("<?xml version='1.1'?><r/>")};
+    const auto document = [&kept](int i) -> auto& {
+        return *PelXercesDOMNode::of(*kept[i].getNodeImp()).getDocument();
+    };
+    using Rules = PelXercesRules;
+    for (const auto& [text, expected] : cases) {
+        std::string allowed;
+        for (const bool is : {Rules::isName(text, document(0)), Rules::isName(text, document(1)),
+                 Rules::isText(text), Rules::isCDATA(text), Rules::isComment(text),
+                 Rules::isInstructionTarget(text, document(0)), Rules::isInstruction(text)})
+            allowed += is ? '1' : '0';
+        EXPECT_EQ(allowed, expected) << PelString(text);
+    }
 }
