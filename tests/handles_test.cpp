@@ -104,6 +104,21 @@ TEST(Handles, OfAnotherKindHaveNoContent) {
     EXPECT_EQ(answers({PelDOMElement(text).isNull(), document}), "0 #9(r(|t|))");
 }
 
+TEST(Handles, OfAKindAreAssignedFromANode) {
+    PelDOMNode node = rootOf("<r k='v'>t</r>");
+    const PelDOMNode text = childAt(node, 0);
+    PelDOMElement element;
+    PelDOMText sameText;
+    PelDOMDocument document;
+    EXPECT_TRUE(&(element = node) == &node && &(sameText = text) == &text && &(document = node) == &node);
+    EXPECT_EQ("'v' 't' r k=v(|t|) ok null", answers({element.getAttribute("k"), sameText.getValue(), document,
+                                                document.getErrorStatus(), document.getDocumentElement()}));
+    element = static_cast<PelDOMNode&>(element);
+    EXPECT_EQ(show(element), "r k=v(|t|)");
+    element = sameText = PelDOMNode();
+    EXPECT_EQ(answers({element, element.getErrorStatus(), sameText}), "null no-imp null");
+}
+
 TEST(Handles, ToNoNodeAreSafe) {
     PelDOMDocument document = parse("<r><a/></r>");
     PelDOMNode nothing;

@@ -52,6 +52,30 @@ TEST(Log, TracesTheLifeOfHandles) {
     EXPECT_EQ(log.text(), expected);
 }
 
+TEST(Log, ShowsThatConvertingAssignmentsMakeNoTemporaries) {
+    PelDOMDocument document = parse("<a>x</a>");
+    PelDOMNode element = document.getDocumentElement();
+    PelDOMNode text = childAt(element, 0);
+    PelDOMDocument sameDocument;
+    PelDOMText sameText;
+    PelDOMFiler filer(document);
+    const LogWatch log;
+    sameDocument = std::as_const(element);
+    sameText = text;
+    filer.setCurrentNode(element);
+    filer.setCurrentNode(text);
+    const PelDOMNodeImp* const own = filer.currentElement().getNodeImp();
+    filer.setCurrentNode(filer.currentElement());
+    EXPECT_EQ(filer.currentElement().getNodeImp(), own);
+    const char* const toNode = "PelDOMNodeoperator=(PelDOMNode& rhs)";
+    const char* const toElement = "PelDOMElement operator=(PelDOMElement& rhs)";
+    EXPECT_EQ(
+        log.text(), recorded({{&sameDocument, "PelDOMDocument operator=(PelDOMText& rhs)"},
+                        {&sameText, "PelDOMText operator=(PelDOMText& rhs)"}, {&filer.currentNode(), toNode},
+                        {&filer.currentElement(), toElement}, {&filer.currentNode(), toNode},
+                        {&filer.currentNode(), toNode}, {&filer.currentElement(), toElement}}));
+}
+
 TEST(Log, TracesTheServices) {
     PelDOMUtilites::releaseUtilities();
     PelString target("d");

@@ -36,6 +36,12 @@ public:
     /// The same for const handles and temporaries.
     const PelDOMDocument& operator=(const PelDOMDocument& rhs);
 
+    /// The same from a node handle, as by the conversion above: `document = node`.
+    PelDOMNode& operator=(PelDOMNode& rhs);
+
+    /// The same for const handles and temporaries.
+    const PelDOMNode& operator=(const PelDOMNode& rhs);
+
     /// The root element. A document without one gives a handle of type NO_NODE, a null document a
     /// null handle.
     PelDOMElement getDocumentElement() const;

@@ -34,6 +34,12 @@ public:
     /// The same for const handles and temporaries.
     const PelDOMElement& operator=(const PelDOMElement& rhs);
 
+    /// The same from a node handle, as by the conversion above: `element = node`.
+    PelDOMNode& operator=(PelDOMNode& rhs);
+
+    /// The same for const handles and temporaries.
+    const PelDOMNode& operator=(const PelDOMNode& rhs);
+
     /// Removes an attribute; one that is not there is no error. INVALID_VALUE for an empty name and
     /// for a null handle.
     virtual PelDOM::Error removeAttribute(const PelString& name);

@@ -33,6 +33,12 @@ public:
     /// The same for const handles and temporaries.
     const PelDOMText& operator=(const PelDOMText& rhs);
 
+    /// The same from a node handle, as by the conversion above: `text = node`.
+    PelDOMNode& operator=(PelDOMNode& rhs);
+
+    /// The same for const handles and temporaries.
+    const PelDOMNode& operator=(const PelDOMNode& rhs);
+
     /// Replaces the text. INVALID_VALUE for an empty one, which changes nothing: a text cannot be
     /// emptied. INTERNAL_ERROR for a null handle.
     virtual PelDOM::Error setValue(const PelString& value);

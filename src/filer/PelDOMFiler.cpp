@@ -69,7 +69,7 @@ PelDOMFiler& PelDOMFiler::operator=(const PelDOMFiler& other) {
 PelDOM::Error PelDOMFiler::setCurrentNode(PelDOMNode& node) {
     currentNodeField = node;
     if (node.getNodeType() == PelDOM::ELEMENT_NODE)
-        currentElementField = PelDOMElement(node);
+        currentElementField = node;
     return PelDOM::SUCCESS;
 }
 

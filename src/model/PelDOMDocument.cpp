@@ -22,6 +22,16 @@ PelDOMDocument& PelDOMDocument::operator=(PelDOMDocument& rhs) {
 }
 
 const PelDOMDocument& PelDOMDocument::operator=(const PelDOMDocument& rhs) {
+    *this = static_cast<const PelDOMNode&>(rhs);
+    return rhs;
+}
+
+PelDOMNode& PelDOMDocument::operator=(PelDOMNode& rhs) {
+    *this = std::as_const(rhs);
+    return rhs;
+}
+
+const PelDOMNode& PelDOMDocument::operator=(const PelDOMNode& rhs) {
     assignTraced(u"PelDOMDocument operator=(PelDOMText& rhs)", rhs);
     return rhs;
 }

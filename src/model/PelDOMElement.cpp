@@ -25,6 +25,16 @@ PelDOMElement& PelDOMElement::operator=(PelDOMElement& rhs) {
 }
 
 const PelDOMElement& PelDOMElement::operator=(const PelDOMElement& rhs) {
+    *this = static_cast<const PelDOMNode&>(rhs);
+    return rhs;
+}
+
+PelDOMNode& PelDOMElement::operator=(PelDOMNode& rhs) {
+    *this = std::as_const(rhs);
+    return rhs;
+}
+
+const PelDOMNode& PelDOMElement::operator=(const PelDOMNode& rhs) {
     assignTraced(u"PelDOMElement operator=(PelDOMElement& rhs)", rhs);
     return rhs;
 }

@@ -22,6 +22,16 @@ PelDOMText& PelDOMText::operator=(PelDOMText& rhs) {
 }
 
 const PelDOMText& PelDOMText::operator=(const PelDOMText& rhs) {
+    *this = static_cast<const PelDOMNode&>(rhs);
+    return rhs;
+}
+
+PelDOMNode& PelDOMText::operator=(PelDOMNode& rhs) {
+    *this = std::as_const(rhs);
+    return rhs;
+}
+
+const PelDOMNode& PelDOMText::operator=(const PelDOMNode& rhs) {
     assignTraced(u"PelDOMText operator=(PelDOMText& rhs)", rhs);
     return rhs;
 }
