@@ -61,16 +61,8 @@ if(NOT CMAKE_SCRIPT_MODE_FILE)
     function(guide_program name text)
         set(source "${SCRATCH_DIR}/${name}.cpp")
         file(WRITE "${source}" "${text}")
-        # Like the tests: the library's objects, with a log of the program's own.
-        add_executable(${name} "${source}" "${PROJECT_SOURCE_DIR}/src/core/PelLog.cpp"
-                               $<TARGET_OBJECTS:qrndom_objects>)
-        set_source_files_properties("${PROJECT_SOURCE_DIR}/src/core/PelLog.cpp" PROPERTIES
-            INCLUDE_DIRECTORIES "${PROJECT_SOURCE_DIR}/src")
-        target_compile_definitions(${name} PRIVATE QRNDOM_LOG_MODE=1 QRNDOM_LOG_FILE="guide.log")
-        target_include_directories(${name} PRIVATE
-            "${PROJECT_SOURCE_DIR}/include" "${PROJECT_BINARY_DIR}/include")
-        target_link_libraries(${name} PRIVATE
-            qrndom_settings XercesC::XercesC ICU::uc Threads::Threads)
+        add_executable(${name} "${source}")
+        qrndom_whole_library(${name} LOG_FILE "guide.log")
         set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${SCRATCH_DIR}")
     endfunction()
 

@@ -20,6 +20,41 @@ static std::string recorded(std::initializer_list<std::pair<const void*, const c
     return text;
 }
 
+static bool logIsOpen() {
+    std::error_code isNoFile;
+    for (const auto& file : std::filesystem::directory_iterator("/proc/self/fd"))
+        if (std::filesystem::equivalent(file, QRNDOM_LOG_FILE, isNoFile)) return true;
+    return false;
+}
+
+static void requireAtExit(bool isMet, const char* what) {
+    if (isMet) return;
+    std::fputs(what, stderr);
+    std::_Exit(1);
+}
+
+// Stands before the log in the link.
+static const struct LoadTimeObject {
+    const bool foundLogOpen = logIsOpen();
+    ~LoadTimeObject() { requireAtExit(logIsOpen(), "the log was closed too early\n"); }
+} loadTimeObject;
+
+[[gnu::constructor(101)]] static void watchTheVeryEnd() {
+    std::atexit([] {
+        const std::string text = bytesOf(QRNDOM_LOG_FILE);
+        const std::string last = recorded({{&PelDOMFiler::InvalidElement, "~PelDOMNode"}});
+        requireAtExit(
+            !logIsOpen() && text.size() >= last.size() && text.substr(text.size() - last.size()) == last,
+            "the log did not end after all else\n");
+    });
+}
+
+TEST(Log, IsOpenBeforeAllElseIsMade) {
+    EXPECT_TRUE(loadTimeObject.foundLogOpen);
+    const std::string first = recorded({{&PelDOMFiler::InvalidElement, "PelDOMNode()"}});
+    EXPECT_EQ(bytesOf(QRNDOM_LOG_FILE).substr(0, first.size()), first);
+}
+
 TEST(Log, RecordsWhatItsModeSays) {
     const LogWatch log;
     PelDOM::error(u"abc", nullptr);

@@ -70,6 +70,6 @@ public:
     /// fixed when the library is built, decides which lines are written: 0 none; 1 (the default)
     /// those without a context; 2 those with one, after its address in decimal and ":"; 3 all, each
     /// after its address ("0:" for none). A log that cannot be opened or written drops its lines
-    /// silently.
+    /// silently. One that has grown to its limit ends with a line that says so and drops the rest.
     static void error(const PelString& message, const void* context) noexcept;
 };

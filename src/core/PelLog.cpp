@@ -6,12 +6,16 @@
 #include <qrndom/PelDOM.h>
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 const int PelLog::mode = QRNDOM_LOG_MODE;
 
 namespace {
+
+constexpr std::string_view limitNotice = "The log is full: further lines are dropped.\n";
 
 /// The log file: open from the library's load to its unload, and failed for good after the first
 /// write that fails.
@@ -28,24 +32,37 @@ public:
     LogFile(const LogFile&) = delete;
     LogFile& operator=(const LogFile&) = delete;
 
+    // One caller alone meets the line that no longer fits, and writes the notice in its place.
     void append(const std::string& line) noexcept {
-        if (file != PelPlatform::noLog && !hasFailed && !PelPlatform::appendToLog(file, line))
+        if (file == PelPlatform::noLog || hasFailed)
+            return;
+        const std::size_t before = size.fetch_add(line.size());
+        if (before > room)
+            return;
+        const bool fits = line.size() <= room - before;
+        if (!PelPlatform::appendToLog(file, fits ? line : limitNotice))
             hasFailed = true;
     }
 
 private:
+    static constexpr std::size_t room = QRNDOM_LOG_LIMIT - limitNotice.size();
+    static_assert(QRNDOM_LOG_LIMIT >= limitNotice.size(), "not even the notice fits");
+
     const int file;
     std::atomic<bool> hasFailed{false};
+    std::atomic<std::size_t> size{0}; // with the first line that did not fit
 };
 
-// A load-time object that traces its own life calls in here first, and so is made after the log
-// and destroyed before it, whatever the order of the library's sources.
 LogFile& errorLog() {
     static LogFile log;
     return log;
 }
 
-[[maybe_unused]] const LogFile& openedAtLoad = errorLog();
+// Before all other objects of the library and, where it is part of a program, of the program: what
+// is made later is destroyed earlier.
+[[gnu::constructor(101)]] void openAtLoad() {
+    errorLog();
+}
 
 } // namespace
 

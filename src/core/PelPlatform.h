@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 /// What differs from one operating system to the next. Another system is another source file.
 class PelPlatform {
@@ -17,7 +18,7 @@ public:
     static int openLog(const char* path) noexcept;
 
     /// Appends a whole line in one write; false when not all of it was written.
-    static bool appendToLog(int log, const std::string& line) noexcept;
+    static bool appendToLog(int log, std::string_view line) noexcept;
 
     static void closeLog(int log) noexcept;
 

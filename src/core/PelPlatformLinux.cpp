@@ -42,7 +42,7 @@ int PelPlatform::openLog(const char* path) noexcept {
     return noLog;
 }
 
-bool PelPlatform::appendToLog(int log, const std::string& line) noexcept {
+bool PelPlatform::appendToLog(int log, std::string_view line) noexcept {
     ssize_t written = 0;
     do {
         written = write(log, line.data(), line.size());

@@ -1,0 +1,31 @@
+# SPDX-License-Identifier: MIT
+# Puts the whole library into `target`, with a log of the target's own: into the library itself, and
+# into programs that reach its hidden symbols or whose log nobody else may touch.
+#
+#     qrndom_whole_library(target LOG_FILE path [LOG_MODE 0 to 3] [LOG_LIMIT bytes])
+function(qrndom_whole_library target)
+    cmake_parse_arguments(ARG "" "LOG_FILE;LOG_MODE;LOG_LIMIT" "" ${ARGN})
+    if(NOT DEFINED ARG_LOG_MODE)
+        set(ARG_LOG_MODE 1)
+    endif()
+    if(NOT DEFINED ARG_LOG_LIMIT)
+        set(ARG_LOG_LIMIT ${QRNDOM_LOG_LIMIT})
+    endif()
+    set(log "${PROJECT_SOURCE_DIR}/src/core/PelLog.cpp")
+    # The target's own sources need not see the library's.
+    set_source_files_properties("${log}" PROPERTIES INCLUDE_DIRECTORIES "${PROJECT_SOURCE_DIR}/src")
+    target_sources(${target} PRIVATE "${log}" $<TARGET_OBJECTS:qrndom_objects>)
+    target_compile_definitions(${target} PRIVATE QRNDOM_LOG_FILE="${ARG_LOG_FILE}"
+        QRNDOM_LOG_MODE=${ARG_LOG_MODE} QRNDOM_LOG_LIMIT=${ARG_LOG_LIMIT})
+    target_include_directories(${target} PRIVATE
+        "${PROJECT_SOURCE_DIR}/include" "${PROJECT_BINARY_DIR}/include")
+    target_link_libraries(${target} PRIVATE
+        XercesC::XercesC ICU::uc Threads::Threads $<BUILD_INTERFACE:qrndom_settings>)
+endfunction()
+
+# What a shared library made so shows of itself.
+add_library(qrndom_exports INTERFACE)
+set(exports "${PROJECT_SOURCE_DIR}/cmake/exports.map")
+target_link_options(qrndom_exports INTERFACE
+    LINKER:-Bsymbolic-functions "LINKER:--version-script=${exports}")
+set_target_properties(qrndom_exports PROPERTIES INTERFACE_LINK_DEPENDS "${exports}")
