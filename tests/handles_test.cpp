@@ -62,11 +62,72 @@ TEST(Handles, SurviveFailuresOfTheirImplementation) {
     EXPECT_EQ(CountedImp::alive, 3);
 }
 
+template <class Handle>
+constexpr bool isAHandle =
+    std::is_nothrow_move_constructible_v<Handle>&& std::is_nothrow_move_assignable_v<Handle>&&
+        std::is_constructible_v<bool, Handle> &&
+    !std::is_convertible_v<Handle, bool>;
+
+static_assert(isAHandle<PelDOMNode> && isAHandle<PelDOMDocument> && isAHandle<PelDOMElement> &&
+              isAHandle<PelDOMText> && isAHandle<PelDOMNodeList>);
+
+TEST(Handles, AreMovedWithoutANewImplementation) {
+    PelDOMNode first(new CountedImp);
+    const PelDOMNodeImp* const own = first.getNodeImp();
+    PelDOMNode second(std::move(first));
+    EXPECT_EQ(answers({first, first.getErrorStatus(), second, second.getErrorStatus(), CountedImp::alive}),
+        "null no-imp #8 ok 1");
+    PelDOMNode third(new CountedImp(true)); // throws when it is let go of
+    EXPECT_EQ(&(third = std::move(second)), &third);
+    third = std::move(*&third);
+    EXPECT_EQ(answers({second, second.getErrorStatus(), third, third.getErrorStatus(), CountedImp::alive}),
+        "null no-imp #8 ok 1");
+    EXPECT_EQ(third.getNodeImp(), own);
+    second = third = PelDOMNode();
+    EXPECT_EQ(answers({second, third, third.getErrorStatus(), CountedImp::alive}), "null null no-imp 0");
+
+    PelDOMElement element(rootOf("<r/>").getParentNode()), root;
+    PelDOMDocument document(std::move(element)), sameDocument(std::move(document));
+    root = sameDocument.getDocumentElement();
+    PelDOMText text(rootOf("<r>t</r>").getFirstChild()), sameText(std::move(text));
+    EXPECT_EQ(answers({element, document, sameDocument, root, text, sameText, sameText.getValue()}),
+        "null null #9(r) r null |t| 't'");
+    document = root.getParentNode();
+    text = std::move(sameText);
+    element = std::move(root);
+    root = PelDOMNode();
+    sameDocument = PelDOMDocument();
+    EXPECT_EQ(answers({element, element.getTagName(), document, text, root, sameText, sameDocument}),
+        "r 'r' #9(r) |t| null null null");
+}
+
+TEST(Handles, AreEqualWhenTheyReferToTheSameNode) {
+    const PelDOMDocument document = parse("<r><a/><a/></r>");
+    const PelDOMElement root = document.getDocumentElement();
+    PelDOMNode nothing;
+    document.getParentNode(nothing);
+    const PelDOMNode distinct[] = {document, root, childAt(root, 0), childAt(root, 1), PelDOMNode()};
+    const PelDOMNode again[] = {
+        root.getParentNode(), document.getFirstChild(), root.getFirstChild(), root.getLastChild(), nothing};
+    for (int i = 0; i < 5; ++i)
+        for (int j = 0; j < 5; ++j) {
+            EXPECT_EQ(distinct[i] == again[j], i == j) << i << j;
+            EXPECT_EQ(distinct[i] != again[j], i != j) << i << j;
+            EXPECT_EQ(distinct[i].isSameNode(again[j]), i == j) << i << j;
+        }
+    EXPECT_TRUE(
+        root && nothing && !PelDOMText() && root == distinct[1] && document == root.getOwnerDocument());
+    const PelDOMNode counted(new CountedImp), other(counted);
+    EXPECT_TRUE(counted == counted && counted != other);
+}
+
 // What every operation answers on a handle that has no content of its kind.
 static void expectEmptyAnswers(PelDOMDocument document, PelDOMElement element, PelDOMText text) {
-    EXPECT_EQ("null null null no-imp internal ''",
+    EXPECT_EQ("null null null no-imp internal '' null null null 0 0",
         answers({document.getDocumentElement(), document.createElement("a"), document.createTextNode("a"),
-            document.getDocumentElement().getErrorStatus(), text.setValue("v"), text.getValue()}));
+            document.getDocumentElement().getErrorStatus(), text.setValue("v"), text.getValue(),
+            element.getChildElement(), element.getNextElement(), element.getPreviousElement(),
+            bool(document.getElementsByTagName("*")), bool(element.getElementsByTagName("*"))}));
     long whole = 7;
     double real = 7;
     PelString value("kept");
@@ -89,6 +150,10 @@ static void expectNoNode(PelDOMNode node) {
         answers({node.getNodeType(), node.getContentImp() == nullptr, node.getOwnerDocument(owner),
             node.getParentNode(kept), node.getChildNodes(list), node.appendChild(kept),
             kept.appendChild(node), list.length(), list.item(0, kept), owner, kept}));
+    EXPECT_EQ("null null null null null null 0 0",
+        answers({node.getOwnerDocument(), node.getParentNode(), node.getFirstChild(), node.getLastChild(),
+            node.getNextSibling(), node.getPreviousSibling(), node.hasChildNodes(),
+            bool(node.getChildNodes())}));
 }
 
 TEST(NullHandles, AnswerEveryOperation) {

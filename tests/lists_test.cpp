@@ -43,6 +43,34 @@ TEST(Lists, AreCopiedAndAssignedAsHandlesAre) {
     EXPECT_EQ(copy.length(), 0);
 }
 
+struct OwnList : PelDOMNodeListImp {
+    PelDOM::Error item(long, PelDOMNode&) override { return PelDOM::INDEX_OUT_OF_RANGE; }
+    long length() override { return 0; }
+    PelDOMNodeListImp* clone() override { return new OwnList; }
+};
+
+TEST(Lists, AreMovedAndCompared) {
+    const PelDOMDocument document = parse("<r><a/><a/></r>");
+    const PelDOMElement root = document.getDocumentElement();
+    const PelDOMNodeList distinct[] = {root.getChildNodes(), document.getChildNodes(),
+        root.getElementsByTagName("a"), root.getElementsByTagName(""), document.getElementsByTagName("a"),
+        PelDOMNodeList(new OwnList), PelDOMNodeList()};
+    const PelDOMNodeList again[] = {childrenOf(root), childrenOf(document), elementsOf(root, "a"),
+        elementsOf(root, ""), PelDOMDocument(document).getElementsByTagName("a"), distinct[5],
+        PelDOMNodeList()};
+    for (int i = 0; i < 7; ++i)
+        for (int j = 0; j < 7; ++j) {
+            EXPECT_EQ(distinct[i] == again[j], i == j && i != 5) << i << j;
+            EXPECT_EQ(distinct[i] != again[j], i != j || i == 5) << i << j;
+        }
+    EXPECT_TRUE(distinct[5] == *&distinct[5] && distinct[3] && !distinct[6]);
+    EXPECT_EQ(document.getElementsByTagName("*").length(), 3);
+    PelDOMNodeList one = distinct[0], two(std::move(one)), three = distinct[1];
+    EXPECT_EQ(&(three = std::move(two)), &three);
+    three = std::move(*&three);
+    EXPECT_TRUE(!one && !two && three == distinct[0]);
+}
+
 TEST(Lists, OfElementsAreInDocumentOrderWithoutTheRootAndShareTheirNodes) {
     const PelDOMElement root = rootOf("<x><x><y/><x/></x>t<!--x--><y><p:x/><X/><x/></y></x>");
     EXPECT_EQ(

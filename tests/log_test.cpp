@@ -111,6 +111,23 @@ TEST(Log, ShowsThatConvertingAssignmentsMakeNoTemporaries) {
                         {&filer.currentNode(), toNode}, {&filer.currentElement(), toElement}}));
 }
 
+TEST(Log, ShowsNoMoreThanTheHandlesThatWalkingMakes) {
+    const PelDOMNode root = childAt(parse("<a><!--c--><?p i?></a>"), 0);
+    const LogWatch log;
+    std::string expected;
+    {
+        PelDOMNode first = root.getFirstChild();
+        const PelDOMNode last = root.getChildNodes().operator bool() ? first.getNextSibling() : first;
+        PelDOMNode moved(std::move(first));
+        expected = recorded({{&first, "PelDOMNode()"}, {&last, "PelDOMNode()"}});
+        first = std::move(moved);
+        EXPECT_TRUE(first.getNextSibling().isSameNode(last));
+    }
+    EXPECT_EQ(log.text().substr(0, expected.size()), expected);
+    EXPECT_EQ(log.text().find("failed"), std::string::npos);
+    EXPECT_EQ(log.text().find("orig"), std::string::npos);
+}
+
 TEST(Log, TracesTheServices) {
     PelDOMUtilites::releaseUtilities();
     PelString target("d");

@@ -27,6 +27,12 @@ public:
     /// operations below answer as those of a null handle do.
     explicit PelDOMDocument(const PelDOMNode& node);
 
+    /// Takes the node over and leaves `orig` a null handle.
+    PelDOMDocument(PelDOMDocument&& orig) noexcept;
+
+    /// The same from a node handle, with the kinds that fit as above.
+    explicit PelDOMDocument(PelDOMNode&& node) noexcept;
+
     /// Lets go of the node; the tree goes with the last handle into it.
     ~PelDOMDocument() override;
 
@@ -41,6 +47,16 @@ public:
 
     /// The same for const handles and temporaries.
     const PelDOMNode& operator=(const PelDOMNode& rhs);
+
+    /// Takes the node of `rhs` over and leaves `rhs` a null handle. The value is this handle.
+    PelDOMDocument& operator=(PelDOMDocument&& rhs) noexcept;
+
+    /// The same from a node handle.
+    PelDOMDocument& operator=(PelDOMNode&& rhs) noexcept;
+
+    /// The live list of all elements with a tag name ("*": all), in document order. A null document
+    /// gives an empty handle.
+    PelDOMNodeList getElementsByTagName(const PelString& name) const;
 
     /// The root element. A document without one gives a handle of type NO_NODE, a null document a
     /// null handle.

@@ -25,6 +25,12 @@ public:
     /// Where it is of another kind, the operations below answer as those of a null handle do.
     explicit PelDOMElement(const PelDOMNode& node);
 
+    /// Takes the node over and leaves `orig` a null handle.
+    PelDOMElement(PelDOMElement&& orig) noexcept;
+
+    /// The same from a node handle, with the kinds that fit as above.
+    explicit PelDOMElement(PelDOMNode&& node) noexcept;
+
     /// Lets go of the node; the tree goes with the last handle into it.
     ~PelDOMElement() override;
 
@@ -39,6 +45,12 @@ public:
 
     /// The same for const handles and temporaries.
     const PelDOMNode& operator=(const PelDOMNode& rhs);
+
+    /// Takes the node of `rhs` over and leaves `rhs` a null handle. The value is this handle.
+    PelDOMElement& operator=(PelDOMElement&& rhs) noexcept;
+
+    /// The same from a node handle.
+    PelDOMElement& operator=(PelDOMNode&& rhs) noexcept;
 
     /// Removes an attribute; one that is not there is no error. INVALID_VALUE for an empty name and
     /// for a null handle.
@@ -89,6 +101,19 @@ public:
     /// Makes `out` the live list of this element's descendants with a tag name ("*": all), in
     /// document order, and gives its length. 0, with `out` unchanged, for a null handle.
     int getElementsByTagName(const PelString& name, PelDOMNodeList& out) const;
+
+    /// The same list as the result; an empty handle for a null handle.
+    PelDOMNodeList getElementsByTagName(const PelString& name) const;
+
+    /// The first child that is an element with a tag name ("*": any). A null handle where there is
+    /// none, here and below.
+    PelDOMElement getChildElement(const PelString& name = u"*") const;
+
+    /// The next sibling that is such an element.
+    PelDOMElement getNextElement(const PelString& name = u"*") const;
+
+    /// The nearest sibling before this one that is such an element.
+    PelDOMElement getPreviousElement(const PelString& name = u"*") const;
 
 private:
     template <class Number>

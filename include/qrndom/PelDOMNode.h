@@ -26,6 +26,9 @@ public:
     /// A second handle to the same node, with the same status.
     PelDOMNode(const PelDOMNode& orig);
 
+    /// Takes the node over and leaves `orig` a null handle.
+    PelDOMNode(PelDOMNode&& orig) noexcept;
+
     /// Lets go of the node; the tree goes with the last handle into it.
     virtual ~PelDOMNode();
 
@@ -36,8 +39,28 @@ public:
     /// The same for const handles and temporaries.
     const PelDOMNode& operator=(const PelDOMNode& rhs);
 
+    /// Lets go of the own node, takes over that of `rhs` and leaves `rhs` a null handle. The value
+    /// of the expression is this handle.
+    PelDOMNode& operator=(PelDOMNode&& rhs) noexcept;
+
     /// 1 for a null handle, else 0.
     int isNull() const noexcept { return imp == nullptr ? 1 : 0; }
+
+    /// Whether this is no null handle.
+    explicit operator bool() const noexcept { return imp != nullptr; }
+
+    /// Whether both handles refer to the same node, or both to none.
+    bool isSameNode(const PelDOMNode& other) const noexcept;
+
+    /// As isSameNode.
+    friend bool operator==(const PelDOMNode& left, const PelDOMNode& right) noexcept {
+        return left.isSameNode(right);
+    }
+
+    /// Whether they refer to different nodes.
+    friend bool operator!=(const PelDOMNode& left, const PelDOMNode& right) noexcept {
+        return !left.isSameNode(right);
+    }
 
     /// NO_IMPLEMENTATION for a null handle, else SUCCESS. Set when the handle is made or assigned;
     /// no operation changes it.
@@ -74,6 +97,22 @@ public:
     /// `out` as it was.
     PelDOM::Error getChildNodes(PelDOMNodeList& out) const;
 
+    /// The document that the node belongs to. Like each of the following, a null handle where there
+    /// is none, and for a null handle; it costs one implementation object.
+    PelDOMDocument getOwnerDocument() const;
+
+    PelDOMNode getParentNode() const;      ///< The node that this one is a child of.
+    PelDOMNode getFirstChild() const;      ///< The first of its children.
+    PelDOMNode getLastChild() const;       ///< The last of its children.
+    PelDOMNode getNextSibling() const;     ///< The child of its parent that follows this one.
+    PelDOMNode getPreviousSibling() const; ///< The one that stands before this one.
+
+    /// The live list of this node's children.
+    PelDOMNodeList getChildNodes() const;
+
+    /// Whether there is a child of any kind.
+    bool hasChildNodes() const;
+
     /// Prints the subtree into the diagnostic log: a line for each node and attribute, children
     /// between brackets and two spaces further in. `level` is the depth of this node; 0 and 1 print
     /// it without indentation. Text of line breaks and spaces only is left out.
@@ -91,6 +130,9 @@ protected:
     /// What every assignment operator of a handle does: the trace, then `assign` unless `rhs` is
     /// this handle itself.
     void assignTraced(const char16_t* trace, const PelDOMNode& rhs);
+
+    /// What every move assignment of a handle does: the trace, then it takes the node over.
+    void takeTraced(const char16_t* trace, PelDOMNode& rhs) noexcept;
 
 private:
     PelDOMNodeImp* imp;

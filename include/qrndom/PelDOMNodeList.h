@@ -23,6 +23,9 @@ public:
     /// A second handle to the same live list.
     PelDOMNodeList(const PelDOMNodeList& orig);
 
+    /// Takes the list over and leaves `orig` an empty handle.
+    PelDOMNodeList(PelDOMNodeList&& orig) noexcept;
+
     /// Lets go of the list; the tree goes with the last handle into it.
     virtual ~PelDOMNodeList();
 
@@ -32,6 +35,21 @@ public:
 
     /// The same for const handles and temporaries.
     const PelDOMNodeList& operator=(const PelDOMNodeList& rhs);
+
+    /// Takes the list of `rhs` over and leaves `rhs` an empty handle. The value is this handle.
+    PelDOMNodeList& operator=(PelDOMNodeList&& rhs) noexcept;
+
+    /// Whether this is no empty handle; the list may still have no nodes.
+    explicit operator bool() const noexcept { return imp != nullptr; }
+
+    /// Whether both are the children of the same node, or the elements with the same name below the
+    /// same node; or both are empty handles. A list of your own is equal to itself alone.
+    friend QRNDOM_API bool operator==(const PelDOMNodeList& left,
+                                      const PelDOMNodeList& right) noexcept;
+
+    /// Whether they are different lists.
+    friend QRNDOM_API bool operator!=(const PelDOMNodeList& left,
+                                      const PelDOMNodeList& right) noexcept;
 
     /// The number of nodes in the list now; 0 for an empty handle.
     virtual long length() const;

@@ -24,6 +24,12 @@ public:
     /// is of another kind, the operations below answer as those of a null handle do.
     explicit PelDOMText(const PelDOMNode& node);
 
+    /// Takes the node over and leaves `orig` a null handle.
+    PelDOMText(PelDOMText&& orig) noexcept;
+
+    /// The same from a node handle, with the kinds that fit as above.
+    explicit PelDOMText(PelDOMNode&& node) noexcept;
+
     /// Lets go of the node; the tree goes with the last handle into it.
     ~PelDOMText() override;
 
@@ -38,6 +44,12 @@ public:
 
     /// The same for const handles and temporaries.
     const PelDOMNode& operator=(const PelDOMNode& rhs);
+
+    /// Takes the node of `rhs` over and leaves `rhs` a null handle. The value is this handle.
+    PelDOMText& operator=(PelDOMText&& rhs) noexcept;
+
+    /// The same from a node handle.
+    PelDOMText& operator=(PelDOMNode&& rhs) noexcept;
 
     /// Replaces the text. INVALID_VALUE for an empty one, which changes nothing: a text cannot be
     /// emptied. INTERNAL_ERROR for a null handle.

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "model/PelDOMDocumentImp.h"
+#include "model/PelDOMNodeImp.h"
 
 #include <qrndom/PelDOMDocument.h>
+#include <qrndom/PelDOMNodeList.h>
 
 #include <utility>
 
@@ -12,6 +14,11 @@ PelDOMDocument::PelDOMDocument(const PelDOMDocument& orig) : PelDOMNode(orig) {
 }
 
 PelDOMDocument::PelDOMDocument(const PelDOMNode& node) : PelDOMNode(node) {
+}
+
+PelDOMDocument::PelDOMDocument(PelDOMDocument&& orig) noexcept = default;
+
+PelDOMDocument::PelDOMDocument(PelDOMNode&& node) noexcept : PelDOMNode(std::move(node)) {
 }
 
 PelDOMDocument::~PelDOMDocument() = default;
@@ -34,6 +41,19 @@ PelDOMNode& PelDOMDocument::operator=(PelDOMNode& rhs) {
 const PelDOMNode& PelDOMDocument::operator=(const PelDOMNode& rhs) {
     assignTraced(u"PelDOMDocument operator=(PelDOMText& rhs)", rhs);
     return rhs;
+}
+
+PelDOMDocument& PelDOMDocument::operator=(PelDOMDocument&& rhs) noexcept {
+    return *this = static_cast<PelDOMNode&&>(rhs);
+}
+
+PelDOMDocument& PelDOMDocument::operator=(PelDOMNode&& rhs) noexcept {
+    takeTraced(u"PelDOMDocument operator=(PelDOMText& rhs)", rhs);
+    return *this;
+}
+
+PelDOMNodeList PelDOMDocument::getElementsByTagName(const PelString& name) const {
+    return PelDOMNodeList(imp() != nullptr ? getNodeImp()->listElements(name) : nullptr);
 }
 
 PelDOMElement PelDOMDocument::getDocumentElement() const {

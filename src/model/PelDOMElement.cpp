@@ -8,6 +8,16 @@
 
 #include <utility>
 
+using Relative = PelDOMNodeImp::Relative;
+
+namespace {
+
+PelDOMNodeImp* elementFrom(PelDOMElementImp* content, Relative start, const PelString& name) {
+    return content != nullptr ? content->getElement(start, name) : nullptr;
+}
+
+} // namespace
+
 PelDOMElement::PelDOMElement(PelDOMNodeImp* implementation) : PelDOMNode(implementation) {
 }
 
@@ -15,6 +25,11 @@ PelDOMElement::PelDOMElement(const PelDOMElement& orig) : PelDOMNode(orig) {
 }
 
 PelDOMElement::PelDOMElement(const PelDOMNode& node) : PelDOMNode(node) {
+}
+
+PelDOMElement::PelDOMElement(PelDOMElement&& orig) noexcept = default;
+
+PelDOMElement::PelDOMElement(PelDOMNode&& node) noexcept : PelDOMNode(std::move(node)) {
 }
 
 PelDOMElement::~PelDOMElement() = default;
@@ -37,6 +52,15 @@ PelDOMNode& PelDOMElement::operator=(PelDOMNode& rhs) {
 const PelDOMNode& PelDOMElement::operator=(const PelDOMNode& rhs) {
     assignTraced(u"PelDOMElement operator=(PelDOMElement& rhs)", rhs);
     return rhs;
+}
+
+PelDOMElement& PelDOMElement::operator=(PelDOMElement&& rhs) noexcept {
+    return *this = static_cast<PelDOMNode&&>(rhs);
+}
+
+PelDOMElement& PelDOMElement::operator=(PelDOMNode&& rhs) noexcept {
+    takeTraced(u"PelDOMElement operator=(PelDOMElement& rhs)", rhs);
+    return *this;
 }
 
 PelDOM::Error PelDOMElement::removeAttribute(const PelString& name) {
@@ -112,6 +136,22 @@ PelDOM::Error PelDOMElement::getChildTextValue(PelString& value) const {
 int PelDOMElement::getElementsByTagName(const PelString& name, PelDOMNodeList& out) const {
     PelDOMElementImp* const content = imp();
     return content != nullptr ? content->getElementsByTagName(name, out) : 0;
+}
+
+PelDOMNodeList PelDOMElement::getElementsByTagName(const PelString& name) const {
+    return PelDOMNodeList(imp() != nullptr ? getNodeImp()->listElements(name) : nullptr);
+}
+
+PelDOMElement PelDOMElement::getChildElement(const PelString& name) const {
+    return PelDOMElement(elementFrom(imp(), Relative::FIRST_CHILD, name));
+}
+
+PelDOMElement PelDOMElement::getNextElement(const PelString& name) const {
+    return PelDOMElement(elementFrom(imp(), Relative::NEXT_SIBLING, name));
+}
+
+PelDOMElement PelDOMElement::getPreviousElement(const PelString& name) const {
+    return PelDOMElement(elementFrom(imp(), Relative::PREVIOUS_SIBLING, name));
 }
 
 PelDOMElementImp* PelDOMElement::imp() const {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/PelDOMNodeContentImp.h"
+#include "model/PelDOMNodeImp.h"
 
 #include <qrndom/PelDOM.h>
 
@@ -26,4 +27,8 @@ public:
 
     /// Assigns the live list to `out` and gives its length; leaves `out` alone without a node.
     virtual int getElementsByTagName(const PelString& name, PelDOMNodeList& out) = 0;
+
+    /// The relative, or the nearest node beyond it in the same direction, that is an element with a
+    /// tag name ("*": any): a new object for the caller to own; null when there is none.
+    virtual PelDOMNodeImp* getElement(PelDOMNodeImp::Relative start, const PelString& name) = 0;
 };

@@ -8,6 +8,28 @@
 
 #include <utility>
 
+using Relative = PelDOMNodeImp::Relative;
+
+namespace {
+
+void destroy(const PelDOMNodeImp* imp) noexcept {
+    try {
+        delete imp;
+    } catch (...) {
+        // Nobody is there to tell; the implementation is gone either way.
+    }
+}
+
+const void* identityOf(const PelDOMNodeImp* imp) noexcept {
+    return imp != nullptr ? imp->getIdentity() : nullptr;
+}
+
+PelDOMNodeImp* relativeOf(const PelDOMNodeImp* imp, Relative which) {
+    return imp != nullptr ? imp->getRelative(which) : nullptr;
+}
+
+} // namespace
+
 PelDOMNode::PelDOMNode(PelDOMNodeImp* implementation)
     : imp(implementation),
       errorStatus(implementation != nullptr ? PelDOM::SUCCESS : PelDOM::NO_IMPLEMENTATION) {
@@ -20,13 +42,14 @@ PelDOMNode::PelDOMNode(const PelDOMNode& orig)
     assign(orig);
 }
 
+PelDOMNode::PelDOMNode(PelDOMNode&& orig) noexcept
+    : imp(std::exchange(orig.imp, nullptr)),
+      errorStatus(std::exchange(orig.errorStatus, PelDOM::NO_IMPLEMENTATION)) {
+}
+
 PelDOMNode::~PelDOMNode() {
     PelLog::trace(u"~PelDOMNode", this);
-    try {
-        delete imp;
-    } catch (...) {
-        // A destructor has nobody to tell; the handle is gone either way.
-    }
+    destroy(imp);
 }
 
 PelDOMNode& PelDOMNode::operator=(PelDOMNode& rhs) {
@@ -37,6 +60,11 @@ PelDOMNode& PelDOMNode::operator=(PelDOMNode& rhs) {
 const PelDOMNode& PelDOMNode::operator=(const PelDOMNode& rhs) {
     assignTraced(u"PelDOMNodeoperator=(PelDOMNode& rhs)", rhs);
     return rhs;
+}
+
+PelDOMNode& PelDOMNode::operator=(PelDOMNode&& rhs) noexcept {
+    takeTraced(u"PelDOMNodeoperator=(PelDOMNode& rhs)", rhs);
+    return *this;
 }
 
 void PelDOMNode::assign(const PelDOMNode& other) {
@@ -50,6 +78,19 @@ void PelDOMNode::assignTraced(const char16_t* trace, const PelDOMNode& rhs) {
     PelLog::trace(trace, this);
     if (this != &rhs)
         assign(rhs);
+}
+
+void PelDOMNode::takeTraced(const char16_t* trace, PelDOMNode& rhs) noexcept {
+    PelLog::trace(trace, this);
+    if (this == &rhs)
+        return;
+    const PelDOMNodeImp* const released = std::exchange(imp, std::exchange(rhs.imp, nullptr));
+    errorStatus = std::exchange(rhs.errorStatus, PelDOM::NO_IMPLEMENTATION);
+    destroy(released);
+}
+
+bool PelDOMNode::isSameNode(const PelDOMNode& other) const noexcept {
+    return identityOf(imp) == identityOf(other.imp);
 }
 
 PelDOMNodeContentImp* PelDOMNode::getContentImp() const noexcept {
@@ -74,4 +115,36 @@ PelDOM::Error PelDOMNode::getParentNode(PelDOMNode& out) const {
 
 PelDOM::Error PelDOMNode::getChildNodes(PelDOMNodeList& out) const {
     return imp != nullptr ? imp->getChildNodes(out) : PelDOM::NULL_NODE;
+}
+
+PelDOMDocument PelDOMNode::getOwnerDocument() const {
+    return PelDOMDocument(relativeOf(imp, Relative::OWNER_DOCUMENT));
+}
+
+PelDOMNode PelDOMNode::getParentNode() const {
+    return PelDOMNode(relativeOf(imp, Relative::PARENT));
+}
+
+PelDOMNode PelDOMNode::getFirstChild() const {
+    return PelDOMNode(relativeOf(imp, Relative::FIRST_CHILD));
+}
+
+PelDOMNode PelDOMNode::getLastChild() const {
+    return PelDOMNode(relativeOf(imp, Relative::LAST_CHILD));
+}
+
+PelDOMNode PelDOMNode::getNextSibling() const {
+    return PelDOMNode(relativeOf(imp, Relative::NEXT_SIBLING));
+}
+
+PelDOMNode PelDOMNode::getPreviousSibling() const {
+    return PelDOMNode(relativeOf(imp, Relative::PREVIOUS_SIBLING));
+}
+
+PelDOMNodeList PelDOMNode::getChildNodes() const {
+    return PelDOMNodeList(imp != nullptr ? imp->listChildren() : nullptr);
+}
+
+bool PelDOMNode::hasChildNodes() const {
+    return imp != nullptr && imp->hasChildNodes();
 }

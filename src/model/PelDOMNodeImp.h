@@ -7,6 +7,7 @@ class PelDOMDocument;
 class PelDOMNode;
 class PelDOMNodeContentImp;
 class PelDOMNodeList;
+class PelDOMNodeListImp;
 
 /// What stands behind a node handle. The order of the virtual operations is fixed.
 ///
@@ -40,6 +41,31 @@ public:
     /// A new content object for a node of that type, for the caller to own: a PelDOMElementImp for
     /// an element, a PelDOMTextImp for a text, a PelDOMDocumentImp for a document, else null.
     virtual PelDOMNodeContentImp* createContentImp(const PelDOM::NodeType& type) = 0;
+
+    /// A node as seen from another one.
+    enum class Relative {
+        OWNER_DOCUMENT,
+        PARENT,
+        FIRST_CHILD,
+        LAST_CHILD,
+        NEXT_SIBLING,
+        PREVIOUS_SIBLING
+    };
+
+    // What follows writes no line to the log, whatever the type of a node.
+
+    /// The same for all objects over one node, and another for each other node; null over none.
+    virtual const void* getIdentity() const noexcept { return this; }
+
+    /// A new object over a relative, for the caller to own; null when there is none.
+    virtual PelDOMNodeImp* getRelative(Relative /*which*/) const { return nullptr; }
+
+    virtual bool hasChildNodes() const { return false; }
+
+    /// New objects over live lists, for the caller to own: of the children, and of the elements
+    /// below with a tag name. Null without a node.
+    virtual PelDOMNodeListImp* listChildren() const { return nullptr; }
+    virtual PelDOMNodeListImp* listElements(const PelString& /*name*/) const { return nullptr; }
 
     PelDOMNodeContentImp* getContentImp() const noexcept { return content; }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "model/PelDOMListImp.h"
+
 #include <qrndom/PelDOMNodeList.h>
-#include <qrndom/PelDOMNodeListImp.h>
 
 #include <utility>
 
@@ -9,6 +10,10 @@ PelDOMNodeList::PelDOMNodeList(PelDOMNodeListImp* implementation) : imp(implemen
 
 PelDOMNodeList::PelDOMNodeList(const PelDOMNodeList& orig) : imp(nullptr) {
     assign(orig);
+}
+
+PelDOMNodeList::PelDOMNodeList(PelDOMNodeList&& orig) noexcept
+    : imp(std::exchange(orig.imp, nullptr)) {
 }
 
 PelDOMNodeList::~PelDOMNodeList() {
@@ -24,6 +29,24 @@ const PelDOMNodeList& PelDOMNodeList::operator=(const PelDOMNodeList& rhs) {
     if (this != &rhs)
         assign(rhs);
     return rhs;
+}
+
+PelDOMNodeList& PelDOMNodeList::operator=(PelDOMNodeList&& rhs) noexcept {
+    if (this != &rhs)
+        delete std::exchange(imp, std::exchange(rhs.imp, nullptr));
+    return *this;
+}
+
+bool operator==(const PelDOMNodeList& left, const PelDOMNodeList& right) noexcept {
+    if (left.imp == right.imp)
+        return true;
+    const auto* const one = dynamic_cast<const PelDOMListImp*>(left.imp);
+    const auto* const other = dynamic_cast<const PelDOMListImp*>(right.imp);
+    return one != nullptr && other != nullptr && one->isSameList(*other);
+}
+
+bool operator!=(const PelDOMNodeList& left, const PelDOMNodeList& right) noexcept {
+    return !(left == right);
 }
 
 void PelDOMNodeList::assign(const PelDOMNodeList& other) {

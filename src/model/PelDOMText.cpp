@@ -14,6 +14,11 @@ PelDOMText::PelDOMText(const PelDOMText& orig) : PelDOMNode(orig) {
 PelDOMText::PelDOMText(const PelDOMNode& node) : PelDOMNode(node) {
 }
 
+PelDOMText::PelDOMText(PelDOMText&& orig) noexcept = default;
+
+PelDOMText::PelDOMText(PelDOMNode&& node) noexcept : PelDOMNode(std::move(node)) {
+}
+
 PelDOMText::~PelDOMText() = default;
 
 PelDOMText& PelDOMText::operator=(PelDOMText& rhs) {
@@ -34,6 +39,15 @@ PelDOMNode& PelDOMText::operator=(PelDOMNode& rhs) {
 const PelDOMNode& PelDOMText::operator=(const PelDOMNode& rhs) {
     assignTraced(u"PelDOMText operator=(PelDOMText& rhs)", rhs);
     return rhs;
+}
+
+PelDOMText& PelDOMText::operator=(PelDOMText&& rhs) noexcept {
+    return *this = static_cast<PelDOMNode&&>(rhs);
+}
+
+PelDOMText& PelDOMText::operator=(PelDOMNode&& rhs) noexcept {
+    takeTraced(u"PelDOMText operator=(PelDOMText& rhs)", rhs);
+    return *this;
 }
 
 PelDOM::Error PelDOMText::setValue(const PelString& value) {

@@ -5,6 +5,7 @@
 #include "xerces/PelXercesDOMNodeList.h"
 #include "xerces/PelXercesEditing.h"
 #include "xerces/PelXercesLinks.h"
+#include "xerces/PelXercesWalk.h"
 
 #include <qrndom/PelDOMNodeList.h>
 
@@ -120,4 +121,14 @@ int PelXercesDOMElement::getElementsByTagName(const PelString& name, PelDOMNodeL
         return 0;
     PelXercesDOMNodeList::give(PelXercesList::ofElements(*node, name.view()), out);
     return static_cast<int>(out.length());
+}
+
+PelDOMNodeImp* PelXercesDOMElement::getElement(PelDOMNodeImp::Relative start,
+                                               const PelString& name) {
+    const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
+    if (node == nullptr)
+        return nullptr;
+    xercesc::DOMNode* const found =
+        PelXercesWalk::elementFrom(*node->getNode(), start, name.view());
+    return PelXercesDOMNode::quietly(node->to(found));
 }

@@ -15,4 +15,5 @@ public:
     PelString getTagName() override;
     PelString getAttribute(const PelString& name) override;
     int getElementsByTagName(const PelString& name, PelDOMNodeList& out) override;
+    PelDOMNodeImp* getElement(PelDOMNodeImp::Relative start, const PelString& name) override;
 };

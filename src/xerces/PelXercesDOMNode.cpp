@@ -6,6 +6,7 @@
 #include "xerces/PelXercesDOMNodeList.h"
 #include "xerces/PelXercesDOMText.h"
 #include "xerces/PelXercesEditing.h"
+#include "xerces/PelXercesWalk.h"
 
 #include <qrndom/PelDOMDocument.h>
 #include <qrndom/PelDOMNodeList.h>
@@ -39,9 +40,10 @@ struct InTheNode {
     void* place;
 };
 
-// Depends on the type alone: it runs before there is a node implementation.
+// Both depend on the type alone: they run before there is a node implementation.
+
 template <class Where>
-PelDOMNodeContentImp* makeContent(PelDOM::NodeType type, Where where) {
+PelDOMNodeContentImp* makeQuietly(PelDOM::NodeType type, Where where) {
     switch (type) {
     case PelDOM::ELEMENT_NODE:
         return where.template make<PelXercesDOMElement>();
@@ -50,17 +52,32 @@ PelDOMNodeContentImp* makeContent(PelDOM::NodeType type, Where where) {
     case PelDOM::DOCUMENT_NODE:
         return where.template make<PelXercesDOMDocument>();
     default:
+        return nullptr;
+    }
+}
+
+template <class Where>
+PelDOMNodeContentImp* makeContent(PelDOM::NodeType type, Where where) {
+    PelDOMNodeContentImp* const content = makeQuietly(type, where);
+    if (content == nullptr)
         PelDOM::error(PelString().format(u"PelXercesDOMNode::createContentImp(%d) failed",
                                          static_cast<int>(type)),
                       nullptr);
-        return nullptr;
-    }
+    return content;
 }
 
 } // namespace
 
 PelXercesDOMNode::PelXercesDOMNode(const PelXercesNodeRef& engineNode)
     : PelDOMNodeImp(makeContent(engineNode.getType(), InTheNode{room})), node(engineNode) {
+}
+
+PelXercesDOMNode::PelXercesDOMNode(const PelXercesNodeRef& engineNode, Quietly)
+    : PelDOMNodeImp(makeQuietly(engineNode.getType(), InTheNode{room})), node(engineNode) {
+}
+
+PelXercesDOMNode* PelXercesDOMNode::quietly(const PelXercesNodeRef& engineNode) {
+    return engineNode ? new PelXercesDOMNode(engineNode, Quietly()) : nullptr;
 }
 
 PelDOM::Error PelXercesDOMNode::getOwnerDocument(PelDOMDocument& out) {
@@ -103,6 +120,22 @@ PelDOMNodeImp* PelXercesDOMNode::clone() {
 
 PelDOMNodeContentImp* PelXercesDOMNode::createContentImp(const PelDOM::NodeType& type) {
     return makeContent(type, OnTheHeap());
+}
+
+PelDOMNodeImp* PelXercesDOMNode::getRelative(Relative which) const {
+    return node ? quietly(node.to(PelXercesWalk::relativeOf(*node.getNode(), which))) : nullptr;
+}
+
+bool PelXercesDOMNode::hasChildNodes() const {
+    return node && node->getFirstChild() != nullptr;
+}
+
+PelDOMNodeListImp* PelXercesDOMNode::listChildren() const {
+    return node ? new PelXercesDOMNodeList(PelXercesList::ofChildren(node)) : nullptr;
+}
+
+PelDOMNodeListImp* PelXercesDOMNode::listElements(const PelString& name) const {
+    return node ? new PelXercesDOMNodeList(PelXercesList::ofElements(node, name.view())) : nullptr;
 }
 
 const PelXercesNodeRef* PelXercesDOMNode::of(const PelDOMNodeContentImp& content) {

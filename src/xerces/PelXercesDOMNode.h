@@ -28,6 +28,14 @@ public:
     PelDOM::Error getChildNodes(PelDOMNodeList& out) override;
     PelDOMNodeImp* clone() override;
     PelDOMNodeContentImp* createContentImp(const PelDOM::NodeType& type) override;
+    const void* getIdentity() const noexcept override { return node.getNode(); }
+    PelDOMNodeImp* getRelative(Relative which) const override;
+    bool hasChildNodes() const override;
+    PelDOMNodeListImp* listChildren() const override;
+    PelDOMNodeListImp* listElements(const PelString& name) const override;
+
+    /// A new object over a node, for calls that write no line to the log; null for no node.
+    static PelXercesDOMNode* quietly(const PelXercesNodeRef& engineNode);
 
     const PelXercesNodeRef& getDOMNode() const noexcept { return node; }
 
@@ -47,5 +55,9 @@ public:
     }
 
 private:
+    struct Quietly {};
+
+    PelXercesDOMNode(const PelXercesNodeRef& engineNode, Quietly);
+
     const PelXercesNodeRef node;
 };

@@ -26,6 +26,11 @@ PelDOMNodeListImp* PelXercesDOMNodeList::clone() {
     return new PelXercesDOMNodeList(list);
 }
 
+// Every list of the library is of this class.
+bool PelXercesDOMNodeList::isSameList(const PelDOMListImp& other) const noexcept {
+    return list.isSame(static_cast<const PelXercesDOMNodeList&>(other).list);
+}
+
 void PelXercesDOMNodeList::give(PelXercesList engineList, PelDOMNodeList& out) {
     PelDOMNodeList temporary(new PelXercesDOMNodeList(std::move(engineList)));
     out = temporary;

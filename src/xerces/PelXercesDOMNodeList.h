@@ -1,20 +1,20 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "model/PelDOMListImp.h"
 #include "xerces/PelXercesList.h"
-
-#include <qrndom/PelDOMNodeListImp.h>
 
 class PelDOMNodeList;
 
 /// The list implementation over the engine's tree. It keeps the tree alive.
-class PelXercesDOMNodeList final : public PelDOMNodeListImp {
+class PelXercesDOMNodeList final : public PelDOMListImp {
 public:
     explicit PelXercesDOMNodeList(PelXercesList engineList);
 
     PelDOM::Error item(long index, PelDOMNode& out) override;
     long length() override;
     PelDOMNodeListImp* clone() override;
+    bool isSameList(const PelDOMListImp& other) const noexcept override;
 
     /// Puts a handle to `engineList` into a caller's handle.
     static void give(PelXercesList engineList, PelDOMNodeList& out);

@@ -2,8 +2,7 @@
 #include "xerces/PelXercesList.h"
 
 #include "xerces/PelXercesLinks.h"
-
-#include <xercesc/dom/DOMElement.hpp>
+#include "xerces/PelXercesWalk.h"
 
 using xercesc::DOMNode;
 
@@ -19,6 +18,11 @@ PelXercesList::PelXercesList(const PelXercesNodeRef& rootNode, bool isOfChildren
                              std::u16string_view tagName)
     : root(rootNode), ofChildNodes(isOfChildren), name(tagName),
       seen(rootNode.getTree().changes.count()) {
+}
+
+bool PelXercesList::isSame(const PelXercesList& other) const noexcept {
+    return root.getNode() == other.root.getNode() && ofChildNodes == other.ofChildNodes &&
+           name == other.name;
 }
 
 std::size_t PelXercesList::length() {
@@ -104,8 +108,7 @@ DOMNode* PelXercesList::previousInTree(DOMNode* node) const {
 }
 
 bool PelXercesList::matches(const DOMNode& node) const {
-    return node.getNodeType() == DOMNode::ELEMENT_NODE &&
-           (name == u"*" || static_cast<const xercesc::DOMElement&>(node).getTagName() == name);
+    return PelXercesWalk::isElement(node, name);
 }
 
 void PelXercesList::catchUp() {

@@ -16,6 +16,9 @@ public:
     static PelXercesList ofChildren(const PelXercesNodeRef& parent);
     static PelXercesList ofElements(const PelXercesNodeRef& root, std::u16string_view tagName);
 
+    /// Whether both list the same of the same node.
+    bool isSame(const PelXercesList& other) const noexcept;
+
     std::size_t length();
 
     /// The node at a position below the length, which was asked for since the last change.

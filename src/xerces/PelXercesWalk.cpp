@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#include "xerces/PelXercesWalk.h"
+
+#include <xercesc/dom/DOMDocument.hpp>
+#include <xercesc/dom/DOMElement.hpp>
+
+using xercesc::DOMNode;
+
+DOMNode* PelXercesWalk::relativeOf(const DOMNode& node, Relative which) {
+    switch (which) {
+    case Relative::OWNER_DOCUMENT:
+        return node.getOwnerDocument();
+    case Relative::PARENT:
+        return node.getParentNode();
+    case Relative::FIRST_CHILD:
+        return node.getFirstChild();
+    case Relative::LAST_CHILD:
+        return node.getLastChild();
+    case Relative::NEXT_SIBLING:
+        return node.getNextSibling();
+    case Relative::PREVIOUS_SIBLING:
+        return node.getPreviousSibling();
+    }
+    return nullptr;
+}
+
+DOMNode* PelXercesWalk::elementFrom(const DOMNode& node, Relative start, std::u16string_view name) {
+    const bool isBackwards = start == Relative::LAST_CHILD || start == Relative::PREVIOUS_SIBLING;
+    DOMNode* found = relativeOf(node, start);
+    while (found != nullptr && !isElement(*found, name))
+        found = isBackwards ? found->getPreviousSibling() : found->getNextSibling();
+    return found;
+}
+
+bool PelXercesWalk::isElement(const DOMNode& node, std::u16string_view name) {
+    return node.getNodeType() == DOMNode::ELEMENT_NODE &&
+           (name == u"*" || static_cast<const xercesc::DOMElement&>(node).getTagName() == name);
+}
