@@ -2,19 +2,90 @@
 #include "core/PelTextConversion.h"
 #include "support.h"
 
+#include <charconv>
 #include <clocale>
 #include <unordered_set>
 
 TEST(Strings, ComeFromEveryKindOfText) {
     const unsigned short units[] = {u'a', 0xD83D, 0xDE00, 0};
     PelString assigned("old");
-    for (const PelString& made : {PelString(units), PelString("a\xF0\x9F\x98\x80"),
-             assigned = units, assigned = "a\xF0\x9F\x98\x80", assigned = u"a\U0001F600"})
+    const std::string utf8 = "a\xF0\x9F\x98\x80";
+    const std::u16string utf16 = u"a\U0001F600";
+    for (const PelString& made :
+        {PelString(units), PelString("a\xF0\x9F\x98\x80"), PelString(utf8), PelString(std::string_view(utf8)),
+            PelString(utf16), assigned = utf8, assigned = utf16, assigned = units,
+                              assigned = "a\xF0\x9F\x98\x80", assigned = u"a\U0001F600"})
         EXPECT_EQ(made.view(), u"a\U0001F600");
     EXPECT_EQ("3 0 1 '' ''", answers({assigned.length(), assigned.isEmpty(),
                                  PelString(static_cast<const char*>(nullptr)).isEmpty(),
                                  PelString(static_cast<const char16_t*>(nullptr)),
                                  assigned = static_cast<const unsigned short*>(nullptr)}));
+    EXPECT_EQ(PelString(std::string("a\0b", 3)).view(), std::u16string_view(u"a\0b", 3));
+    EXPECT_EQ(PelString::fromLatin1("a\0\xE9\xFF", 4).view(), std::u16string_view(u"a\0\u00e9\u00ff", 4));
+    EXPECT_EQ(PelString::fromLatin1(nullptr, 0), "");
+}
+
+TEST(Strings, AreComparedWithTextAsItIs) {
+    const std::string part[] = {"a", "z", "\xC3\xA9", "\xF0\x9F\x98\x80", "\xC3", "\x80\x80", "\xED\xA0\x80",
+        std::string(1, '\0'), std::string(126, 'x'), "\xEF\xBF\xBD"};
+    std::vector<std::string> texts{""};
+    for (const std::string& a : part)
+        for (const std::string& b : part)
+            for (const std::string& c : part) texts.push_back(a + b + c);
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        const PelString string(texts[i]);
+        for (const std::string& other : {texts[i], texts[i] + "a", texts[(i * 7 + 1) % texts.size()]}) {
+            const bool isSame = PelTextConversion::fromUtf8(other) == string.view();
+            EXPECT_EQ(answers({string == other, other == string, string != other, other != string}),
+                answers({isSame, isSame, !isSame, !isSame}))
+                << texts[i] << " " << other;
+        }
+    }
+    const char* const null = nullptr;
+    const PelString empty, e(u"\u00e9");
+    EXPECT_EQ(answers({empty == null, null != empty, e == null, e == u"\u00e9", e == u"e",
+                  std::u16string(u"\u00e9") == e, e != "\xC3\xA9"}),
+        "1 0 0 1 0 1 0");
+}
+
+TEST(Strings, AreSearchedAndCut) {
+    const PelString text("abcabc");
+    EXPECT_EQ("0 3 3 -1 -1 -1 6 -1 -1 2",
+        answers({text.find("abc"), text.find("abc", 1), text.find("abc", 3), text.find("abc", 4),
+            text.find("abd"), text.find("a", -1), text.find("", 6), text.find("", 7),
+            text.find("a", LONG_MAX), text.find(std::string("ca"))}));
+    EXPECT_EQ("'ab' 'bcabc' 'c' '' '' '' '' 'abcabc' ''",
+        answers({text.substr(0, 2), text.substr(1, LONG_MAX), text.substr(5, 1), text.substr(6, 1),
+            text.substr(7, 1), text.substr(-1, 3), text.substr(1, -1), text.substr(0, 6),
+            text.substr(LONG_MIN, 1)}));
+    EXPECT_EQ(answers({text.startsWith("abca"), text.startsWith(""), text.startsWith("b"),
+                  text.startsWith("abcabca"), PelString().startsWith("")}),
+        "1 1 0 0 1");
+}
+
+TEST(Strings, AreReadAsNumbersWhole) {
+    // "-" when the text is refused and the variable left alone
+    const auto read = [](const PelString& text) {
+        long whole = -99;
+        double real = -99;
+        const bool isWhole = text.toLong(whole), isReal = text.toDouble(real);
+        EXPECT_TRUE((isWhole || whole == -99) && (isReal || real == -99)) << text;
+        char digits[40] = {};
+        std::to_chars(digits, digits + sizeof digits, real);
+        return (isWhole ? std::to_string(whole) : "-") + " " + (isReal ? digits : "-");
+    };
+    std::istringstream table(R"(42 42 42  -3 -3 -3  +8 8 8  -0 0 -0  007 7 7  4.9 - 4.9  12abc - -  abc - -
+        --1 - -  +-1 - -  -+1 - -  ++1 - -  + - -  . - -  .5 - 0.5  5. - 5  1e3 - 1000  1e - -  1e+ - -  1,5 - -
+        0x1p3 - 8  -0XA.8 - -10.5  0x - -  0x-1 - -  0x+1 - -  0xinf - -  0xnan - -  0x1p - -  0x.8 - 0.5  x1 - -
+        inf - inf  -INF - -inf  Infinity - inf  infin - -  NaN - nan  1e999 - -  -1e999 - -
+        9223372036854775807 9223372036854775807 9223372036854775808  9223372036854775808 - 9223372036854775808
+        -9223372036854775808 -9223372036854775808 -9223372036854775808  -9223372036854775809 - -9223372036854775808)");
+    for (std::string text, whole, real; table >> text >> whole >> real;)
+        EXPECT_EQ(read(text), whole + " " + real) << text;
+    for (const char16_t* text : {u"", u"  ", u"1 2", u"- 1", u"\u00a05", u"\u0665", u"1\u0130"})
+        EXPECT_EQ(read(text), "- -") << PelString(text);
+    EXPECT_EQ(read(" \t\r\n-7 \t\r\n"), "-7 -7");
+    EXPECT_EQ(read(std::string("7\0", 2)), "- -");
 }
 
 TEST(Strings, ReplaceIllFormedTextAndKeepTheRest) {

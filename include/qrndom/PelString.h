@@ -9,6 +9,7 @@
 #include <iosfwd>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 /// A string of UTF-16 code units: every name, value and text of the library.
 ///
@@ -19,6 +20,25 @@
 /// Cost     a copy copies the text; getStringA and getStringWAsUnsignedShort build their form on
 ///          first use.
 class QRNDOM_API PelString {
+    // Literals and standard strings, and nothing that only converts to them.
+    template <class Text>
+    using IfText = std::enable_if_t<std::is_same_v<std::decay_t<Text>, char*> ||
+                                        std::is_same_v<std::decay_t<Text>, const char*> ||
+                                        std::is_same_v<std::decay_t<Text>, char16_t*> ||
+                                        std::is_same_v<std::decay_t<Text>, const char16_t*> ||
+                                        std::is_same_v<Text, std::string> ||
+                                        std::is_same_v<Text, std::u16string>,
+                                    int>;
+
+    template <class Unit>
+    static std::basic_string_view<Unit> viewOf(const Unit* units) {
+        return units != nullptr ? units : std::basic_string_view<Unit>();
+    }
+    template <class Unit>
+    static std::basic_string_view<Unit> viewOf(const std::basic_string<Unit>& string) {
+        return string;
+    }
+
 public:
     /// The empty string.
     PelString() noexcept = default;
@@ -35,9 +55,26 @@ public:
     /// Converts NUL-terminated UTF-8 text; each ill-formed sequence becomes U+FFFD.
     PelString(const char* text);
 
-    /// Copies UTF-16 text of a given length, which may hold U+0000. Where such a string is handed
-    /// to the tree or used as a file name, it ends at its first U+0000.
+    /// Converts UTF-8 text of a given length in the same way. Names, values and texts can be passed
+    /// as std::string wherever the library takes a PelString.
+    template <class Allocator>
+    PelString(const std::basic_string<char, std::char_traits<char>, Allocator>& utf8)
+        : PelString(decoded(utf8)) {}
+
+    /// The same, where it is asked for by name.
+    template <class Traits>
+    explicit PelString(std::basic_string_view<char, Traits> utf8)
+        : PelString(decoded({utf8.data(), utf8.size()})) {}
+
+    /// Copies UTF-16 text of a given length, which may hold U+0000. Where such a string is used as
+    /// a file name or handed to the tree, it ends at its first U+0000, or is refused by operations
+    /// that check the characters.
     explicit PelString(std::u16string_view text);
+
+    /// The same from a string.
+    template <class Allocator>
+    PelString(const std::basic_string<char16_t, std::char_traits<char16_t>, Allocator>& utf16)
+        : PelString(std::u16string_view(utf16)) {}
 
     /// The same without copying.
     explicit PelString(std::u16string&& text) noexcept;
@@ -60,6 +97,9 @@ public:
     PelString& operator=(const unsigned short* text); ///< From UTF-16.
     PelString& operator=(const char* text);           ///< From UTF-8.
 
+    /// Text in ISO-8859-1: each byte is the character of that number.
+    static PelString fromLatin1(const char* bytes, std::size_t size);
+
     /// 1 when the string holds no code unit, else 0.
     int isEmpty() const noexcept { return text.empty() ? 1 : 0; }
 
@@ -78,6 +118,26 @@ public:
 
     /// The text in UTF-8; U+FFFD stands for each lone surrogate.
     std::string toUtf8() const;
+
+    /// The position of the first `part` that begins at `from` or later, counted in code units; -1
+    /// when there is none, or `from` lies outside the text.
+    long find(const PelString& part, long from = 0) const noexcept;
+
+    /// The `length` code units from `position` on, fewer where the text ends; empty for a position
+    /// outside the text.
+    PelString substr(long position, long length) const;
+
+    /// Whether the text begins with `part`.
+    bool startsWith(const PelString& part) const noexcept;
+
+    /// Reads the whole text, apart from white space around it, as a decimal number. False, with
+    /// `value` unchanged, when it is none or one that no `long` holds.
+    bool toLong(long& value) const;
+
+    /// Reads the whole text as a real number in the same way, with a full stop as its decimal
+    /// point, whatever the locale: "2.5", "1e3", "0x1p3", "INF" and "NaN" are numbers. False, with
+    /// `value` unchanged, when it is none or one outside the range of `double`.
+    bool toDouble(double& value) const;
 
     /// Replaces the text by what printf would print for `pattern`, whatever the process's locale,
     /// and gives this string.
@@ -105,6 +165,31 @@ public:
     /// Whether they do not.
     friend QRNDOM_API bool operator!=(const PelString& left, const PelString& right) noexcept;
 
+    /// Compares with a literal, which is UTF-8 or UTF-16, or with a standard string, without making
+    /// a PelString of it.
+    template <class Text, IfText<Text> = 0>
+    friend bool operator==(const PelString& left, const Text& right) noexcept {
+        return left.holds(viewOf(right));
+    }
+
+    /// The same the other way round.
+    template <class Text, IfText<Text> = 0>
+    friend bool operator==(const Text& left, const PelString& right) noexcept {
+        return right.holds(viewOf(left));
+    }
+
+    /// Whether they differ.
+    template <class Text, IfText<Text> = 0>
+    friend bool operator!=(const PelString& left, const Text& right) noexcept {
+        return !left.holds(viewOf(right));
+    }
+
+    /// The same the other way round.
+    template <class Text, IfText<Text> = 0>
+    friend bool operator!=(const Text& left, const PelString& right) noexcept {
+        return !right.holds(viewOf(left));
+    }
+
     /// Compares code unit by code unit.
     friend QRNDOM_API bool operator<(const PelString& left, const PelString& right) noexcept;
 
@@ -112,6 +197,11 @@ public:
     friend QRNDOM_API std::ostream& operator<<(std::ostream& stream, const PelString& string);
 
 private:
+    static std::u16string decoded(std::string_view utf8);
+
+    bool holds(std::string_view utf8) const noexcept;
+    bool holds(std::u16string_view other) const noexcept { return text == other; }
+
     void replace(std::u16string&& changed) noexcept;
     void dropForms() noexcept;
 

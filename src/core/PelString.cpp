@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "core/PelNumberText.h"
 #include "core/PelTextConversion.h"
 
 #include <qrndom/PelString.h>
@@ -109,6 +110,13 @@ PelString& PelString::operator=(const char* source) {
     return *this;
 }
 
+PelString PelString::fromLatin1(const char* bytes, std::size_t size) {
+    std::u16string wide(size, u'\0');
+    std::transform(bytes, bytes + size, wide.begin(),
+                   [](char byte) { return static_cast<unsigned char>(byte); });
+    return PelString(std::move(wide));
+}
+
 // The two 16-bit types may not alias, so the other one gets a buffer of its own.
 const unsigned short* PelString::getStringWAsUnsignedShort() const {
     return formOf(text, wideForm, [](char16_t unit) { return static_cast<unsigned short>(unit); });
@@ -122,10 +130,44 @@ std::string PelString::toUtf8() const {
     return PelTextConversion::toUtf8(text);
 }
 
+long PelString::find(const PelString& part, long from) const noexcept {
+    if (from < 0)
+        return -1;
+    const std::size_t found = text.find(part.text, static_cast<std::size_t>(from));
+    return found != text.npos ? static_cast<long>(found) : -1;
+}
+
+PelString PelString::substr(long position, long length) const {
+    if (position < 0 || position > this->length() || length < 0)
+        return PelString();
+    return PelString(
+        view().substr(static_cast<std::size_t>(position), static_cast<std::size_t>(length)));
+}
+
+bool PelString::startsWith(const PelString& part) const noexcept {
+    return view().substr(0, part.text.size()) == part.view();
+}
+
+bool PelString::toLong(long& value) const {
+    return PelNumberText::read(text, value);
+}
+
+bool PelString::toDouble(double& value) const {
+    return PelNumberText::read(text, value);
+}
+
 PelString& PelString::operator+=(const PelString& other) {
     text += other.text;
     dropForms();
     return *this;
+}
+
+std::u16string PelString::decoded(std::string_view utf8) {
+    return PelTextConversion::fromUtf8(utf8);
+}
+
+bool PelString::holds(std::string_view utf8) const noexcept {
+    return PelTextConversion::isSame(text, utf8);
 }
 
 void PelString::replace(std::u16string&& changed) noexcept {

@@ -10,7 +10,7 @@
 
 namespace {
 
-// ICU counts in 32 bits, so long text is converted in chunks of this many units.
+// ICU counts in 32 bits, so long text is converted in chunks of no more than this many units.
 constexpr std::size_t chunkUnits = std::size_t{1} << 26;
 constexpr UChar32 replacement = 0xFFFD;
 
@@ -19,10 +19,10 @@ bool continuesSequence(char byte) {
 }
 
 // The end of a chunk that starts at `begin` and cuts no UTF-8 sequence in two.
-std::size_t chunkEnd(std::string_view utf8, std::size_t begin) {
-    if (utf8.size() - begin <= chunkUnits)
+std::size_t chunkEnd(std::string_view utf8, std::size_t begin, std::size_t units = chunkUnits) {
+    if (utf8.size() - begin <= units)
         return utf8.size();
-    std::size_t end = begin + chunkUnits;
+    std::size_t end = begin + units;
     for (int back = 0; back < 3 && continuesSequence(utf8[end]); ++back)
         --end;
     return end;
@@ -42,6 +42,14 @@ void require(UErrorCode status) {
         throw std::bad_alloc();
 }
 
+// Converts into room for as many units as there are bytes, and gives the number of units.
+std::size_t decode(std::string_view utf8, char16_t* room, UErrorCode& status) noexcept {
+    const auto size = static_cast<std::int32_t>(utf8.size());
+    std::int32_t length = 0;
+    u_strFromUTF8WithSub(room, size, &length, utf8.data(), size, replacement, nullptr, &status);
+    return static_cast<std::size_t>(length);
+}
+
 } // namespace
 
 std::u16string PelTextConversion::fromUtf8(std::string_view utf8) {
@@ -50,13 +58,10 @@ std::u16string PelTextConversion::fromUtf8(std::string_view utf8) {
         const std::size_t end = chunkEnd(utf8, begin);
         const std::size_t filled = result.size();
         result.resize(filled + (end - begin));
-        std::int32_t length = 0;
         UErrorCode status = U_ZERO_ERROR;
-        u_strFromUTF8WithSub(&result[filled], static_cast<std::int32_t>(end - begin), &length,
-                             utf8.data() + begin, static_cast<std::int32_t>(end - begin),
-                             replacement, nullptr, &status);
+        const std::size_t length = decode(utf8.substr(begin, end - begin), &result[filled], status);
         require(status);
-        result.resize(filled + static_cast<std::size_t>(length));
+        result.resize(filled + length);
         begin = end;
     }
     return result;
@@ -79,4 +84,26 @@ std::string PelTextConversion::toUtf8(std::u16string_view utf16) {
         begin = end;
     }
     return result;
+}
+
+bool PelTextConversion::isSame(std::u16string_view utf16, std::string_view utf8) noexcept {
+    constexpr std::size_t units = 128;
+    std::size_t begin = 0;
+    while (begin < utf8.size() && begin < utf16.size() && utf16[begin] <= 0x7F &&
+           utf8[begin] == static_cast<char>(utf16[begin]))
+        ++begin;
+    if (begin < utf8.size() && static_cast<unsigned char>(utf8[begin]) <= 0x7F)
+        return false;
+    utf16.remove_prefix(begin);
+    while (begin < utf8.size()) {
+        const std::size_t end = chunkEnd(utf8, begin, units);
+        char16_t chunk[units];
+        UErrorCode status = U_ZERO_ERROR;
+        const std::size_t length = decode(utf8.substr(begin, end - begin), chunk, status);
+        if (utf16.substr(0, length) != std::u16string_view(chunk, length))
+            return false;
+        utf16.remove_prefix(length);
+        begin = end;
+    }
+    return utf16.empty();
 }

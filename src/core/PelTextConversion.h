@@ -12,4 +12,7 @@ public:
 
     /// UTF-16 to UTF-8; each lone surrogate becomes U+FFFD.
     static std::string toUtf8(std::u16string_view utf16);
+
+    /// Whether fromUtf8 would give just that text.
+    static bool isSame(std::u16string_view utf16, std::string_view utf8) noexcept;
 };

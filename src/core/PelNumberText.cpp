@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+#include "core/PelNumberText.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <string>
+#include <system_error>
+#include <type_traits>
+
+namespace {
+
+constexpr std::u16string_view xmlSpace = u" \t\n\r";
+
+// Without the white space around it; empty for text beyond ASCII.
+std::string trimmed(std::u16string_view text) {
+    const std::size_t begin = text.find_first_not_of(xmlSpace);
+    if (begin == text.npos)
+        return std::string();
+    const std::size_t end = text.find_last_not_of(xmlSpace) + 1;
+    std::string narrow;
+    for (const char16_t unit : text.substr(begin, end - begin)) {
+        if (unit > 0x7F)
+            return std::string();
+        narrow.push_back(static_cast<char>(unit));
+    }
+    return narrow;
+}
+
+bool take(std::string_view& text, std::string_view characters) {
+    const bool isThere = !text.empty() && characters.find(text.front()) != characters.npos;
+    text.remove_prefix(isThere ? 1 : 0);
+    return isThere;
+}
+
+bool beginsWith(std::string_view text, std::string_view characters) {
+    return take(text, characters);
+}
+
+template <class Number, class... Format>
+bool convert(std::string_view text, Number& value, Format... format) {
+    Number number{};
+    const char* const end = text.data() + text.size();
+    const std::from_chars_result result = std::from_chars(text.data(), end, number, format...);
+    if (result.ec != std::errc() || result.ptr != end)
+        return false;
+    value = number;
+    return true;
+}
+
+template <class Number>
+bool readWhole(std::string_view text, Number& value) {
+    if (take(text, "+") && beginsWith(text, "-"))
+        return false;
+    return convert(text, value);
+}
+
+// The standard library takes neither a plus nor the prefix of hexadecimals, after which it would
+// take a sign or a name.
+template <class Number>
+bool readReal(std::string_view text, Number& value) {
+    const bool isNegative = beginsWith(text, "-");
+    take(text, "+-");
+    if (beginsWith(text, "-"))
+        return false;
+    std::chars_format format = std::chars_format::general;
+    std::string_view digits = text;
+    if (take(digits, "0") && take(digits, "xX")) {
+        if (!beginsWith(digits, "0123456789abcdefABCDEF."))
+            return false;
+        format = std::chars_format::hex;
+        text = digits;
+    }
+    if (!convert(text, value, format))
+        return false;
+    value = isNegative ? -value : value;
+    return true;
+}
+
+template <class Number, class... Format>
+PelString print(Number number, Format... format) {
+    char buffer[64];
+    const char* const end = std::to_chars(buffer, buffer + sizeof buffer, number, format...).ptr;
+    return PelString::fromLatin1(buffer, static_cast<std::size_t>(end - buffer));
+}
+
+template <class Number>
+PelString printReal(Number number) {
+    if (std::isnan(number))
+        return u"NaN";
+    if (std::isinf(number))
+        return number < 0 ? u"-INF" : u"INF";
+    constexpr Number beyondLong = -static_cast<Number>(std::numeric_limits<long>::min());
+    const bool fitsLong = std::abs(number) < beyondLong && std::trunc(number) == number;
+    return fitsLong ? print(number, std::chars_format::fixed) : print(number);
+}
+
+} // namespace
+
+template <class Value>
+bool PelNumberText::read(std::u16string_view text, Value& value) {
+    const std::string narrow = trimmed(text);
+    if constexpr (std::is_same_v<Value, bool>) {
+        if (narrow != "true" && narrow != "false" && narrow != "1" && narrow != "0")
+            return false;
+        value = narrow == "true" || narrow == "1";
+        return true;
+    } else if constexpr (std::is_integral_v<Value>) {
+        return readWhole(narrow, value);
+    } else {
+        return readReal(narrow, value);
+    }
+}
+
+template <class Value>
+PelString PelNumberText::write(Value value) {
+    if constexpr (std::is_same_v<Value, bool>)
+        return value ? u"true" : u"false";
+    else if constexpr (std::is_integral_v<Value>)
+        return print(value);
+    else
+        return printReal(value);
+}
+
+template bool PelNumberText::read(std::u16string_view text, bool& value);
+template bool PelNumberText::read(std::u16string_view text, long& value);
+template bool PelNumberText::read(std::u16string_view text, long long& value);
+template bool PelNumberText::read(std::u16string_view text, unsigned long long& value);
+template bool PelNumberText::read(std::u16string_view text, float& value);
+template bool PelNumberText::read(std::u16string_view text, double& value);
+template bool PelNumberText::read(std::u16string_view text, long double& value);
+template PelString PelNumberText::write(bool value);
+template PelString PelNumberText::write(long long value);
+template PelString PelNumberText::write(unsigned long long value);
+template PelString PelNumberText::write(float value);
+template PelString PelNumberText::write(double value);
+template PelString PelNumberText::write(long double value);
