@@ -44,12 +44,17 @@ public:
 
     /// Whether both are the children of the same node, or the elements with the same name below the
     /// same node; or both are empty handles. A list of your own is equal to itself alone.
-    friend QRNDOM_API bool operator==(const PelDOMNodeList& left,
-                                      const PelDOMNodeList& right) noexcept;
+    bool isSameList(const PelDOMNodeList& other) const noexcept;
+
+    /// As isSameList.
+    friend bool operator==(const PelDOMNodeList& left, const PelDOMNodeList& right) noexcept {
+        return left.isSameList(right);
+    }
 
     /// Whether they are different lists.
-    friend QRNDOM_API bool operator!=(const PelDOMNodeList& left,
-                                      const PelDOMNodeList& right) noexcept;
+    friend bool operator!=(const PelDOMNodeList& left, const PelDOMNodeList& right) noexcept {
+        return !left.isSameList(right);
+    }
 
     /// The number of nodes in the list now; 0 for an empty handle.
     virtual long length() const;

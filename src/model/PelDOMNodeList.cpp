@@ -37,16 +37,12 @@ PelDOMNodeList& PelDOMNodeList::operator=(PelDOMNodeList&& rhs) noexcept {
     return *this;
 }
 
-bool operator==(const PelDOMNodeList& left, const PelDOMNodeList& right) noexcept {
-    if (left.imp == right.imp)
+bool PelDOMNodeList::isSameList(const PelDOMNodeList& other) const noexcept {
+    if (imp == other.imp)
         return true;
-    const auto* const one = dynamic_cast<const PelDOMListImp*>(left.imp);
-    const auto* const other = dynamic_cast<const PelDOMListImp*>(right.imp);
-    return one != nullptr && other != nullptr && one->isSameList(*other);
-}
-
-bool operator!=(const PelDOMNodeList& left, const PelDOMNodeList& right) noexcept {
-    return !(left == right);
+    const auto* const own = dynamic_cast<const PelDOMListImp*>(imp);
+    const auto* const others = dynamic_cast<const PelDOMListImp*>(other.imp);
+    return own != nullptr && others != nullptr && own->isSameList(*others);
 }
 
 void PelDOMNodeList::assign(const PelDOMNodeList& other) {
