@@ -98,8 +98,31 @@ TEST(Lists, FollowEveryChangeAtOnce) {
     for (int round = 0; round < 400; ++round) {
         for (std::size_t changes = pick(2) == 0 ? 1 : pick(80); changes > 0; --changes) {
             PelDOMElement& parent = elements[pick(elements.size())];
-            if (pick(30) == 0) parent.appendTextElement(pick(2) == 0 ? "a" : "b", "t");
-            append(parent, elements[1 + pick(elements.size() - 1)]);
+            const PelDOMElement& child = elements[1 + pick(elements.size() - 1)];
+            const PelDOMNodeList children = childrenOf(parent);
+            const PelDOMNode some = itemOf(children, static_cast<long>(pick(16)));
+            switch (pick(8)) {
+            case 0:
+                pick(4) == 0 ? parent.appendTextElement(pick(2) == 0 ? "a" : "b", "t") : PelDOM::SUCCESS;
+                break;
+            case 1:
+                parent.removeChild(some);
+                break;
+            case 2:
+                parent.replaceChild(child, some);
+                break;
+            case 3:
+                parent.insertBefore(document.createComment("c"), some);
+                break;
+            case 4:
+                parent.setTagName(pick(2) == 0 ? "a" : "b");
+                break;
+            case 5:
+                append(parent, child);
+                break;
+            default:
+                parent.insertBefore(child, some);
+            }
         }
         const std::vector<PelDOMNodeList> fresh = makeLists();
         for (std::size_t i = 0; i < fresh.size(); ++i) {
@@ -111,6 +134,29 @@ TEST(Lists, FollowEveryChangeAtOnce) {
             }
         }
     }
+}
+
+// In front, behind and next to the place that is looked at, a list need not begin anew.
+TEST(Lists, OfManyNodesAreWalkedWhileNodesComeAndGoAnywhere) {
+    constexpr long count = 100000;
+    PelDOMDocument document = parse("<r><m/></r>");
+    PelDOMElement root = document.getDocumentElement();
+    const PelDOMNodeList children = childrenOf(root);
+    for (long i = 0; i < count; ++i) {
+        ASSERT_EQ(root.insertBefore(document.createElement("f"), itemOf(children, 0)), PelDOM::SUCCESS);
+        ASSERT_EQ(children.length(), i + 2);
+    }
+    for (long i = 1; i < 2 * count; i += 2) { // a comment before each
+        ASSERT_EQ(itemOf(children, i).getNodeType(), PelDOM::ELEMENT_NODE);
+        ASSERT_EQ(root.insertBefore(document.createComment("c"), itemOf(children, i)), PelDOM::SUCCESS);
+    }
+    for (long i = 1; i <= count; ++i) { // which goes again
+        ASSERT_EQ(root.removeChild(itemOf(children, i)), PelDOM::SUCCESS);
+        ASSERT_EQ(show(itemOf(children, i)), i < count ? "f" : "m");
+    }
+    for (long i = count; i > 0; --i)
+        ASSERT_EQ(root.removeChild(itemOf(children, (i - 1) / 2 * 2)), PelDOM::SUCCESS);
+    EXPECT_EQ(show(root), "r(m)");
 }
 
 // Each step changes the tree; a list that began anew with each change would never get through this.

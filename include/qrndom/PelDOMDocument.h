@@ -71,6 +71,24 @@ public:
     /// document gives a null handle.
     virtual PelDOMText createTextNode(const PelString& text);
 
+    /// A copy of a node of this or any other document, with its attributes and, if `deep`, with all
+    /// below it, that belongs to this document and has no parent yet. Attributes that came from the
+    /// other document's type are left out, those that this one's type adds are there. A null handle
+    /// as from PelDOMNode::cloneNode, for a null document, and where a name in it is only allowed
+    /// in the other document's version of XML.
+    PelDOMNode importNode(const PelDOMNode& source, bool deep);
+
+    /// A new comment that has no parent yet. A null handle for a null document, and for text that
+    /// XML forbids in a comment: `--`, `-` at its end, or characters such as U+0000.
+    PelDOMNode createComment(const PelString& data);
+
+    /// A new CDATA section in the same way; `]]>` is forbidden in it.
+    PelDOMNode createCDATASection(const PelString& data);
+
+    /// A new processing instruction in the same way; the target has to be a name other than `xml`,
+    /// and `?>` is forbidden in the data.
+    PelDOMNode createProcessingInstruction(const PelString& target, const PelString& data);
+
 private:
     PelDOMDocumentImp* imp() const;
 };

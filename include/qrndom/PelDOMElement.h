@@ -78,6 +78,10 @@ public:
     /// The name as written, prefix included; empty for a null handle.
     PelString getTagName() const;
 
+    /// Gives the element another name, in place. Attributes that a document type adds for its name
+    /// change with it. INVALID_VALUE for a name that XML forbids, NULL_NODE for a null handle.
+    PelDOM::Error setTagName(const PelString& name);
+
     /// The value of an attribute; empty when it is not there and for a null handle.
     PelString getAttribute(const PelString& name) const;
 

@@ -89,6 +89,39 @@ public:
     /// nothing has changed.
     PelDOM::Error appendChild(PelDOMNode& child);
 
+    /// The same for const handles and temporaries.
+    PelDOM::Error appendChild(const PelDOMNode& child);
+
+    /// Puts the node of `child` in front of that of `before`, a child of this node; a null
+    /// `before`: makes it the last child. A node that has a parent is taken from there; one in
+    /// front of itself stays where it is.
+    ///
+    /// NULL_NODE when this handle or `child` is null. INVALID_VALUE where appendChild throws, where
+    /// `before` is no child of this node, and where a document would get its root before its
+    /// document type, or anything before its XML declaration. Nothing has changed then.
+    ///
+    /// Takes a few steps, whatever the number of children; a node with children is looked for among
+    /// the ancestors of this one first, in a step for each.
+    PelDOM::Error insertBefore(const PelDOMNode& child, const PelDOMNode& before);
+
+    /// Puts the node of `child` into the place of that of `old`, a child of this node, which is
+    /// left without a parent. A node that replaces itself stays where it is.
+    ///
+    /// NULL_NODE when one of the handles is null; otherwise as insertBefore.
+    PelDOM::Error replaceChild(const PelDOMNode& child, const PelDOMNode& old);
+
+    /// Takes the node of `child`, with all below it, from this node. It belongs to the document
+    /// still, without a parent, and may be put back elsewhere.
+    ///
+    /// NULL_NODE when one of the handles is null, INVALID_VALUE when it is no child of this node.
+    PelDOM::Error removeChild(const PelDOMNode& child);
+
+    /// A copy of this node, with its attributes and, if `deep`, with all below it, in the same
+    /// document and without a parent. A null handle for a null handle, and for a document, a
+    /// document type and an XML declaration, of which a document has one at most: to copy a whole
+    /// document, create another and import the root.
+    PelDOMNode cloneNode(bool deep) const;
+
     /// Makes `out` a handle to the parent; to none (type NO_NODE) for a node without one. NULL_NODE
     /// for a null handle, which leaves `out` as it was.
     PelDOM::Error getParentNode(PelDOMNode& out) const;

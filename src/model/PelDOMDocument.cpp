@@ -71,6 +71,27 @@ PelDOMText PelDOMDocument::createTextNode(const PelString& text) {
     return content != nullptr ? content->createTextNode(text) : PelDOMText();
 }
 
+PelDOMNode PelDOMDocument::importNode(const PelDOMNode& source, bool deep) {
+    PelDOMDocumentImp* const content = imp();
+    return content != nullptr ? content->importNode(source, deep) : PelDOMNode();
+}
+
+PelDOMNode PelDOMDocument::createComment(const PelString& data) {
+    PelDOMDocumentImp* const content = imp();
+    return content != nullptr ? content->createComment(data) : PelDOMNode();
+}
+
+PelDOMNode PelDOMDocument::createCDATASection(const PelString& data) {
+    PelDOMDocumentImp* const content = imp();
+    return content != nullptr ? content->createCDATASection(data) : PelDOMNode();
+}
+
+PelDOMNode PelDOMDocument::createProcessingInstruction(const PelString& target,
+                                                       const PelString& data) {
+    PelDOMDocumentImp* const content = imp();
+    return content != nullptr ? content->createProcessingInstruction(target, data) : PelDOMNode();
+}
+
 PelDOMDocumentImp* PelDOMDocument::imp() const {
     return getNodeType() == PelDOM::DOCUMENT_NODE ? static_cast<PelDOMDocumentImp*>(getContentImp())
                                                   : nullptr;

@@ -15,4 +15,13 @@ public:
     virtual PelDOMElement getDocumentElement() = 0;
     virtual PelDOMElement createElement(const PelString& tagName) = 0;
     virtual PelDOMText createTextNode(const PelString& text) = 0;
+
+    /// A null handle for kinds that cannot be copied.
+    virtual PelDOMNode importNode(const PelDOMNode& source, bool deep) = 0;
+
+    /// A null handle for what XML forbids.
+    virtual PelDOMNode createComment(const PelString& data) = 0;
+    virtual PelDOMNode createCDATASection(const PelString& data) = 0;
+    virtual PelDOMNode createProcessingInstruction(const PelString& target,
+                                                   const PelString& data) = 0;
 };

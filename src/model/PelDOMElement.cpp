@@ -98,6 +98,11 @@ PelString PelDOMElement::getTagName() const {
     return content != nullptr ? content->getTagName() : PelString();
 }
 
+PelDOM::Error PelDOMElement::setTagName(const PelString& name) {
+    PelDOMElementImp* const content = imp();
+    return content != nullptr ? content->setTagName(name) : PelDOM::NULL_NODE;
+}
+
 PelString PelDOMElement::getAttribute(const PelString& name) const {
     PelDOMElementImp* const content = imp();
     return content != nullptr ? content->getAttribute(name) : PelString();

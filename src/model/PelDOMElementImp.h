@@ -31,4 +31,7 @@ public:
     /// The relative, or the nearest node beyond it in the same direction, that is an element with a
     /// tag name ("*": any): a new object for the caller to own; null when there is none.
     virtual PelDOMNodeImp* getElement(PelDOMNodeImp::Relative start, const PelString& name) = 0;
+
+    /// INVALID_VALUE for a name that XML forbids.
+    virtual PelDOM::Error setTagName(const PelString& name) = 0;
 };

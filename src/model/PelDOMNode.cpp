@@ -109,6 +109,27 @@ PelDOM::Error PelDOMNode::appendChild(PelDOMNode& child) {
     return imp != nullptr ? imp->appendChild(child) : PelDOM::NULL_NODE;
 }
 
+// The operation takes a handle that it may change, and never does.
+PelDOM::Error PelDOMNode::appendChild(const PelDOMNode& child) {
+    return appendChild(const_cast<PelDOMNode&>(child));
+}
+
+PelDOM::Error PelDOMNode::insertBefore(const PelDOMNode& child, const PelDOMNode& before) {
+    return imp != nullptr ? imp->insertBefore(child, before) : PelDOM::NULL_NODE;
+}
+
+PelDOM::Error PelDOMNode::replaceChild(const PelDOMNode& child, const PelDOMNode& old) {
+    return imp != nullptr ? imp->replaceChild(child, old) : PelDOM::NULL_NODE;
+}
+
+PelDOM::Error PelDOMNode::removeChild(const PelDOMNode& child) {
+    return imp != nullptr ? imp->removeChild(child) : PelDOM::NULL_NODE;
+}
+
+PelDOMNode PelDOMNode::cloneNode(bool deep) const {
+    return PelDOMNode(imp != nullptr ? imp->copyNode(deep) : nullptr);
+}
+
 PelDOM::Error PelDOMNode::getParentNode(PelDOMNode& out) const {
     return imp != nullptr ? imp->getParentNode(out) : PelDOM::NULL_NODE;
 }

@@ -67,6 +67,20 @@ public:
     virtual PelDOMNodeListImp* listChildren() const { return nullptr; }
     virtual PelDOMNodeListImp* listElements(const PelString& /*name*/) const { return nullptr; }
 
+    /// The changes of structure: NULL_NODE where a node is missing that has to be there,
+    /// INVALID_VALUE where XML or the DOM forbids the change.
+    virtual PelDOM::Error insertBefore(const PelDOMNode& /*child*/, const PelDOMNode& /*before*/) {
+        return PelDOM::NULL_NODE;
+    }
+    virtual PelDOM::Error replaceChild(const PelDOMNode& /*child*/, const PelDOMNode& /*old*/) {
+        return PelDOM::NULL_NODE;
+    }
+    virtual PelDOM::Error removeChild(const PelDOMNode& /*child*/) { return PelDOM::NULL_NODE; }
+
+    /// A new object over a copy without a parent, for the caller to own; null for kinds of which a
+    /// document has one at most.
+    virtual PelDOMNodeImp* copyNode(bool /*deep*/) const { return nullptr; }
+
     PelDOMNodeContentImp* getContentImp() const noexcept { return content; }
 
 protected:

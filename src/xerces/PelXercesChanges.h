@@ -10,11 +10,16 @@
 /// remember up to date without walking the tree again.
 class PelXercesChanges {
 public:
+    /// A node that became a child or ceased to be one. The nodes may be gone since: they are there
+    /// to be compared with others, not to be followed. Names stay as long as the tree.
     struct Change {
-        const xercesc::DOMNode* parent = nullptr;
+        const xercesc::DOMNode* parent = nullptr; ///< Null when only a name changed.
         const xercesc::DOMNode* node = nullptr;
-        bool isRemoval = false; ///< Else the node was appended as the last child.
-        bool isLeaf = false;    ///< The node had no children then.
+        xercesc::DOMNode* previous = nullptr; ///< Its neighbours as a child; the previous one of a
+        xercesc::DOMNode* next = nullptr;     ///< node without a next is not always set.
+        const XMLCh* name = nullptr;          ///< Null unless it is an element.
+        bool isRemoval = false;
+        bool isLeaf = false; ///< It had no children then.
     };
 
     void record(const Change& change) { latest[total++ % latest.size()] = change; }

@@ -9,4 +9,8 @@ public:
     PelDOMElement getDocumentElement() override;
     PelDOMElement createElement(const PelString& tagName) override;
     PelDOMText createTextNode(const PelString& text) override;
+    PelDOMNode importNode(const PelDOMNode& source, bool deep) override;
+    PelDOMNode createComment(const PelString& data) override;
+    PelDOMNode createCDATASection(const PelString& data) override;
+    PelDOMNode createProcessingInstruction(const PelString& target, const PelString& data) override;
 };

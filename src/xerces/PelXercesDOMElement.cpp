@@ -5,6 +5,7 @@
 #include "xerces/PelXercesDOMNodeList.h"
 #include "xerces/PelXercesEditing.h"
 #include "xerces/PelXercesLinks.h"
+#include "xerces/PelXercesRules.h"
 #include "xerces/PelXercesWalk.h"
 
 #include <qrndom/PelDOMNodeList.h>
@@ -131,4 +132,14 @@ PelDOMNodeImp* PelXercesDOMElement::getElement(PelDOMNodeImp::Relative start,
     xercesc::DOMNode* const found =
         PelXercesWalk::elementFrom(*node->getNode(), start, name.view());
     return PelXercesDOMNode::quietly(node->to(found));
+}
+
+PelDOM::Error PelXercesDOMElement::setTagName(const PelString& name) {
+    const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
+    if (node == nullptr)
+        return PelDOM::INTERNAL_ERROR;
+    if (!PelXercesRules::isName(name.view(), *node->getDocument()))
+        return PelDOM::INVALID_VALUE;
+    PelXercesEditing::rename(*node, name.view().data());
+    return PelDOM::SUCCESS;
 }

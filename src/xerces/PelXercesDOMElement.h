@@ -16,4 +16,5 @@ public:
     PelString getAttribute(const PelString& name) override;
     int getElementsByTagName(const PelString& name, PelDOMNodeList& out) override;
     PelDOMNodeImp* getElement(PelDOMNodeImp::Relative start, const PelString& name) override;
+    PelDOM::Error setTagName(const PelString& name) override;
 };

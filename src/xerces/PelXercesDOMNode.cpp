@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/PelXercesDOMNode.h"
 
+#include "xerces/PelXercesCopy.h"
 #include "xerces/PelXercesDOMDocument.h"
 #include "xerces/PelXercesDOMElement.h"
 #include "xerces/PelXercesDOMNodeList.h"
@@ -136,6 +137,39 @@ PelDOMNodeListImp* PelXercesDOMNode::listChildren() const {
 
 PelDOMNodeListImp* PelXercesDOMNode::listElements(const PelString& name) const {
     return node ? new PelXercesDOMNodeList(PelXercesList::ofElements(node, name.view())) : nullptr;
+}
+
+PelDOM::Error PelXercesDOMNode::insertBefore(const PelDOMNode& child, const PelDOMNode& before) {
+    const PelXercesNodeRef inserted = of(child);
+    if (!node || !inserted)
+        return PelDOM::NULL_NODE;
+    return PelXercesEditing::insert(node, inserted, of(before)) ? PelDOM::SUCCESS
+                                                                : PelDOM::INVALID_VALUE;
+}
+
+PelDOM::Error PelXercesDOMNode::replaceChild(const PelDOMNode& child, const PelDOMNode& old) {
+    const PelXercesNodeRef inserted = of(child);
+    const PelXercesNodeRef removed = of(old);
+    if (!node || !inserted || !removed)
+        return PelDOM::NULL_NODE;
+    return PelXercesEditing::replace(node, inserted, removed) ? PelDOM::SUCCESS
+                                                              : PelDOM::INVALID_VALUE;
+}
+
+PelDOM::Error PelXercesDOMNode::removeChild(const PelDOMNode& child) {
+    const PelXercesNodeRef removed = of(child);
+    if (!node || !removed)
+        return PelDOM::NULL_NODE;
+    return PelXercesEditing::remove(node, removed) ? PelDOM::SUCCESS : PelDOM::INVALID_VALUE;
+}
+
+PelDOMNodeImp* PelXercesDOMNode::copyNode(bool deep) const {
+    return node ? quietly(PelXercesCopy::make(node, node, deep)) : nullptr;
+}
+
+PelXercesNodeRef PelXercesDOMNode::of(const PelDOMNode& handle) {
+    const PelDOMNodeImp* const imp = handle.getNodeImp();
+    return imp != nullptr ? of(*imp) : PelXercesNodeRef();
 }
 
 const PelXercesNodeRef* PelXercesDOMNode::of(const PelDOMNodeContentImp& content) {

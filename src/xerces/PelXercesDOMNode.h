@@ -33,6 +33,10 @@ public:
     bool hasChildNodes() const override;
     PelDOMNodeListImp* listChildren() const override;
     PelDOMNodeListImp* listElements(const PelString& name) const override;
+    PelDOM::Error insertBefore(const PelDOMNode& child, const PelDOMNode& before) override;
+    PelDOM::Error replaceChild(const PelDOMNode& child, const PelDOMNode& old) override;
+    PelDOM::Error removeChild(const PelDOMNode& child) override;
+    PelDOMNodeImp* copyNode(bool deep) const override;
 
     /// A new object over a node, for calls that write no line to the log; null for no node.
     static PelXercesDOMNode* quietly(const PelXercesNodeRef& engineNode);
@@ -43,6 +47,9 @@ public:
     static const PelXercesNodeRef& of(const PelDOMNodeImp& imp) {
         return static_cast<const PelXercesDOMNode&>(imp).getDOMNode();
     }
+
+    /// The engine node of a handle; none for a null handle.
+    static PelXercesNodeRef of(const PelDOMNode& handle);
 
     /// The engine node that a content object works on; null when the content has no owner.
     static const PelXercesNodeRef* of(const PelDOMNodeContentImp& content);

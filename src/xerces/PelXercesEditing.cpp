@@ -4,6 +4,8 @@
 #include "xerces/PelXercesDeclaration.h"
 #include "xerces/PelXercesLinks.h"
 #include "xerces/PelXercesMemory.h"
+#include "xerces/PelXercesPlace.h"
+#include "xerces/PelXercesRenaming.h"
 
 #include <xercesc/dom/DOMException.hpp>
 
@@ -18,15 +20,65 @@ bool isForbidden(const PelXercesNodeRef& parent, const xercesc::DOMNode& child) 
            parent->getNodeType() != xercesc::DOMNode::DOCUMENT_NODE;
 }
 
-// The node may be new, yet the parent read-only: then the engine says so.
+// What lists are told of a child that is about to be taken away.
+PelXercesChanges::Change removalOf(xercesc::DOMNode& child) {
+    const bool isElement = child.getNodeType() == xercesc::DOMNode::ELEMENT_NODE;
+    return {child.getParentNode(),
+            &child,
+            child.getPreviousSibling(),
+            child.getNextSibling(),
+            isElement ? child.getNodeName() : nullptr,
+            true,
+            child.getFirstChild() == nullptr};
+}
+
+PelXercesChanges::Change insertionOf(xercesc::DOMNode& child) {
+    PelXercesChanges::Change change = removalOf(child);
+    change.isRemoval = false;
+    return change;
+}
+
+// An element whose links may be set here; null when that is left to the engine.
+xercesc::DOMElementImpl* linkedElement(xercesc::DOMNode& node) {
+    if (!PelXercesLinks::areKnown || node.getNodeType() != xercesc::DOMNode::ELEMENT_NODE)
+        return nullptr;
+    auto& element = static_cast<xercesc::DOMElementImpl&>(node);
+    return element.fNode.isReadOnly() ? nullptr : &element;
+}
+
+void unlink(PelXercesTree& tree, xercesc::DOMNode& child) {
+    xercesc::DOMNode* const parent = child.getParentNode();
+    if (parent == nullptr)
+        return;
+    const PelXercesChanges::Change change = removalOf(child);
+    if (xercesc::DOMElementImpl* const element = linkedElement(*parent))
+        PelXercesLinks::remove(*element, child);
+    else
+        parent->removeChild(&child);
+    tree.changes.record(change);
+}
+
+// Puts a node where it may go.
+void link(const PelXercesNodeRef& parent, xercesc::DOMNode& child, xercesc::DOMNode* before) {
+    if (before == &child)
+        before = child.getNextSibling();
+    unlink(parent.getTree(), child);
+    if (xercesc::DOMElementImpl* const element = linkedElement(*parent.getNode()))
+        PelXercesLinks::insert(*element, child, before);
+    else
+        parent->insertBefore(&child, before);
+    parent.getTree().changes.record(insertionOf(child));
+}
+
 template <class EngineNode, class Node>
-void link(const PelXercesNodeRef& parent, Node& child) {
+void linkNew(const PelXercesNodeRef& parent, Node& child, const XMLCh* name) {
     auto& element = *parent.as<xercesc::DOMElementImpl>();
-    if (PelXercesLinks::areKnown && !element.fNode.isReadOnly())
+    if (linkedElement(element) != nullptr)
         PelXercesLinks::append(element, static_cast<EngineNode&>(child));
     else
         element.appendChild(&child);
-    parent.getTree().changes.record({parent.getNode(), &child, false, true});
+    parent.getTree().changes.record(
+        {parent.getNode(), &child, nullptr, nullptr, name, false, true});
 }
 
 } // namespace
@@ -35,19 +87,61 @@ void PelXercesEditing::append(const PelXercesNodeRef& parent, xercesc::DOMNode& 
     if (isForbidden(parent, child))
         throw xercesc::DOMException(xercesc::DOMException::HIERARCHY_REQUEST_ERR, 0,
                                     &PelXercesMemory::get());
-    const xercesc::DOMNode* const oldParent = child.getParentNode();
+    const PelXercesChanges::Change removal = removalOf(child);
     parent->appendChild(&child);
-    const bool isLeaf = child.getFirstChild() == nullptr;
     PelXercesChanges& changes = parent.getTree().changes;
-    if (oldParent != nullptr)
-        changes.record({oldParent, &child, true, isLeaf});
-    changes.record({parent.getNode(), &child, false, isLeaf});
+    if (removal.parent != nullptr)
+        changes.record(removal);
+    changes.record(
+        {parent.getNode(), &child, nullptr, nullptr, removal.name, false, removal.isLeaf});
 }
 
 void PelXercesEditing::appendNew(const PelXercesNodeRef& parent, xercesc::DOMElement& child) {
-    link<xercesc::DOMElementImpl>(parent, child);
+    linkNew<xercesc::DOMElementImpl>(parent, child, child.getTagName());
 }
 
 void PelXercesEditing::appendNew(const PelXercesNodeRef& parent, xercesc::DOMText& child) {
-    link<xercesc::DOMTextImpl>(parent, child);
+    linkNew<xercesc::DOMTextImpl>(parent, child, nullptr);
+}
+
+bool PelXercesEditing::insert(const PelXercesNodeRef& parent, const PelXercesNodeRef& child,
+                              const PelXercesNodeRef& before) {
+    if (before && before->getParentNode() != parent.getNode())
+        return false;
+    if (!PelXercesPlace(parent, before.getNode(), nullptr).allows(child))
+        return false;
+    if (before.getNode() != child.getNode())
+        link(parent, *child.getNode(), before.getNode());
+    return true;
+}
+
+bool PelXercesEditing::replace(const PelXercesNodeRef& parent, const PelXercesNodeRef& child,
+                               const PelXercesNodeRef& old) {
+    if (old->getParentNode() != parent.getNode())
+        return false;
+    if (old.getNode() == child.getNode())
+        return true;
+    xercesc::DOMNode* const next = old->getNextSibling();
+    if (!PelXercesPlace(parent, next, old.getNode()).allows(child))
+        return false;
+    unlink(parent.getTree(), *old.getNode());
+    link(parent, *child.getNode(), next);
+    return true;
+}
+
+bool PelXercesEditing::remove(const PelXercesNodeRef& parent, const PelXercesNodeRef& child) {
+    if (child->getParentNode() != parent.getNode())
+        return false;
+    unlink(parent.getTree(), *child.getNode());
+    return true;
+}
+
+// The lists of elements with the old name lose it, those with the new one gain it.
+void PelXercesEditing::rename(const PelXercesNodeRef& element, const XMLCh* name) {
+    auto& renamed = *element.as<xercesc::DOMElementImpl>();
+    const XMLCh* const former = renamed.getTagName();
+    PelXercesRenaming::rename(renamed, name);
+    PelXercesChanges& changes = element.getTree().changes;
+    for (const XMLCh* const concerned : {former, renamed.getTagName()})
+        changes.record({nullptr, &renamed, nullptr, nullptr, concerned, false, true});
 }

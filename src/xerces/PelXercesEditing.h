@@ -17,4 +17,19 @@ public:
     /// parent: the DOM never forbids that.
     static void appendNew(const PelXercesNodeRef& parent, xercesc::DOMElement& child);
     static void appendNew(const PelXercesNodeRef& parent, xercesc::DOMText& child);
+
+    /// Puts `child` in front of `before`, a child of `parent`; makes it the last child when that is
+    /// none. These answer whether XML and the DOM allow the change, and else change nothing.
+    static bool insert(const PelXercesNodeRef& parent, const PelXercesNodeRef& child,
+                       const PelXercesNodeRef& before);
+
+    /// Puts `child` into the place of `old`, a child of `parent`.
+    static bool replace(const PelXercesNodeRef& parent, const PelXercesNodeRef& child,
+                        const PelXercesNodeRef& old);
+
+    /// Takes `child` from `parent`.
+    static bool remove(const PelXercesNodeRef& parent, const PelXercesNodeRef& child);
+
+    /// Gives an element another name, which XML allows.
+    static void rename(const PelXercesNodeRef& element, const XMLCh* name);
 };

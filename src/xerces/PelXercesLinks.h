@@ -38,6 +38,58 @@ public:
         last = &child;
     }
 
+    /// Makes `child`, which has no parent, a child of `parent` in front of `next`, its child; the
+    /// last child when that is null. Nothing is checked.
+    static void insert(xercesc::DOMElementImpl& parent, xercesc::DOMNode& child,
+                       xercesc::DOMNode* next) {
+        xercesc::DOMNodeImpl& node = implOf(&child);
+        xercesc::DOMChildNode& links = linksOf(&child);
+        xercesc::DOMNode*& first = parent.fParent.fFirstChild;
+        node.fOwnerNode = &parent;
+        node.isOwned(true);
+        if (first == nullptr) {
+            links.previousSibling = &child;
+        } else {
+            // The first child's link to a previous sibling leads to the last child.
+            xercesc::DOMNode*& back = linksOf(next != nullptr ? next : first).previousSibling;
+            if (next != first)
+                linksOf(back).nextSibling = &child;
+            links.previousSibling = back;
+            back = &child;
+        }
+        links.nextSibling = next;
+        if (next != first)
+            return;
+        if (first != nullptr)
+            implOf(first).isFirstChild(false);
+        node.isFirstChild(true);
+        first = &child;
+    }
+
+    /// Takes `child` from its parent. Nothing is checked.
+    static void remove(xercesc::DOMElementImpl& parent, xercesc::DOMNode& child) {
+        xercesc::DOMNodeImpl& node = implOf(&child);
+        xercesc::DOMChildNode& links = linksOf(&child);
+        xercesc::DOMNode*& first = parent.fParent.fFirstChild;
+        xercesc::DOMNode* const next = links.nextSibling;
+        if (next != nullptr)
+            linksOf(next).previousSibling = links.previousSibling;
+        else
+            linksOf(first).previousSibling = links.previousSibling;
+        if (first != &child) {
+            linksOf(links.previousSibling).nextSibling = next;
+        } else {
+            first = next;
+            if (next != nullptr)
+                implOf(next).isFirstChild(true);
+        }
+        node.fOwnerNode = parent.fParent.fOwnerDocument;
+        node.isOwned(false);
+        node.isFirstChild(false);
+        links.nextSibling = nullptr;
+        links.previousSibling = nullptr;
+    }
+
     /// Nodes of a large tree are rarely in the cache. This brings in the two lines that hold a
     /// node's class and links while other work goes on; null does nothing.
     static void fetch(const xercesc::DOMNode* node) {
@@ -78,6 +130,18 @@ public:
             static_cast<xercesc::DOMTextImpl*>(text.getOwnerDocument()->createTextNode(data));
         std::swap(known.fCharacterData.fDataBuf, spare->fCharacterData.fDataBuf);
         spare->release();
+    }
+
+    /// What each node that can be a child has.
+    static xercesc::DOMNodeImpl& implOf(xercesc::DOMNode* child) {
+        switch (child->getNodeType()) {
+        case xercesc::DOMNode::ELEMENT_NODE:
+            return static_cast<xercesc::DOMElementImpl*>(child)->fNode;
+        case xercesc::DOMNode::TEXT_NODE:
+            return static_cast<xercesc::DOMTextImpl*>(child)->fNode;
+        default:
+            return *xercesc::castToNodeImpl(child);
+        }
     }
 
 private:

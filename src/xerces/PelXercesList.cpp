@@ -111,6 +111,10 @@ bool PelXercesList::matches(const DOMNode& node) const {
     return PelXercesWalk::isElement(node, name);
 }
 
+bool PelXercesList::matches(const XMLCh* tagName) const {
+    return name == u"*" || tagName == name;
+}
+
 void PelXercesList::catchUp() {
     const PelXercesChanges& changes = root.getTree().changes;
     if (!changes.remembers(seen))
@@ -123,18 +127,34 @@ void PelXercesList::catchUp() {
 
 void PelXercesList::follow(const PelXercesChanges::Change& change) {
     if (!ofChildNodes) {
-        const bool concerns = change.node->getNodeType() == DOMNode::ELEMENT_NODE &&
-                              (!change.isLeaf || matches(*change.node));
-        if (concerns)
+        if (change.name != nullptr && (!change.isLeaf || matches(change.name)))
             forget();
     } else if (change.parent == root.getNode()) {
-        if (!change.isRemoval) {
-            ++knownLength;
-        } else {
-            --knownLength;
-            place = nullptr; // it may have been this one, or one behind it
-        }
+        change.isRemoval ? followRemoval(change) : followInsertion(change);
     }
+}
+
+// Where a change is neither at an end nor next to the place, it may be on either side of that.
+void PelXercesList::followInsertion(const PelXercesChanges::Change& change) {
+    ++knownLength;
+    if (change.next == nullptr)
+        return;
+    if (change.previous == nullptr || change.next == place)
+        ++placeIndex;
+    else if (change.previous != place)
+        place = nullptr;
+}
+
+void PelXercesList::followRemoval(const PelXercesChanges::Change& change) {
+    --knownLength;
+    if (change.node == place) // a look at the position before it begins at an end
+        place = change.next;
+    else if (change.next == nullptr)
+        return;
+    else if (change.previous == nullptr || change.next == place)
+        --placeIndex;
+    else if (change.previous != place)
+        place = nullptr;
 }
 
 void PelXercesList::forget() {

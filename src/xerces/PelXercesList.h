@@ -34,9 +34,12 @@ private:
     xercesc::DOMNode* nextInTree(xercesc::DOMNode* node) const;
     xercesc::DOMNode* previousInTree(xercesc::DOMNode* node) const;
     bool matches(const xercesc::DOMNode& node) const;
+    bool matches(const XMLCh* tagName) const;
 
     void catchUp();
     void follow(const PelXercesChanges::Change& change);
+    void followInsertion(const PelXercesChanges::Change& change);
+    void followRemoval(const PelXercesChanges::Change& change);
     void forget();
 
     PelXercesNodeRef root;

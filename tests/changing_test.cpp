@@ -1,0 +1,317 @@
+// SPDX-License-Identifier: MIT
+#include "support.h"
+
+#include <sstream>
+
+// Without the line breaks that the writer adds.
+static std::string written(const PelDOMDocument& document) {
+    PelString text;
+    services().writeDocument(document, text, 0, 1, 0);
+    std::string bytes = text.toUtf8();
+    bytes.erase(std::remove(bytes.begin(), bytes.end(), '\n'), bytes.end());
+    return bytes;
+}
+
+// The nodes that a case names: "/" the document, "/0/1" by positions, "~" null, "@" another document's root,
+// a new one by "<name", "|text", "!comment", "[cdata", "?target".
+static PelDOMNode nodeAt(PelDOMDocument& document, const std::string& path) {
+    const PelString rest(path.substr(1).c_str());
+    switch (path[0]) {
+    case '@':
+        return rootOf("<other/>");
+    case '<':
+        return document.createElement(rest);
+    case '|':
+        return document.createTextNode(rest);
+    case '!':
+        return document.createComment(rest);
+    case '[':
+        return document.createCDATASection(rest);
+    case '?':
+        return document.createProcessingInstruction(rest, "d");
+    case '/':
+        break;
+    default:
+        return PelDOMNode();
+    }
+    PelDOMNode node = document;
+    std::istringstream positions(path.substr(1));
+    for (std::string position; std::getline(positions, position, '/');)
+        node = childAt(node, std::stol(position));
+    return node;
+}
+
+struct Change {
+    const char* xml; // null: the case goes on with the document before
+    char operation;  // insert, replace, extract
+    const char* nodes[3];
+    const char* expected; // the document afterwards; null: refused, and unchanged
+};
+
+TEST(Changes, AreMadeExactlyOrNotAtAll) {
+    const char* const small = "<r><a/><b><c/></b>t</r>";
+    const char* const typed = "<!DOCTYPE r [<!ELEMENT r ANY>]><!--1--><r/>";
+    const Change changes[] = {
+        {small, 'i', {"/0", "<n", "/0/0"}, "#9(r(n a b(c) |t|))"},
+        {small, 'i', {"/0", "<n", "/0/1"}, "#9(r(a n b(c) |t|))"},
+        {small, 'i', {"/0", "<n", "/0/2"}, "#9(r(a b(c) n |t|))"},
+        {small, 'i', {"/0", "<n", "~"}, "#9(r(a b(c) |t| n))"},
+        {small, 'i', {"/0/0", "|x", "~"}, "#9(r(a(|x|) b(c) |t|))"},
+        {small, 'i', {"/0", "/0/2", "/0/0"}, "#9(r(|t| a b(c)))"},
+        {small, 'i', {"/0", "/0/0", "/0/2"}, "#9(r(b(c) a |t|))"},
+        {small, 'i', {"/0", "/0/0", "/0/1"}, "#9(r(a b(c) |t|))"},
+        {small, 'i', {"/0", "/0/1", "/0/1"}, "#9(r(a b(c) |t|))"},
+        {small, 'i', {"/0", "/0/0", "~"}, "#9(r(b(c) |t| a))"},
+        {small, 'i', {"/0", "/0/2", "~"}, "#9(r(a b(c) |t|))"},
+        {small, 'i', {"/0", "/0/1/0", "/0/1"}, "#9(r(a c b |t|))"},
+        {small, 'i', {"/0/1/0", "/0/0", "~"}, "#9(r(b(c(a)) |t|))"},
+        {small, 'r', {"/0", "<n", "/0/0"}, "#9(r(n b(c) |t|))"},
+        {small, 'r', {"/0", "<n", "/0/2"}, "#9(r(a b(c) n))"},
+        {small, 'r', {"/0", "/0/0", "/0/1"}, "#9(r(a |t|))"},
+        {small, 'r', {"/0", "/0/1", "/0/0"}, "#9(r(b(c) |t|))"},
+        {small, 'r', {"/0", "/0/1/0", "/0/1"}, "#9(r(a c |t|))"},
+        {small, 'r', {"/0", "/0/1", "/0/1"}, "#9(r(a b(c) |t|))"},
+        {small, 'x', {"/0", "/0/0"}, "#9(r(b(c) |t|))"},
+        {small, 'x', {"/0", "/0/1"}, "#9(r(a |t|))"},
+        {small, 'x', {"/0", "/0/2"}, "#9(r(a b(c)))"},
+        {small, 'x', {"/0/1", "/0/1/0"}, "#9(r(a b |t|))"},
+        // in front of no child, what is no child, cycles, another document's, into what holds no children
+        {small, 'i', {"/0", "<n", "/0/1/0"}, nullptr},
+        {small, 'i', {"/0", "/0/0", "<n"}, nullptr},
+        {small, 'i', {"/0/0", "/0/0", "/0/0"}, nullptr},
+        {small, 'i', {"/0/1", "/0/1", "~"}, nullptr},
+        {small, 'i', {"/0/1/0", "/0/1", "~"}, nullptr},
+        {small, 'i', {"/0/0", "/0", "~"}, nullptr},
+        {small, 'i', {"/0/0", "/", "~"}, nullptr},
+        {small, 'i', {"/0", "@", "~"}, nullptr},
+        {small, 'i', {"/0", "<n", "@"}, nullptr},
+        {small, 'i', {"/0/2", "|x", "~"}, nullptr},
+        {small, 'r', {"/0", "<n", "/0/1/0"}, nullptr},
+        {small, 'r', {"/0", "<n", "<m"}, nullptr},
+        {small, 'r', {"/0", "<n", "/0"}, nullptr},
+        {small, 'r', {"/0", "/0", "/0/0"}, nullptr},
+        {small, 'r', {"/0/1", "/0/1", "/0/1/0"}, nullptr},
+        {small, 'r', {"/0", "@", "/0/0"}, nullptr},
+        {small, 'x', {"/0", "/0/1/0"}, nullptr},
+        {small, 'x', {"/0", "/0"}, nullptr},
+        {small, 'x', {"/0", "<n"}, nullptr},
+        {small, 'x', {"/0", "/"}, nullptr},
+        // a document's own children
+        {small, 'i', {"/", "!c", "/0"}, "#9(#8 r(a b(c) |t|))"},
+        {nullptr, 'i', {"/", "?p", "~"}, "#9(#8 r(a b(c) |t|) #7)"},
+        {nullptr, 'i', {"/", "| \n", "/1"}, "#9(#8 | \n| r(a b(c) |t|) #7)"},
+        {nullptr, 'i', {"/", "/2", "/0"}, "#9(r(a b(c) |t|) #8 | \n| #7)"},
+        {nullptr, 'i', {"/", "|x", "/1"}, nullptr},
+        {nullptr, 'i', {"/", "|", "/1"}, nullptr},
+        {nullptr, 'i', {"/", "[ ", "/1"}, nullptr},
+        {nullptr, 'i', {"/", "<n", "~"}, nullptr},
+        {nullptr, 'r', {"/", "<n", "/1"}, nullptr},
+        {nullptr, 'r', {"/", "|x", "/0"}, nullptr},
+        {nullptr, 'r', {"/", "<n", "/0"}, "#9(n #8 | \n| #7)"},
+        {nullptr, 'r', {"/", "!c", "/0"}, "#9(#8 #8 | \n| #7)"},
+        {nullptr, 'i', {"/", "<m", "/1"}, "#9(#8 m #8 | \n| #7)"},
+        {nullptr, 'x', {"/", "/1"}, "#9(#8 #8 | \n| #7)"},
+        {nullptr, 'i', {"/", "<o", "~"}, "#9(#8 #8 | \n| #7 o)"},
+        // the document type: before the root
+        {typed, 'i', {"/", "/0", "~"}, nullptr},
+        {typed, 'i', {"/", "/0", "/2"}, "#9(#8 #10 r)"},
+        {nullptr, 'i', {"/", "/2", "/1"}, nullptr},
+        {nullptr, 'i', {"/", "/2", "/0"}, nullptr},
+        {nullptr, 'i', {"/", "/2", "~"}, "#9(#8 #10 r)"},
+        {nullptr, 'r', {"/", "/1", "/2"}, "#9(#8 #10)"},
+        {nullptr, 'i', {"/", "<n", "/0"}, nullptr},
+        {nullptr, 'i', {"/", "<n", "/1"}, nullptr},
+        {nullptr, 'i', {"/", "<n", "~"}, "#9(#8 #10 n)"},
+        {nullptr, 'r', {"/", "<n", "/1"}, nullptr},
+        {nullptr, 'r', {"/", "/2", "/1"}, "#9(#8 n)"},
+        {typed, 'i', {"/2", "/0", "~"}, nullptr},
+        {typed, 'i', {"/0", "<n", "~"}, nullptr},
+        // the declaration: first
+        {"", 'i', {"/", "!c", "/0"}, nullptr},
+        {"", 'i', {"/1", "/0", "~"}, nullptr},
+        {"", 'i', {"/", "/0", "~"}, nullptr},
+        {"", 'i', {"/", "/0", "/1"}, "#9(#13 r)"},
+        {"", 'r', {"/", "/0", "/1"}, "#9(#13)"},
+        {"", 'r', {"/", "/1", "/0"}, "#9(r)"},
+        {"", 'i', {"/", "!c", "/1"}, "#9(#13 #8 r)"},
+        {nullptr, 'i', {"/", "/0", "/2"}, nullptr},
+        {nullptr, 'i', {"/", "/2", "/0"}, nullptr},
+        {nullptr, 'i', {"/", "/1", "/0"}, nullptr},
+        {nullptr, 'r', {"/", "!d", "/0"}, "#9(#8 #8 r)"},
+    };
+    PelDOMDocument document;
+    for (const Change& change : changes) {
+        if (change.xml != nullptr)
+            document = *change.xml == 0 ? services().createDocument("r") : parse(change.xml);
+        PelDOMNode nodes[3];
+        for (int i = 0; i < (change.operation == 'x' ? 2 : 3); ++i)
+            nodes[i] = nodeAt(document, change.nodes[i]);
+        const std::string before = show(document);
+        const PelDOM::Error code = change.operation == 'i'   ? nodes[0].insertBefore(nodes[1], nodes[2])
+                                   : change.operation == 'r' ? nodes[0].replaceChild(nodes[1], nodes[2])
+                                                             : nodes[0].removeChild(nodes[1]);
+        const std::string line = before + change.operation + change.nodes[0] + " " + change.nodes[1];
+        EXPECT_EQ(code, change.expected != nullptr ? PelDOM::SUCCESS : PelDOM::INVALID_VALUE) << line;
+        EXPECT_EQ(show(document), change.expected != nullptr ? change.expected : before) << line;
+        PelDOMNode parent;
+        const PelDOMNode& loose = nodes[change.operation == 'x' ? 1 : 2];
+        if (change.operation == 'i' || change.expected == nullptr || change.nodes[1] == change.nodes[2])
+            continue;
+        loose.getParentNode(parent);
+        EXPECT_EQ(parent.getNodeType(), PelDOM::NO_NODE) << line;
+    }
+}
+
+TEST(Changes, KeepRemovedNodesUsable) {
+    PelDOMDocument document = parse("<r><a><b>t</b></a></r>");
+    PelDOMElement root = document.getDocumentElement();
+    PelDOMElement a(childAt(root, 0));
+    EXPECT_EQ("ok r a(b(|t|)) ok ok a k=v(b(|t|) c(|t|)) ok r(a k=v(b(|t|) c(|t|))) ok #9 null",
+        answers({root.removeChild(a), root, a, a.setAttribute("k", "v"), a.appendTextElement("c", "t"), a,
+            root.insertBefore(a, PelDOMNode()), root, document.removeChild(root), document,
+            PelDOMNode(nullptr)}));
+    EXPECT_EQ(show(document.getDocumentElement()), "#0");
+    EXPECT_EQ(answers({document.appendChild(document.createElement("n")), document}), "ok #9(n)");
+}
+
+TEST(Changes, AnswerForNullHandles) {
+    PelDOMDocument document = parse("<r><a/></r>"), nothing;
+    PelDOMElement root = document.getDocumentElement(), none;
+    const PelDOMNode a = childAt(root, 0);
+    PelDOMNode absent;
+    document.getParentNode(absent);
+    EXPECT_EQ(
+        "null-node null-node null-node null-node null-node null-node null-node null-node null null null "
+        "null null null null-node invalid #9(r(a)) ok",
+        answers({none.insertBefore(a, none), root.insertBefore(none, a), root.insertBefore(absent, a),
+            none.replaceChild(a, a), root.replaceChild(none, a), root.replaceChild(a, none),
+            root.removeChild(none), absent.removeChild(a), none.cloneNode(true), absent.cloneNode(true),
+            nothing.importNode(a, true), document.importNode(none, true), nothing.createComment("c"),
+            nothing.createCDATASection("c"), none.setTagName("n"), root.setTagName(""), document,
+            root.insertBefore(a, absent)}));
+    EXPECT_EQ(nothing.createProcessingInstruction("p", "").isNull(), 1);
+}
+
+TEST(NewNodes, AreRefusedWhereXmlForbidsThem) {
+    PelDOMDocument document = parse("<r/>");
+    PelDOMElement root = document.getDocumentElement();
+    const LogWatch log;
+    for (const char16_t* const data : {u"", u"d", u"a - b", u"]]", u"? >", u"<&>", u"\U0001F600"})
+        for (const PelDOMNode& made : {document.createComment(data), document.createCDATASection(data),
+                 document.createProcessingInstruction("p", data)})
+            EXPECT_EQ(root.insertBefore(made, PelDOMNode()), PelDOM::SUCCESS) << PelString(data);
+    EXPECT_EQ(log.text(), "");
+    const std::string all = written(document);
+    for (const char* const part : {"<!--d-->", "<![CDATA[d]]>", "<?p d?>", "<!--]]-->", "<![CDATA[? >]]>"})
+        EXPECT_NE(all.find(part), all.npos) << part;
+    const PelDOMNode refused[] = {document.createComment("--"), document.createComment("-"),
+        document.createCDATASection("]]>"), document.createProcessingInstruction("p", "?>"),
+        document.createProcessingInstruction("", "d"), document.createProcessingInstruction("1", "d"),
+        document.createProcessingInstruction("xMl", "d"), document.createComment(u"\xD800"),
+        document.createComment(PelString(std::u16string_view(u"a\0b", 3))),
+        document.createCDATASection(u"\x01"), document.createProcessingInstruction("p", u"\uFFFF")};
+    for (const PelDOMNode& node : refused) EXPECT_EQ(node.isNull(), 1) << &node - refused;
+}
+
+TEST(Copies, AreEqualAndOnTheirOwn) {
+    const PelString text = "<a k='v&#10;' l=''>t<![CDATA[c<]]><!--m--><?p d?><b><c/>u</b><d/></a>";
+    PelDOMDocument document = parse("<r>" + text + "<z/></r>");
+    PelDOMDocument other = parse("<o><z/></o>");
+    PelDOMElement root = document.getDocumentElement();
+    const PelDOMNode a = childAt(root, 0);
+    const std::string all = show(a);
+    const LogWatch log;
+    PelDOMNode clone = a.cloneNode(true), imported = other.importNode(a, true);
+    const PelDOMNode flat[] = {a.cloneNode(false), other.importNode(a, false)};
+    EXPECT_EQ(log.text(), "");
+    EXPECT_EQ(all + " " + all + " a k=v\n l= a k=v\n l=",
+        show(clone) + " " + show(imported) + " " + show(flat[0]) + " " + show(flat[1]));
+    PelDOMElement(childAt(clone, 4)).setAttribute("new", "n");
+    PelDOMElement(clone).setTagName("copy");
+    EXPECT_EQ(show(a), all);
+    PelDOMNode last = childAt(imported, 5);
+    EXPECT_EQ("ok ok ok",
+        answers({root.insertBefore(clone, a), other.getDocumentElement().insertBefore(imported, PelDOMNode()),
+            imported.removeChild(last)}));
+    document = PelDOMDocument();
+    const std::string bytes = written(other);
+    EXPECT_NE(bytes.find("<a k=\"v&#xA;\" l=\"\">t<![CDATA[c<]]><!--m--><?p d?><b><c/>u</b></a>"), bytes.npos)
+        << bytes;
+}
+
+TEST(Copies, HaveTheAttributesOfTheirOwnDocumentType) {
+    const auto typed = [](const PelString& values) {
+        return parse("<!DOCTYPE r [<!ELEMENT r ANY><!ELEMENT b ANY><!ATTLIST b " + values +
+                     ">]><r><b s='1' d='own'/><b/></r>");
+    };
+    PelDOMDocument first = typed("s CDATA #IMPLIED d CDATA 'first' e CDATA 'first'");
+    PelDOMDocument second = typed("s CDATA #IMPLIED d CDATA 'second' f CDATA 'second'");
+    const PelDOMNode b = childAt(first.getDocumentElement(), 0), c = childAt(first.getDocumentElement(), 1);
+    EXPECT_EQ("b d=own e=first s=1 b d=own f=second s=1 b d=first e=first b d=second f=second",
+        answers(
+            {b.cloneNode(true), second.importNode(b, true), c.cloneNode(true), second.importNode(c, true)}));
+    PelDOMElement copies[] = {PelDOMElement(b.cloneNode(true)), PelDOMElement(second.importNode(b, true))};
+    for (PelDOMElement& copy : copies) copy.removeAttribute("d");
+    EXPECT_EQ(answers({copies[0], copies[1]}), "b d=first e=first s=1 b d=second f=second s=1");
+}
+
+TEST(Copies, AreNotMadeOfWhatADocumentHasOnce) {
+    PelDOMDocument document = services().createDocument("r");
+    const PelDOMDocument typed = parse("<!DOCTYPE r [<!ELEMENT r ANY>]><r/>");
+    for (const PelDOMNode& node : {PelDOMNode(document), childAt(document, 0), childAt(typed, 0)})
+        for (const bool deep : {false, true})
+            EXPECT_EQ(node.cloneNode(deep).isNull() + document.importNode(node, deep).isNull(), 2);
+    EXPECT_EQ(
+        show(document.importNode(parse("<?xml version='1.1'?><r><a\u0370/></r>").getDocumentElement(), true)),
+        PelString(u"r(a\u0370)").toUtf8());
+    const PelDOMDocument newer =
+        parse(u"<?xml version='1.1'?><r><a\U00010000/><b a\U00010000='1'/><?a\U00010000 d?></r>");
+    for (long i = 0; i < 3; ++i) {
+        const PelDOMNode node = childAt(newer.getDocumentElement(), i);
+        EXPECT_EQ(document.importNode(node, true).isNull() + 2 * node.cloneNode(true).isNull(), 1) << i;
+    }
+    EXPECT_EQ(document.importNode(newer.getDocumentElement(), true).isNull(), 1);
+}
+
+TEST(Names, ChangeInPlace) {
+    PelDOMDocument document =
+        parse("<!DOCTYPE r [<!ELEMENT r ANY><!ELEMENT a ANY><!ELEMENT b ANY><!ELEMENT c ANY><!ATTLIST a x "
+              "CDATA #IMPLIED><!ATTLIST b d CDATA 'b' x CDATA 'b'>"
+              "<!ATTLIST c d CDATA 'c' y CDATA 'c'>]><r><a x='1'>t</a><b d='own'/></r>");
+    PelDOMElement root = document.getDocumentElement(), a(childAt(root, 0)), b(childAt(root, 1));
+    const PelDOMElement same = a;
+    EXPECT_EQ("ok n x=1(|t|) ok b d=b x=1(|t|) ok c d=own y=c ok c d=c x=1 y=c(|t|) ok c d=own y=c ok a "
+              "x=1(|t|) ok ok c d=c y=c",
+        answers({a.setTagName("n"), same, a.setTagName("b"), same, b.setTagName("c"), b, a.setTagName("c"),
+            same, b.setTagName("c"), b, a.setTagName("a"), same, b.removeAttribute("d"), b.setTagName("c"),
+            b}));
+    for (const char16_t* name : {u"", u"1", u"a b", u"a\xD800"})
+        EXPECT_EQ(a.setTagName(name), PelDOM::INVALID_VALUE) << PelString(name);
+    EXPECT_EQ(answers({root.setTagName("q:r"), document}), "ok #9(#10 q:r(a x=1(|t|) c d=c y=c))");
+    EXPECT_EQ(answers({services().createDocument("r").getDocumentElement().setTagName("s")}), "ok");
+}
+
+// Recursion would not get through this.
+TEST(Changes, OfDeepTreesTakeNoStack) {
+    constexpr int depth = 1000000;
+    PelDOMDocument document = services().createDocument("r"), other = services().createDocument("o");
+    PelDOMElement root = document.getDocumentElement();
+    PelDOMElement top = document.createElement("e"), bottom = top;
+    for (int i = 1; i < depth; ++i) {
+        PelDOMElement next = document.createElement("e");
+        bottom.insertBefore(next, PelDOMNode());
+        bottom = next;
+    }
+    EXPECT_EQ(root.insertBefore(top, PelDOMNode()), PelDOM::SUCCESS);
+    EXPECT_EQ(bottom.insertBefore(top, PelDOMNode()), PelDOM::INVALID_VALUE);
+    PelDOMNode clone = top.cloneNode(true), imported = other.importNode(top, true);
+    other.getDocumentElement().insertBefore(imported, PelDOMNode());
+    root.replaceChild(clone, top);
+    PelDOMNodeList found;
+    EXPECT_EQ(
+        root.getElementsByTagName("e", found) + other.getDocumentElement().getElementsByTagName("e", found),
+        2 * depth);
+    EXPECT_EQ(top.getElementsByTagName("e", found), depth - 1);
+    EXPECT_EQ(root.removeChild(clone), PelDOM::SUCCESS);
+    EXPECT_EQ(show(document), "#9(#13 r)");
+}
