@@ -54,9 +54,10 @@ TEST(TypedReads, FollowTheRulesOfFormattedInput) {
     std::istringstream table(R"(
         42 42 42          -3 -3 -3         +8 8 8          4.9 4 4.9        12abc 12 12      abc - -
         --1 - -           + - -            . - -           .5 - 0.5         5. 5 5           1e3 1 1000
-        1E-2x 1 0.01      1e 1 -           1e+ 1 -         1,5 1 1          0x1p3 0 8        0XA.8 0 10.5
-        0x 0 -            0x.p1 0 -        0x1p 0 -        inf - inf        infx - inf       -INFINITY! - -inf
-        infin - -         na - -           nan(1 - -       nan - nan        nanx - nan       -NAN(ab_1) - -nan
+        1E-2x 1 0.01      1e 1 1           1e+ 1 1         1,5 1 1          0x1p3 0 8        0XA.8 0 10.5
+        0x 0 0            0x.p1 0 0        0x1p 0 1        inf - inf        infx - inf       -INFINITY! - -inf
+        infin - inf       na - -           nan(1 - nan     nan - nan        nanx - nan       -NAN(ab_1) - -nan
+        1.5em 1 1.5       12EUR 12 12      3eV 3 3         100ergs 100 100  1_0 1 1          -0xg 0 -0
         1e999 1 inf       -1e-999 -1 -0      000000000000000000000000000012 12 12
         9223372036854775807 9223372036854775807 9223372036854775808
         9223372036854775808 9223372036854775807 9223372036854775808

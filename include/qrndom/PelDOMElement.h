@@ -94,8 +94,8 @@ public:
     PelDOM::Error getAttribute(const PelString& name, long& value) const;
 
     /// Reads a real number in the same way, with a full stop as its decimal point: "2.5", "1e3",
-    /// "0x1p3", "inf" and "nan" are numbers, "1e" is none. INVALID_VALUE, with `value` unchanged,
-    /// when there is none.
+    /// "0x1p3", "inf" and "nan" are numbers; "1.5em" and "12EUR" give 1.5 and 12. INVALID_VALUE,
+    /// with `value` unchanged, when there is none.
     PelDOM::Error getAttribute(const PelString& name, double& value) const;
 
     /// Reads the text of an element whose only child is a text node. INVALID_VALUE, with `value`

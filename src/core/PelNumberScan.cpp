@@ -3,11 +3,10 @@
 
 #include "core/PelPlatform.h"
 
-#include <charconv>
+#include <algorithm>
 #include <cstdlib>
 #include <limits>
 #include <string>
-#include <system_error>
 
 namespace {
 
@@ -15,99 +14,16 @@ bool isDigit(char16_t unit) {
     return unit >= u'0' && unit <= u'9';
 }
 
-bool isHexDigit(char16_t unit) {
-    return isDigit(unit) || (unit >= u'a' && unit <= u'f') || (unit >= u'A' && unit <= u'F');
-}
-
-bool isWordCharacter(char16_t unit) {
+// Whether a number can hold it: "-1.5e+3", "0x1p-3", "infinity", "nan(payload_1)".
+bool isOfNumber(char16_t unit) {
     return isDigit(unit) || (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z') ||
-           unit == u'_';
+           std::u16string_view(u"+-.()_").find(unit) != std::u16string_view::npos;
 }
 
 std::u16string_view withoutLeadingSpace(std::u16string_view text) {
     const std::size_t begin = text.find_first_not_of(u" \t\n\v\f\r");
     return begin == text.npos ? std::u16string_view() : text.substr(begin);
 }
-
-/// Takes the longest start of a text that is a real number, or could still become one.
-class RealReader {
-public:
-    explicit RealReader(std::u16string_view source) : text(source) {}
-
-    /// The number's characters; empty when they make none.
-    std::string read() {
-        if (at(u"+-"))
-            ++position;
-        bool isNumber = false;
-        if (at(u"iI"))
-            isNumber = takeWord(u"inf") && (!at(u"iI") || takeWord(u"inity"));
-        else if (at(u"nN"))
-            isNumber = takeWord(u"nan") && takeOptionalPayload();
-        else if (text.compare(position, 2, u"0x") == 0 || text.compare(position, 2, u"0X") == 0) {
-            position += 2;
-            isNumber = takeMantissa(isHexDigit) && takeOptionalExponent(u"pP");
-        } else
-            isNumber = takeMantissa(isDigit) && takeOptionalExponent(u"eE");
-        return isNumber ? std::string(text.begin(), text.begin() + static_cast<long>(position))
-                        : std::string();
-    }
-
-private:
-    bool at(std::u16string_view choices) const {
-        return position < text.size() && choices.find(text[position]) != choices.npos;
-    }
-
-    template <class Test>
-    bool takeWhile(Test test) {
-        const std::size_t begin = position;
-        while (position < text.size() && test(text[position]))
-            ++position;
-        return position > begin;
-    }
-
-    bool takeWord(std::u16string_view word) {
-        for (const char16_t letter : word) {
-            const char16_t either[] = {letter, static_cast<char16_t>(letter - u'a' + u'A')};
-            if (!at({either, 2}))
-                return false;
-            ++position;
-        }
-        return true;
-    }
-
-    bool takeOptionalPayload() {
-        if (!at(u"("))
-            return true;
-        ++position;
-        takeWhile(isWordCharacter);
-        if (!at(u")"))
-            return false;
-        ++position;
-        return true;
-    }
-
-    template <class Test>
-    bool takeMantissa(Test isMantissaDigit) {
-        bool hasDigits = takeWhile(isMantissaDigit);
-        if (at(u".")) {
-            ++position;
-            hasDigits = takeWhile(isMantissaDigit) || hasDigits;
-        }
-        return hasDigits;
-    }
-
-    bool takeOptionalExponent(std::u16string_view letters) {
-        if (!at(letters))
-            return true;
-        ++position;
-        if (at(u"+-"))
-            ++position;
-        return takeWhile(isDigit);
-    }
-
-    std::u16string_view text;
-    std::size_t position = 0;
-};
 
 } // namespace
 
@@ -136,10 +52,13 @@ bool PelNumberScan::scan(std::u16string_view text, long& value) {
 }
 
 bool PelNumberScan::scan(std::u16string_view text, double& value) {
-    const std::string number = RealReader(withoutLeadingSpace(text)).read();
-    if (number.empty())
-        return false;
+    const std::u16string_view rest = withoutLeadingSpace(text);
+    const std::string start(rest.begin(), std::find_if_not(rest.begin(), rest.end(), isOfNumber));
     const PelPlatform::ClassicNumbers classic;
-    value = std::strtod(number.c_str(), nullptr);
+    char* end = nullptr;
+    const double number = std::strtod(start.c_str(), &end);
+    if (end == start.c_str())
+        return false;
+    value = number;
     return true;
 }

@@ -4,8 +4,8 @@
 #include <string_view>
 
 /// Reads numbers from text by the rules of formatted input in the classic locale: leading white
-/// space is skipped, what follows the number is ignored, and text that begins like a number and
-/// breaks off ("1e", "0x", "infin") is none.
+/// space is skipped, and what follows the longest start that is a number is ignored ("1.5em", "1e",
+/// "0x").
 class PelNumberScan {
 public:
     /// As "%ld": decimal; a number out of range gives the nearest `long`. False leaves `value`.
