@@ -43,9 +43,10 @@ TEST(Filer, PrintsNumbersByTheirFormats) {
         {7, u"%5ld kg", "ok '    7 kg'"}, {255, u"%#x", "ok '0xff'"}, {9, u"100%% %hhd", "ok '100% 9'"},
         {LONG_MAX, u"%d", "ok '9223372036854775807'"}};
     for (const auto& [value, format, text] : wholes) EXPECT_EQ(printed(value, format), text);
-    for (const char16_t* format :
-        {u"no conversion", u"%d%d", u"%s", u"%n%d", u"%*d", u"%.*d", u"%f", u"%c", u"%d %y", u"%%", u"%"})
+    for (const char16_t* format : {u"no conversion", u"%d%d", u"%s", u"%n%d", u"%*d", u"%.*d", u"%f", u"%c",
+             u"%d %y", u"%%", u"%", u"%100001d", u"%.100001d"})
         EXPECT_EQ(printed(1L, format), "invalid 'before'") << PelString(format);
+    EXPECT_EQ(printed(1L, u"%100000d").size() + printed(0.5, u"%.100000f").size(), 200000 + 2 + 10U);
     EXPECT_EQ(printed(2.5, u"") + printed(0.5, u"%.2lf") + printed(1e21, u"%Lg m") + printed(0.1, u"%08.3e") +
                   printed(1.0, u"%d") + printed(1.0, u"%s") + printed(-HUGE_VAL, u"") +
                   printed(-DBL_MAX, u"").substr(0, 10),

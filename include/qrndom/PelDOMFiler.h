@@ -51,7 +51,8 @@ public:
 
     /// The same with a number, printed by `format` (see PelString::format) or, when that is empty,
     /// as plain decimal. A format is refused with INVALID_VALUE unless it holds exactly one
-    /// conversion, for whole numbers here and for reals below; its length modifier does not matter.
+    /// conversion, for whole numbers here and for reals below, with a width and precision up to
+    /// 100,000; its length modifier does not matter.
     PelDOM::Error appendElement(const PelString& name, long value, PelString format = {});
 
     /// The same with an int.

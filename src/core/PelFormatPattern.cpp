@@ -40,7 +40,8 @@ std::u16string PelFormatPattern::forOneValue(std::u16string_view pattern, std::u
     int conversions = 0;
     for (PelFormatPattern reader(pattern); !reader.atEnd();) {
         const Piece piece = reader.next();
-        if (piece.isUnknown || piece.widthIsArgument || piece.precisionIsArgument)
+        if (piece.isUnknown || piece.widthIsArgument || piece.precisionIsArgument ||
+            piece.width > maxCount || piece.precision > maxCount)
             return {};
         if (piece.kind == 0) {
             result.append(piece.text);

@@ -24,6 +24,8 @@ public:
         std::u16string_view lengthText; ///< The length modifier as it stands in the pattern.
     };
 
+    static constexpr int maxCount = 100'000;
+
     explicit PelFormatPattern(std::u16string_view pattern) : text(pattern) {}
 
     bool atEnd() const { return position == text.size(); }
@@ -31,7 +33,8 @@ public:
     Piece next();
 
     /// The pattern with `modifier` as its one conversion's length modifier; empty unless the
-    /// pattern holds exactly one conversion, which is one of `kinds` and takes no other argument.
+    /// pattern holds exactly one conversion, which is one of `kinds`, takes no other argument and
+    /// has no width or precision beyond `maxCount`.
     static std::u16string forOneValue(std::u16string_view pattern, std::u16string_view kinds,
                                       std::u16string_view modifier);
 

@@ -12,6 +12,7 @@
 #include <string_view>
 
 const int PelLog::mode = QRNDOM_LOG_MODE;
+const std::size_t PelLog::limit = QRNDOM_LOG_LIMIT;
 
 namespace {
 
@@ -32,9 +33,13 @@ public:
     LogFile(const LogFile&) = delete;
     LogFile& operator=(const LogFile&) = delete;
 
+    bool takesLines() const noexcept {
+        return file != PelPlatform::noLog && !hasFailed && size <= room;
+    }
+
     // One caller alone meets the line that no longer fits, and writes the notice in its place.
     void append(const std::string& line) noexcept {
-        if (file == PelPlatform::noLog || hasFailed)
+        if (!takesLines())
             return;
         const std::size_t before = size.fetch_add(line.size());
         if (before > room)
@@ -81,6 +86,10 @@ void PelDOM::error(const PelString& message, const void* context) noexcept {
     } catch (...) {
         // A line that cannot be built is dropped like one that cannot be written.
     }
+}
+
+bool PelLog::takesMessages() noexcept {
+    return (mode == 1 || mode == 3) && errorLog().takesLines();
 }
 
 void PelLog::write(const char16_t* message, const void* object) noexcept {

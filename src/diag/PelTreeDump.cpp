@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
+#include "core/PelLog.h"
+
 #include <qrndom/PelDOMElement.h>
 #include <qrndom/PelDOMNode.h>
 #include <qrndom/PelDOMNodeList.h>
 #include <qrndom/PelDOMText.h>
 
 #include <algorithm>
+#include <climits>
 #include <deque>
 #include <string>
 #include <string_view>
@@ -12,13 +15,18 @@
 
 namespace {
 
+// A line that is longer than the log may be is as good as one that is still longer.
 PelString indentation(long level) {
-    return PelString(std::u16string(level > 1 ? 2 * static_cast<std::size_t>(level - 1) : 0, u' '));
+    if (level <= 1 || !PelLog::takesMessages())
+        return PelString();
+    return PelString(
+        std::u16string(std::min(2 * static_cast<std::size_t>(level - 1), PelLog::limit), u' '));
 }
 
 template <class... Arguments>
 void writeLine(const char16_t* pattern, Arguments... arguments) {
-    PelDOM::error(PelString().format(pattern, arguments...), nullptr);
+    if (PelLog::takesMessages())
+        PelDOM::error(PelString().format(pattern, arguments...), nullptr);
 }
 
 // White space that only lays out the text.
@@ -44,7 +52,7 @@ public:
             }
             PelDOMNode child;
             if (parent.children.item(parent.nextChild++, child) == PelDOM::SUCCESS)
-                begin(child, parent.level + 1);
+                begin(child, parent.level < LONG_MAX ? parent.level + 1 : LONG_MAX);
         }
     }
 
