@@ -2,6 +2,8 @@
 #include "failing_memory.h"
 #include "support.h"
 
+#include <xercesc/util/PlatformUtils.hpp>
+
 #include <iostream>
 #include <set>
 #include <sys/stat.h>
@@ -10,21 +12,44 @@
 
 static PelDOMElement rootOf(const PelDOMDocument& document) { return document.getDocumentElement(); }
 
-TEST(AStartWithoutMemory, EndsWithAnExceptionAndSoDoAllLaterOnes) {
-    long n = 0;
-    int status = 0;
-    for (; status == 0; ++n) {
-        if (fork() == 0) {
-            PelDOMUtilites& object = services();
-            if (!FailingMemory::failsAt(n, [&] { object.init(); })) _exit(1);
-            EXPECT_THROW(object.createDocument("a"), xercesc::OutOfMemoryException);
-            EXPECT_EQ(answers({object.terminate(), object.getErrorStatus()}), "ok not-started");
-            _exit(HasFailure() ? 2 : 0);
-        }
-        ASSERT_GT(wait(&status), 0);
+// Whether `use` holds in a process of its own; 255 when the engine ended that.
+static int inAChild(const std::function<bool()>& use) {
+    if (fork() == 0) {
+        const bool isOver = !use();
+        _exit(testing::Test::HasFailure() ? 2 : isOver ? 1 : 0);
     }
+    int status = 0;
+    wait(&status);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : status;
+}
+
+TEST(AStartWithoutMemory, IsTriedAgainWhereThatIsSafeAndNeverThrowsThere) {
+    // What is left of a start whose allocation `n` failed; false when there is no such allocation.
+    const auto start = [](long n, bool isSafe) {
+        PelDOMUtilites& object = services();
+        PelDOM::Error code = PelDOM::SUCCESS; // the engine's own failure is thrown
+        if (!FailingMemory::failsAt(n, [&] { code = object.init(); })) return false;
+        EXPECT_EQ(code, isSafe ? PelDOM::INITIALIZATION_FAILED : PelDOM::SUCCESS) << n;
+        EXPECT_EQ(answers({object.init(), object.createDocument("a"), parse("<a/>"), object.terminate(),
+                      object.getErrorStatus()}),
+            isSafe ? "ok #9(#13 a) #9(a) ok not-started" : "start-failed null null ok not-started")
+            << n;
+        return true;
+    };
+    long n = 0;
+    int end = 0;
+    for (; end == 0; ++n) end = inAChild([&] { return start(n, n == 0); });
     EXPECT_GT(n, 100);
-    EXPECT_EQ(WEXITSTATUS(status), 255); // the engine itself ends the process late in its start
+    EXPECT_EQ(end, 255); // the engine itself ends the process late in its start
+    for (n = 0, end = 0; end == 0; ++n)
+        end = inAChild([&] {
+            xercesc::XMLPlatformUtils::Initialize(); // what comes after the engine's own start
+            const bool hasFailed = start(n, true);
+            EXPECT_NE(xercesc::XMLPlatformUtils::fgMemoryManager, nullptr);
+            return hasFailed;
+        });
+    EXPECT_EQ(end, 1);
+    EXPECT_GT(n, 3);
 }
 
 TEST(AUseWithoutMemory, IsDoneOrNotDoneAndLosesNothing) {

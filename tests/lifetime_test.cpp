@@ -51,6 +51,16 @@ TEST(Services, StartAndStopTheEngineCallByCall) {
     EXPECT_FALSE(isUpAfterRelease());
 }
 
+TEST(Services, LeaveTheProgramsOwnStartsAlone) {
+    xercesc::XMLPlatformUtils::Initialize();
+    EXPECT_EQ("ok ok ok ok ok 1", answers({services().terminate(), services().terminate(), services().init(),
+                                      services().terminate(), services().terminate(), engineIsUp()}));
+    services().setErrorStatus(PelDOM::INITIALIZATION_FAILED);
+    EXPECT_TRUE(isUpAfterRelease());
+    xercesc::XMLPlatformUtils::Terminate();
+    EXPECT_FALSE(engineIsUp());
+}
+
 TEST(Trees, OutliveTheEngineAndTheServices) {
     for (int terminates = 0; terminates < 4; ++terminates) {
         PelDOMDocument document = parse("<b><b>t</b></b>");

@@ -141,6 +141,9 @@ TEST(Reading, PrintsWhatIsThrown) {
         largestAllocation = SIZE_MAX;
     });
     EXPECT_EQ(printed, "An error occured during parsing\n \n");
+    std::string large = "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e '" + std::string(1000000, 'x') + "'>]><a>";
+    for (int i = 0; i < 40; ++i) large += "&e;";
+    EXPECT_EQ(printedBy([&] { EXPECT_EQ(show(parse((large + "</a>").c_str())), "null"); }), "");
 }
 
 TEST(Reading, BuildsTheTreeThatTheTextDescribes) {

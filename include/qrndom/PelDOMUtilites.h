@@ -47,11 +47,12 @@ public:
 
     /// Starts the engine: SUCCESS or INITIALIZATION_FAILED, which becomes the status. Reading and
     /// creating call it themselves when need be. Each call is one start, to be paired with one
-    /// terminate.
+    /// terminate. A start that failed is tried again, unless it has left the engine half built.
     virtual PelDOM::Error init() = 0;
 
     /// Stops the engine and sets the status to NOT_INITIALIZED; always SUCCESS. Documents stay
-    /// usable, since the engine goes on as long as one lives.
+    /// usable, since the engine goes on as long as one lives. One terminate too many takes away
+    /// nothing, not from a program either that has started the engine by itself.
     virtual PelDOM::Error terminate() = 0;
 
     /// Reads a file. A null document for an empty name, a file that cannot be read, text that is

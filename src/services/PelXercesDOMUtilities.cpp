@@ -41,11 +41,12 @@ PelXercesDOMUtilities::~PelXercesDOMUtilities() {
 
 PelDOM::Error PelXercesDOMUtilities::init() {
     PelLog::trace(u"PelXercesDOMUtilities::init()", this);
-    PelDOM::Error status = PelDOM::SUCCESS;
+    PelDOM::Error status = PelDOM::INITIALIZATION_FAILED;
     try {
-        PelXercesEngine::start();
+        if (PelXercesEngine::start())
+            status = PelDOM::SUCCESS;
     } catch (const xercesc::XMLException&) {
-        status = PelDOM::INITIALIZATION_FAILED;
+        // The status says it.
     }
     setErrorStatus(status);
     return status;

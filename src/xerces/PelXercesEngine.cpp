@@ -6,6 +6,7 @@
 #include <xercesc/util/PlatformUtils.hpp>
 
 #include <mutex>
+#include <new>
 
 using xercesc::XMLPlatformUtils;
 
@@ -20,6 +21,18 @@ long shares = 0;
 // stop would survive.
 bool isHalfStarted = false;
 
+bool isUp() {
+    return XMLPlatformUtils::fgMemoryManager != nullptr;
+}
+
+// The engine's first start takes half of this. Where there is none, it is better not begun.
+bool hasMemoryToStart() {
+    constexpr std::size_t needed = std::size_t{1} << 20;
+    void* const memory = ::operator new(needed, std::nothrow);
+    ::operator delete(memory);
+    return memory != nullptr;
+}
+
 // The engine fills a table on the first append to any tree, which two threads must not do at once.
 void fillLazyTables() {
     static bool areFilled = false;
@@ -31,26 +44,29 @@ void fillLazyTables() {
     areFilled = true;
 }
 
-void startLocked() {
-    if (isHalfStarted)
-        throw xercesc::OutOfMemoryException();
-    isHalfStarted = XMLPlatformUtils::fgMemoryManager == nullptr; // else it is up already
+bool startLocked() {
+    if (isHalfStarted || (!isUp() && !hasMemoryToStart()))
+        return false;
+    isHalfStarted = !isUp();
     XMLPlatformUtils::Initialize();
     isHalfStarted = false;
     try {
         fillLazyTables();
     } catch (...) {
         XMLPlatformUtils::Terminate();
-        throw;
+        return false;
     }
+    return true;
 }
 
 } // namespace
 
-void PelXercesEngine::start() {
+bool PelXercesEngine::start() {
     const std::lock_guard<std::mutex> lock(lifecycle);
-    startLocked();
+    if (!startLocked())
+        return false;
     ++startsToStop;
+    return true;
 }
 
 void PelXercesEngine::stop() {
@@ -59,15 +75,15 @@ void PelXercesEngine::stop() {
         return;
     if (startsToStop > 0)
         --startsToStop;
-    else if (shares > 0)
-        XMLPlatformUtils::Initialize();
+    else if (isUp())
+        XMLPlatformUtils::Initialize(); // shares or others keep it up: this stop takes back itself
     XMLPlatformUtils::Terminate();
 }
 
 PelXercesEngine::Share::Share() {
     const std::lock_guard<std::mutex> lock(lifecycle);
-    if (shares == 0)
-        startLocked();
+    if (shares == 0 && !startLocked())
+        throw xercesc::OutOfMemoryException();
     ++shares;
 }
 

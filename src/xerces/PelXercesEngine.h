@@ -8,17 +8,19 @@
 /// and drop shares.
 class PelXercesEngine {
 public:
-    /// One start of the engine; lets the engine's exceptions through.
-    static void start();
+    /// One start of the engine. False when it cannot be started: memory is short, or an earlier
+    /// start has left it half built. Lets the exceptions of the engine's own start through.
+    static bool start();
 
-    /// One stop of the engine. While shares are held, a stop that no start stands for does not take
-    /// the engine away from them.
+    /// One stop of the engine. A stop that no start stands for does not take the engine away from
+    /// shares, nor from a program that has started it by itself.
     static void stop();
 
     /// Keeps the engine up while it lives.
     class Share {
     public:
-        /// Starts the engine if nothing else has; lets the engine's exceptions through.
+        /// Starts the engine if no other share has. Throws the engine's OutOfMemoryException where
+        /// it cannot be started, and lets the engine's exceptions through.
         Share();
         Share(const Share& other) noexcept;
         Share& operator=(const Share&) = delete;
