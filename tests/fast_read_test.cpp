@@ -1,79 +1,33 @@
 // SPDX-License-Identifier: MIT
+#include "../fuzz/same_tree.h"
 #include "reading/PelXercesReader.h"
 #include "support.h"
-
-#include <xercesc/dom/DOM.hpp>
 
 namespace {
 
 using Road = PelXercesTreeBuilder::Road;
-using xercesc::DOMNode;
 
-std::u16string_view viewOf(const XMLCh* text) {
-    return text != nullptr ? std::u16string_view(text) : std::u16string_view(u"(null)");
+PelXercesNodeRef readOn(Road road, const std::string& bytes, const std::string& file, const XMLCh* encoding) {
+    PelXercesReader reader(road);
+    return file.empty() ? reader.readText(bytes.data(), bytes.size(), encoding)
+                        : reader.readFile(file.c_str());
 }
 
-bool areSameAttributes(const DOMNode& one, const DOMNode& two) {
-    const xercesc::DOMNamedNodeMap* const left = one.getAttributes();
-    const xercesc::DOMNamedNodeMap* const right = two.getAttributes();
-    if (left == nullptr || right == nullptr) return left == right;
-    bool same = left->getLength() == right->getLength();
-    for (XMLSize_t i = 0; same && i < left->getLength(); ++i) {
-        const auto& a = static_cast<const xercesc::DOMAttr&>(*left->item(i));
-        const auto& b = static_cast<const xercesc::DOMAttr&>(*right->item(i));
-        same = viewOf(a.getName()) == viewOf(b.getName()) && viewOf(a.getValue()) == viewOf(b.getValue()) &&
-               a.isId() == b.isId() && a.getSpecified() == b.getSpecified() && a.getOwnerElement() == &one &&
-               b.getOwnerElement() == &two;
-    }
-    return same;
-}
-
-bool areSameNode(const DOMNode& one, const DOMNode& two) {
-    return one.getNodeType() == two.getNodeType() && viewOf(one.getNodeName()) == viewOf(two.getNodeName()) &&
-           viewOf(one.getNodeValue()) == viewOf(two.getNodeValue()) && areSameAttributes(one, two);
-}
-
-// Walks both trees at once by every kind of link and gives the number of nodes, or -1.
-long compare(const DOMNode* one, const DOMNode* two) {
-    const DOMNode* const top = one;
-    for (long count = 1;; ++count) {
-        if (!areSameNode(*one, *two)) return -1;
-        const DOMNode* nextOne = one->getFirstChild();
-        const DOMNode* nextTwo = two->getFirstChild();
-        while (nextOne == nullptr && nextTwo == nullptr && one != top) {
-            nextOne = one->getNextSibling();
-            nextTwo = two->getNextSibling();
-            if (nextOne != nullptr && nextTwo != nullptr &&
-                (nextOne->getPreviousSibling() != one || nextTwo->getPreviousSibling() != two))
-                return -1;
-            if (nextOne == nullptr && nextTwo == nullptr) {
-                const DOMNode* const last = one;
-                one = one->getParentNode();
-                two = two->getParentNode();
-                if (one->getLastChild() != last) return -1;
-            }
+// All verdicts, messages and trees must be the same; gives the number of nodes, 0 for a refusal.
+long bothRoads(const std::string& bytes, const std::string& file, const XMLCh* encoding = nullptr) {
+    const PelXercesNodeRef one = readOn(Road::engine, bytes, file, encoding);
+    const std::string message = PelDOMUtilites::getLastReadMessage().toUtf8();
+    long count = 0;
+    for (const Road road : {Road::fast, Road::plain}) {
+        const PelXercesNodeRef two = readOn(road, bytes, file, encoding);
+        EXPECT_EQ(PelDOMUtilites::getLastReadMessage().toUtf8(), message) << bytes << file;
+        if (!one || !two) {
+            EXPECT_EQ(!one, !two) << bytes << file;
+            continue;
         }
-        if ((nextOne == nullptr) != (nextTwo == nullptr)) return -1;
-        if (nextOne == nullptr) return count;
-        one = nextOne;
-        two = nextTwo;
+        count = compareDocuments(*one.getNode(), *two.getNode());
+        EXPECT_GT(count, 0) << bytes << file;
     }
-}
-
-// Both verdicts and both trees must be the same; gives the number of nodes, 0 for a refusal.
-long bothRoads(const std::string& bytes, const std::string& file) {
-    PelXercesReader engineReader(Road::engine);
-    PelXercesReader fastReader(Road::fast);
-    const PelXercesNodeRef one = file.empty() ? engineReader.readText(bytes.data(), bytes.size())
-                                              : engineReader.readFile(file.c_str());
-    const PelXercesNodeRef two =
-        file.empty() ? fastReader.readText(bytes.data(), bytes.size()) : fastReader.readFile(file.c_str());
-    if (!one || !two) {
-        EXPECT_EQ(!one, !two) << bytes << file;
-        return 0;
-    }
-    const long count = compare(one.getNode(), two.getNode());
-    EXPECT_GT(count, 0) << bytes << file;
     return count;
 }
 

@@ -25,6 +25,10 @@ public:
     /// A file name as the file system takes it: UTF-8, whatever the locale.
     static std::string fileSystemName(const PelString& name);
 
+    /// The size of a regular file; 0 for an empty one, for one that only makes its bytes when it is
+    /// read, and for what is none.
+    static std::size_t regularFileSize(const std::string& path) noexcept;
+
     /// A file open for reading.
     class InputFile {
     public:

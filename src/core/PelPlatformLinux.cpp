@@ -59,6 +59,13 @@ std::string PelPlatform::fileSystemName(const PelString& name) {
     return utf8.substr(0, utf8.find('\0'));
 }
 
+std::size_t PelPlatform::regularFileSize(const std::string& path) noexcept {
+    struct stat status = {};
+    return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode)
+               ? static_cast<std::size_t>(status.st_size)
+               : 0;
+}
+
 // Only the opening must not wait: reads from a pipe wait for what its writer has to say.
 PelPlatform::InputFile::InputFile(const std::string& path, Kind kind) noexcept
     : file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {

@@ -1,25 +1,33 @@
 // SPDX-License-Identifier: MIT
 #include "reading/PelXercesFileSource.h"
 
+#include "reading/PelPlainScanner.h"
 #include "reading/PelXercesReadMemory.h"
 
 #include <xercesc/util/BinInputStream.hpp>
 #include <xercesc/util/XMLExceptMsgs.hpp>
 
+#include <algorithm>
+#include <cstring>
 #include <filesystem>
 #include <memory>
 #include <system_error>
+#include <utility>
 
 using InputFile = PelPlatform::InputFile;
 
 namespace {
 
+bool isOpenedAgain(PelXercesReadLimits& limits, const std::string& path) {
+    std::error_code ignored;
+    return limits.opensAgain(std::filesystem::canonical(path, ignored).string());
+}
+
 class FileStream final : public xercesc::BinInputStream {
 public:
     FileStream(const std::string& path, InputFile::Kind kind, PelXercesReadLimits& readLimits)
         : file(path, kind), limits(readLimits) {
-        std::error_code ignored;
-        isAgain = limits.opensAgain(std::filesystem::canonical(path, ignored).string());
+        isAgain = isOpenedAgain(limits, path);
     }
 
     bool isOpen() const { return file.isOpen(); }
@@ -44,6 +52,31 @@ private:
     XMLFilePos position = 0;
 };
 
+class LoadedStream final : public xercesc::BinInputStream {
+public:
+    LoadedStream(const XMLByte* loadedBytes, std::size_t loadedSize, bool isReadAgain,
+                 PelXercesReadLimits& readLimits)
+        : bytes(loadedBytes), size(loadedSize), limits(readLimits), isAgain(isReadAgain) {}
+
+    XMLFilePos curPos() const override { return position; }
+    const XMLCh* getContentType() const override { return nullptr; }
+
+    XMLSize_t readBytes(XMLByte* to, XMLSize_t wanted) override {
+        const XMLSize_t count = std::min<XMLSize_t>(wanted, size - position);
+        std::memcpy(to, bytes + position, count);
+        position += count;
+        limits.addFileInput(count, isAgain);
+        return count;
+    }
+
+private:
+    const XMLByte* bytes;
+    std::size_t size;
+    PelXercesReadLimits& limits;
+    bool isAgain;
+    std::size_t position = 0;
+};
+
 } // namespace
 
 // What a document's relative names are resolved against is the full path; what is opened is the
@@ -62,7 +95,29 @@ PelXercesFileSource::PelXercesFileSource(const PelString& base, const PelString&
       path(PelPlatform::fileSystemName(getSystemId())) {
 }
 
+bool PelXercesFileSource::load() {
+    constexpr std::size_t begin = 4096;
+    size = PelPlatform::regularFileSize(path);
+    if (size == 0)
+        return false;
+    InputFile file(path, InputFile::Kind::regularFile);
+    std::unique_ptr<XMLByte[]> loaded(new XMLByte[size + 1]); // more than there is shows its end
+    long count = file.isOpen() ? file.read(loaded.get(), std::min(size, begin)) : -1;
+    if (count < 0 || !PelPlainScanner::mayBePlain(loaded.get(), static_cast<std::size_t>(count)))
+        return false;
+    const auto first = static_cast<std::size_t>(count);
+    count = file.read(loaded.get() + first, size + 1 - first);
+    if (count < 0 || first + static_cast<std::size_t>(count) > size)
+        return false;
+    size = first + static_cast<std::size_t>(count);
+    bytes = std::move(loaded);
+    return true;
+}
+
 xercesc::BinInputStream* PelXercesFileSource::makeStream() const {
+    if (bytes)
+        return new (getMemoryManager())
+            LoadedStream(bytes.get(), size, isOpenedAgain(limits, path), limits);
     auto stream =
         std::unique_ptr<FileStream>(new (getMemoryManager()) FileStream(path, kind, limits));
     return stream->isOpen() ? stream.release() : nullptr;

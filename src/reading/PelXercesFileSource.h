@@ -7,6 +7,8 @@
 
 #include <xercesc/framework/LocalFileInputSource.hpp>
 
+#include <cstddef>
+#include <memory>
 #include <string>
 
 class PelXercesReadLimits;
@@ -23,6 +25,12 @@ public:
     /// `base`.
     PelXercesFileSource(const PelString& base, const PelString& name, PelXercesReadMemory& memory);
 
+    /// Reads the file ahead and keeps its bytes, from which streams are made from then on. False
+    /// for what is no regular file, or no plain document at first sight.
+    bool load();
+    const XMLByte* getBytes() const { return bytes.get(); }
+    std::size_t getSize() const { return size; }
+
     /// Null when the file cannot be opened.
     xercesc::BinInputStream* makeStream() const override;
 
@@ -30,4 +38,6 @@ private:
     PelXercesReadLimits& limits;
     PelPlatform::InputFile::Kind kind;
     std::string path;
+    std::unique_ptr<XMLByte[]> bytes;
+    std::size_t size = 0;
 };

@@ -7,11 +7,12 @@
 #include "reading/PelXercesTreeBuilder.h"
 #include "xerces/PelXercesEngine.h"
 #include "xerces/PelXercesNodeRef.h"
+#include "xerces/PelXercesTree.h"
 
 #include <xercesc/util/SecurityManager.hpp>
 
-/// One read: a parser with the library's settings, and a strict verdict. Any error, reported or
-/// thrown, gives no document.
+/// One read, by PelPlainScanner if it accepts the document, else by a parser with the library's
+/// settings, and a strict verdict. Any error, reported or thrown, gives no document.
 class PelXercesReader {
 public:
     using Observer = PelXercesDOMTreeErrorReporter::Observer;
@@ -27,14 +28,26 @@ public:
     PelXercesNodeRef readText(const void* bytes, std::size_t size, const XMLCh* encoding = nullptr);
 
 private:
+    /// What the engine reads with. Most documents need none of it.
+    struct Machine {
+        explicit Machine(PelXercesReader& reader);
+
+        PelXercesLocalResolver resolver;
+        xercesc::SecurityManager references;
+        PelXercesTreeBuilder parser;
+        PelXercesDOMTreeErrorReporter reporter; // goes before the parser
+    };
+
+    template <class Scan, class Parse>
+    PelXercesNodeRef read(const PelString& name, Scan scanDocument, Parse parse);
     template <class Parse>
-    PelXercesNodeRef read(const PelString& name, Parse parse);
+    PelXercesNodeRef readByEngine(const PelString& name, Parse parse);
+    static PelXercesDocumentPtr scan(const void* bytes, std::size_t size, const XMLCh* encoding,
+                                     const XMLCh* systemId);
 
     const PelXercesEngine::Share engine;
+    const PelXercesTreeBuilder::Road road;
+    const Observer observer;
     PelXercesReadMemory memory;
     PelXercesReadLimits& limits = memory.getLimits();
-    PelXercesLocalResolver resolver{memory};
-    xercesc::SecurityManager references;
-    PelXercesTreeBuilder parser;
-    PelXercesDOMTreeErrorReporter reporter; // goes before the parser
 };

@@ -69,7 +69,7 @@ void PelXercesTreeBuilder::startElement(const xercesc::XMLElementDecl& declarati
     limits.openElement();
     if (isRoot)
         limits.watchMemory(true); // from here on the engine clears nothing up before the end
-    const bool isPlain = road == Road::fast && fWithinElement && !declaration.hasAttDefs() &&
+    const bool isPlain = road != Road::engine && fWithinElement && !declaration.hasAttDefs() &&
                          fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE;
     for (XMLSize_t i = 0; i < count; ++i)
         requirePairs(attributes.elementAt(i)->getValue());
@@ -107,7 +107,7 @@ void PelXercesTreeBuilder::endElement(const xercesc::XMLElementDecl& declaration
                                       unsigned int uriId, bool isRoot, const XMLCh* prefix) {
     endText();
     limits.closeElement();
-    if (road == Road::fast && fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE) {
+    if (road != Road::engine && fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE) {
         const auto* const element = static_cast<DOMElementImpl*>(fCurrentParent);
         DOMNode* const parent = element->fNode.fOwnerNode;
         if (element->fNode.isOwned() && parent->getNodeType() == DOMNode::ELEMENT_NODE) {
@@ -123,7 +123,7 @@ void PelXercesTreeBuilder::endElement(const xercesc::XMLElementDecl& declaration
 // growth of a node's buffer makes the engine search all the buffers of the document, so the node is
 // made at the text's end. Long texts, of which there are few, grow by themselves from there.
 void PelXercesTreeBuilder::docCharacters(const XMLCh* text, XMLSize_t length, bool isCdata) {
-    const bool isText = road == Road::fast && fWithinElement && !isCdata &&
+    const bool isText = road != Road::engine && fWithinElement && !isCdata &&
                         fCurrentNode->getNodeType() != DOMNode::TEXT_NODE &&
                         fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE;
     if (isText) {

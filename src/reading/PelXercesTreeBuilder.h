@@ -17,14 +17,15 @@ class PelXercesReadMemory;
 /// On the fast road it makes and links elements, their attributes and character data itself,
 /// without the run-time casts on which the engine spends most of a read. Whatever else there is
 /// (the root, elements with declared attributes, CDATA sections, comments, instructions, document
-/// types) goes the engine's road. The tree is the same either way.
+/// types) goes the engine's road. The tree is the same either way, as it is on the plain road,
+/// where PelPlainScanner makes it if it can.
 ///
 /// It also tells the read's limits what it sees of entities, defaults and declarations.
 class PelXercesTreeBuilder final : public xercesc::XercesDOMParser {
 public:
-    enum class Road { engine, fast };
+    enum class Road { engine, fast, plain };
 #ifdef QRNDOM_FAST_READ
-    static constexpr Road usualRoad = PelXercesLinks::areKnown ? Road::fast : Road::engine;
+    static constexpr Road usualRoad = PelXercesLinks::areKnown ? Road::plain : Road::engine;
 #else
     static constexpr Road usualRoad = Road::engine;
 #endif

@@ -3,6 +3,7 @@
 
 #include "core/PelLog.h"
 #include "output/PelXercesDocumentWriter.h"
+#include "reading/PelPlainScanner.h"
 #include "reading/PelReadMessage.h"
 #include "reading/PelXercesReader.h"
 #include "xerces/PelXercesDOMNode.h"
@@ -25,11 +26,6 @@ PelDOMDocument documentOn(const PelXercesNodeRef& node) {
 
 bool beginsWithByteOrderMark(const PelString& text) {
     return text.view().substr(0, 1) == u"\uFEFF" || text.view().substr(0, 1) == u"\uFFFE";
-}
-
-const XMLCh* nativeUtf16() {
-    return xercesc::XMLPlatformUtils::fgXMLChBigEndian ? xercesc::XMLUni::fgUTF16BEncodingString
-                                                       : xercesc::XMLUni::fgUTF16LEncodingString;
 }
 
 } // namespace
@@ -89,9 +85,9 @@ PelDOMDocument PelXercesDOMUtilities::readDocumentFromStringW(PelString text) {
     PelLog::trace(u"PelXercesDOMUtilities::readDocument()", this);
     if (!isReadyFor(text))
         return nothingRead();
-    return documentOn(
-        PelXercesReader().readText(text.view().data(), text.view().size() * sizeof(char16_t),
-                                   beginsWithByteOrderMark(text) ? nullptr : nativeUtf16()));
+    return documentOn(PelXercesReader().readText(
+        text.view().data(), text.view().size() * sizeof(char16_t),
+        beginsWithByteOrderMark(text) ? nullptr : PelPlainScanner::nativeUtf16()));
 }
 
 PelDOM::Error PelXercesDOMUtilities::writeDocument(const PelDOMDocument& document,

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+// Any bytes as a document, in UTF-8 and as UTF-16 in memory: the scanner of plain documents and the
+// engine's parser come to the same verdict, message and tree.
+#include "reading/PelPlainScanner.h"
+#include "reading/PelXercesReader.h"
+#include "same_tree.h"
+#include "support.h"
+
+std::size_t plainInputs = 0;
+
+namespace {
+
+using Road = PelXercesTreeBuilder::Road;
+
+PelXercesNodeRef readOn(Road road, const void* bytes, std::size_t size, const XMLCh* encoding) {
+    PelXercesReader reader(road);
+    return reader.readText(bytes, size, encoding);
+}
+
+void checkRoads(const void* bytes, std::size_t size, const XMLCh* encoding) {
+    const PelXercesNodeRef engines = readOn(Road::engine, bytes, size, encoding);
+    const std::string message = PelDOMUtilites::getLastReadMessage().toUtf8();
+    const PelXercesNodeRef own = readOn(Road::plain, bytes, size, encoding);
+    const auto form =
+        encoding != nullptr ? PelPlainScanner::Encoding::nativeUtf16 : PelPlainScanner::Encoding::utf8;
+    if (PelPlainScanner::read(bytes, size, form, u"Dummy")) ++plainInputs;
+    expectSame(static_cast<bool>(own), static_cast<bool>(engines), "verdict");
+    expectSame(PelDOMUtilites::getLastReadMessage().toUtf8(), message, "message");
+    if (own) expectSame(compareDocuments(*engines.getNode(), *own.getNode()) > 0, true, "trees");
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+    services().init();
+    // In a block of their size, where reading past the end is seen.
+    const std::vector<unsigned char> bytes(data, data + size);
+    checkRoads(bytes.data(), bytes.size(), nullptr);
+    const std::string text(data, data + size);
+    if (text.find('\0') != text.npos) return 0;
+    const PelString wide(text.c_str());
+    const std::vector<char16_t> units(wide.view().begin(), wide.view().end());
+    checkRoads(units.data(), units.size() * sizeof(char16_t), PelPlainScanner::nativeUtf16());
+    return 0;
+}

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+#include "reading/PelPlainNames.h"
+
+#include "reading/PelXercesReadLimits.h"
+
+#include <xercesc/dom/impl/DOMDocumentImpl.hpp>
+#include <xercesc/dom/impl/DOMStringPool.hpp>
+#include <xercesc/util/XMLString.hpp>
+
+#include <algorithm>
+#include <cstring>
+#include <random>
+#include <string_view>
+
+using xercesc::DOMDocumentImpl;
+using xercesc::DOMStringPoolEntry;
+
+namespace {
+
+constexpr std::size_t firstSize = 32; // of the table; a power of two
+
+// The engine's pool of names.
+struct Pool : DOMDocumentImpl {
+    static DOMStringPoolEntry**& tableOf(DOMDocumentImpl& document) {
+        return document.*(&Pool::fNameTable);
+    }
+    static XMLSize_t sizeOf(const DOMDocumentImpl& document) {
+        return document.*(&Pool::fNameTableSize);
+    }
+};
+
+// Not to be foreseen by who writes a document.
+std::uint64_t processSeed() {
+    static const std::uint64_t seed = [] {
+        std::random_device device;
+        return std::uint64_t{device()} << 32 | device();
+    }();
+    return seed;
+}
+
+std::uint64_t mixed(std::uint64_t value) {
+    value = (value ^ value >> 32) * 0x9FB21C651E98DF25U;
+    value = (value ^ value >> 29) * 0xC6A4A7935BD1E995U;
+    return value ^ value >> 32;
+}
+
+template <class Number>
+Number read(const void* bytes) {
+    Number number;
+    std::memcpy(&number, bytes, sizeof number);
+    return number;
+}
+
+std::uint64_t orderOf(const std::u16string& name) {
+    std::uint64_t order = 0;
+    for (std::size_t i = 0; i < 4; ++i)
+        order = order << 16 | (i < name.size() ? name[i] : 0U);
+    return order;
+}
+
+} // namespace
+
+PelPlainNames::PelPlainNames(DOMDocumentImpl& ownDocument)
+    : document(ownDocument), slots(firstSize), mask(firstSize - 1), seed(processSeed()) {
+}
+
+const PelPlainNames::Name* PelPlainNames::add(const void* bytes, std::size_t size,
+                                              const std::u16string& name) {
+    if (++count > PelXercesReadLimits::maxNames)
+        return nullptr;
+    if (count * 2 > slots.size())
+        grow();
+    Slot& slot = freeSlot(sought);
+    slot = {sought, bytes, size, {pool(name), orderOf(name)}};
+    return &slot.name;
+}
+
+bool PelPlainNames::isBefore(const Name& one, const Name& two) {
+    if (one.order != two.order)
+        return one.order < two.order;
+    return std::u16string_view(one.pooled) < two.pooled;
+}
+
+std::uint64_t PelPlainNames::hash(const void* bytes, std::size_t size) const {
+    const char* at = static_cast<const char*>(bytes);
+    std::uint64_t value = seed ^ size;
+    for (; size > 8; at += 8, size -= 8)
+        value = mixed(value ^ read<std::uint64_t>(at));
+    // The last eight bytes or fewer, each at least once.
+    if (size >= 4)
+        return mixed(value ^ (std::uint64_t{read<std::uint32_t>(at)} << 32 |
+                              read<std::uint32_t>(at + size - 4)));
+    std::uint64_t rest = 0;
+    for (; size > 0; ++at, --size)
+        rest = rest << 8 | static_cast<unsigned char>(*at);
+    return mixed(value ^ rest);
+}
+
+bool PelPlainNames::isSame(const Slot& slot, const void* bytes, std::size_t size) {
+    return slot.size == size && std::memcmp(slot.bytes, bytes, size) == 0;
+}
+
+// At the front of the engine's list: no search is needed for what is known to be new.
+const XMLCh* PelPlainNames::pool(const std::u16string& name) {
+    auto* const entry = static_cast<DOMStringPoolEntry*>(
+        document.allocate(sizeof(DOMStringPoolEntry) + name.size() * sizeof(XMLCh)));
+    auto& first =
+        Pool::tableOf(document)[xercesc::XMLString::hash(name.c_str(), Pool::sizeOf(document))];
+    entry->fLength = name.size();
+    std::memcpy(entry->fString, name.c_str(), (name.size() + 1) * sizeof(XMLCh));
+    entry->fNext = first;
+    first = entry;
+    return entry->fString;
+}
+
+PelPlainNames::Slot& PelPlainNames::freeSlot(std::uint64_t slotHash) {
+    std::size_t i = slotHash & mask;
+    while (slots[i].bytes != nullptr)
+        i = (i + 1) & mask;
+    return slots[i];
+}
+
+void PelPlainNames::grow() {
+    std::vector<Slot> old(slots.size() * 4);
+    old.swap(slots);
+    mask = slots.size() - 1;
+    for (const Slot& slot : old)
+        if (slot.bytes != nullptr)
+            freeSlot(slot.hash) = slot;
+}

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#include "reading/PelPlainScanner.h"
+
+#include "reading/PelPlainMarkup.h"
+#include "reading/PelPlainUtf16.h"
+#include "reading/PelPlainUtf8.h"
+
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLUni.hpp>
+
+#include <string_view>
+
+using xercesc::XMLUni;
+
+namespace {
+
+template <class Source>
+PelXercesDocumentPtr readAs(const void* bytes, std::size_t size, const XMLCh* systemId,
+                            const XMLCh* encoding) {
+    using Unit = typename Source::Unit;
+    const auto* const text = static_cast<const Unit*>(bytes);
+    PelPlainTree tree(systemId, encoding);
+    PelPlainMarkup<Source> markup(text, text + size / sizeof(Unit), tree);
+    return markup.read() ? tree.take() : nullptr;
+}
+
+} // namespace
+
+const XMLCh* PelPlainScanner::nativeUtf16() {
+    return xercesc::XMLPlatformUtils::fgXMLChBigEndian ? XMLUni::fgUTF16BEncodingString
+                                                       : XMLUni::fgUTF16LEncodingString;
+}
+
+bool PelPlainScanner::mayBePlain(const void* bytes, std::size_t size) {
+    const std::string_view text(static_cast<const char*>(bytes), size);
+    const std::size_t first = text.find_first_not_of("\xEF\xBB\xBF \t\r\n");
+    return first != text.npos && text[first] == '<' && text.find('\0') == text.npos &&
+           text.find("<!DOCTYPE") == text.npos;
+}
+
+PelXercesDocumentPtr PelPlainScanner::read(const void* bytes, std::size_t size, Encoding encoding,
+                                           const XMLCh* systemId) {
+    try {
+        // The process can tell the engine to take other characters for line ends too.
+        if (xercesc::XMLPlatformUtils::isNELRecognized())
+            return nullptr;
+        if (encoding == Encoding::utf8)
+            return readAs<PelPlainUtf8>(bytes, size, systemId, XMLUni::fgUTF8EncodingString);
+        if (size % sizeof(XMLCh) != 0)
+            return nullptr;
+        return readAs<PelPlainUtf16>(bytes, size, systemId, nativeUtf16());
+    } catch (...) { // no memory left, most likely: for the engine to find out
+        return nullptr;
+    }
+}

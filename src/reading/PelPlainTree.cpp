@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: MIT
+#include "reading/PelPlainTree.h"
+
+#include "xerces/PelXercesLinks.h"
+#include "xerces/PelXercesMemory.h"
+
+#include <xercesc/dom/DOMImplementation.hpp>
+#include <xercesc/dom/impl/DOMAttrMapImpl.hpp>
+#include <xercesc/dom/impl/DOMCDATASectionImpl.hpp>
+#include <xercesc/dom/impl/DOMCommentImpl.hpp>
+#include <xercesc/dom/impl/DOMNodeVector.hpp>
+#include <xercesc/dom/impl/DOMProcessingInstructionImpl.hpp>
+#include <xercesc/util/XMLUni.hpp>
+
+#include <algorithm>
+
+using xercesc::DOMAttrImpl;
+using xercesc::DOMBuffer;
+using xercesc::DOMDocumentImpl;
+using xercesc::DOMElementImpl;
+using xercesc::DOMMemoryManager;
+using xercesc::DOMNodeVector;
+using xercesc::DOMTextImpl;
+
+namespace {
+
+// Up to here sorting by insertion is faster.
+constexpr std::size_t fewAttributes = 12;
+
+// The list of attributes of an element that has none so far.
+struct AttributeMap : xercesc::DOMAttrMapImpl {
+    static DOMNodeVector*& nodesOf(DOMAttrMapImpl& map) { return map.*(&AttributeMap::fNodes); }
+};
+
+// What a node consists of, which some kinds of node keep from others.
+template <class Node>
+struct Parts : Node {
+    static xercesc::DOMNodeImpl& nodeOf(Node& node) { return node.*(&Parts::fNode); }
+    static xercesc::DOMChildNode& linksOf(Node& node) { return node.*(&Parts::fChild); }
+    static DOMBuffer*& textOf(Node& node) { return (node.*(&Parts::fCharacterData)).fDataBuf; }
+};
+
+// Gives a node, whose text is too long for its constructor, what was put together for it.
+template <class Node>
+Node& withText(Node* node, PelPlainText& text) {
+    if (text.isLong())
+        Parts<Node>::textOf(*node) = text.take();
+    return *node;
+}
+
+const XMLCh* shortOf(PelPlainText& text) {
+    return text.isLong() ? u"" : text.terminated();
+}
+
+} // namespace
+
+PelPlainTree::PelPlainTree(const XMLCh* systemId, const XMLCh* encoding)
+    : owner(
+          xercesc::DOMImplementation::getImplementation()->createDocument(&PelXercesMemory::get())),
+      document(static_cast<DOMDocumentImpl&>(*owner)) {
+    document.setErrorChecking(false);
+    document.setDocumentURI(systemId);
+    document.setInputEncoding(encoding);
+}
+
+void PelPlainTree::declare(const std::u16string& encoding, bool isStandalone) {
+    document.setXmlStandalone(isStandalone);
+    document.setXmlVersion(xercesc::XMLUni::fgVersion1_0);
+    document.setXmlEncoding(encoding.c_str());
+    if (!encoding.empty())
+        document.setInputEncoding(encoding.c_str());
+}
+
+PelXercesDocumentPtr PelPlainTree::take() {
+    document.setErrorChecking(true);
+    return std::move(owner);
+}
+
+void PelPlainTree::openElement(const Name& name) {
+    auto* const element = new (&document, DOMMemoryManager::ELEMENT_OBJECT)
+        DOMElementImpl(&document, nullptr); // without a look into the pool of names
+    element->fName = name.pooled;
+    if (levels.empty())
+        document.appendChild(element);
+    else
+        append(*element);
+    levels.push_back({element, nullptr, nullptr, nullptr});
+}
+
+void PelPlainTree::addAttribute(const Name& name, PelPlainText& value) {
+    auto* const attribute =
+        new (&document, DOMMemoryManager::ATTR_OBJECT) DOMAttrImpl(&document, nullptr);
+    attribute->fName = name.pooled;
+    DOMElementImpl* const element = levels.back().element;
+    attribute->fNode.fOwnerNode = element;
+    attribute->fNode.isOwned(true);
+    PelXercesLinks::append(*attribute, makeText(value));
+    attributes.push_back({name, attribute});
+}
+
+// The engine keeps attributes in the order of their names.
+bool PelPlainTree::endTag() {
+    if (attributes.empty())
+        return true;
+    const auto isBefore = [](const Attribute& one, const Attribute& two) {
+        return PelPlainNames::isBefore(one.name, two.name);
+    };
+    if (attributes.size() > fewAttributes)
+        std::sort(attributes.begin(), attributes.end(), isBefore);
+    else
+        for (auto next = attributes.begin() + 1; next < attributes.end(); ++next)
+            for (auto at = next; at != attributes.begin() && isBefore(*at, *(at - 1)); --at)
+                std::swap(*at, *(at - 1));
+    auto* const nodes = new (&document) DOMNodeVector(&document, attributes.size());
+    const XMLCh* previous = nullptr;
+    for (const Attribute& attribute : attributes) {
+        if (attribute.name.pooled == previous)
+            return false;
+        previous = attribute.name.pooled;
+        nodes->addElement(attribute.node);
+    }
+    AttributeMap::nodesOf(*levels.back().element->fAttributes) = nodes;
+    attributes.clear();
+    return true;
+}
+
+void PelPlainTree::closeElement() {
+    const Level& level = levels.back();
+    if (level.first != nullptr)
+        level.first->previousSibling = level.last;
+    levels.pop_back();
+}
+
+void PelPlainTree::addText(PelPlainText& text) {
+    append(makeText(text));
+}
+
+void PelPlainTree::addCdata(PelPlainText& text) {
+    append(withText(new (&document, DOMMemoryManager::CDATA_SECTION_OBJECT)
+                        xercesc::DOMCDATASectionImpl(&document, shortOf(text)),
+                    text));
+}
+
+void PelPlainTree::addComment(PelPlainText& text) {
+    append(withText(new (&document, DOMMemoryManager::COMMENT_OBJECT)
+                        xercesc::DOMCommentImpl(&document, shortOf(text)),
+                    text));
+}
+
+void PelPlainTree::addInstruction(const std::u16string& target, PelPlainText& data) {
+    append(withText(static_cast<xercesc::DOMProcessingInstructionImpl*>(
+                        document.createProcessingInstruction(target.c_str(), shortOf(data))),
+                    data));
+}
+
+// As the engine's appendChildFast, but for the first child's link to the last, which is set when
+// the element closes.
+template <class Node>
+void PelPlainTree::append(Node& node) {
+    if (levels.empty()) {
+        document.fParent.appendChildFast(&node);
+        return;
+    }
+    Level& level = levels.back();
+    xercesc::DOMNodeImpl& inner = Parts<Node>::nodeOf(node);
+    xercesc::DOMChildNode& links = Parts<Node>::linksOf(node);
+    inner.fOwnerNode = level.element;
+    inner.isOwned(true);
+    if (level.first == nullptr) {
+        level.element->fParent.fFirstChild = &node;
+        inner.isFirstChild(true);
+        level.first = &links;
+    } else {
+        level.lastLinks->nextSibling = &node;
+        links.previousSibling = level.last;
+    }
+    level.last = &node;
+    level.lastLinks = &links;
+}
+
+DOMTextImpl& PelPlainTree::makeText(PelPlainText& text) {
+    if (!text.isLong())
+        return *new (&document, DOMMemoryManager::TEXT_OBJECT)
+            DOMTextImpl(&document, text.terminated(), text.size());
+    return withText(new (&document, DOMMemoryManager::TEXT_OBJECT) DOMTextImpl(&document, u"", 0),
+                    text);
+}

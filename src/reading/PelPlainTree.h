@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "reading/PelPlainNames.h"
+#include "reading/PelPlainText.h"
+#include "xerces/PelXercesTree.h"
+
+#include <xercesc/dom/impl/DOMAttrImpl.hpp>
+#include <xercesc/dom/impl/DOMElementImpl.hpp>
+#include <xercesc/dom/impl/DOMTextImpl.hpp>
+
+#include <string>
+#include <vector>
+
+/// Makes the nodes of a plain document in the order of its text, as the engine's parser would.
+class PelPlainTree {
+public:
+    using Name = PelPlainNames::Name;
+
+    /// `encoding` is what the bytes are in.
+    PelPlainTree(const XMLCh* systemId, const XMLCh* encoding);
+
+    xercesc::DOMDocumentImpl& getDocument() const { return document; }
+
+    /// What the XML declaration says; `encoding` is empty when it names none.
+    void declare(const std::u16string& encoding, bool isStandalone);
+
+    /// A start tag: its name, its attributes, its end; false when a name comes twice.
+    void openElement(const Name& name);
+    void addAttribute(const Name& name, PelPlainText& value);
+    bool endTag();
+
+    /// The end of the element that was opened last.
+    void closeElement();
+
+    bool isInElement() const { return !levels.empty(); }
+
+    void addText(PelPlainText& text);
+    void addCdata(PelPlainText& text);
+    void addComment(PelPlainText& text);
+    void addInstruction(const std::u16string& target, PelPlainText& data);
+
+    /// The document, which is complete.
+    PelXercesDocumentPtr take();
+
+private:
+    struct Attribute {
+        Name name;
+        xercesc::DOMAttrImpl* node;
+    };
+
+    struct Level {
+        xercesc::DOMElementImpl* element;
+        xercesc::DOMChildNode* first; // links of the first child
+        xercesc::DOMNode* last;       // child
+        xercesc::DOMChildNode* lastLinks;
+    };
+
+    template <class Node>
+    void append(Node& node);
+    xercesc::DOMTextImpl& makeText(PelPlainText& text);
+
+    PelXercesDocumentPtr owner;
+    xercesc::DOMDocumentImpl& document;
+    std::vector<Level> levels;
+    std::vector<Attribute> attributes;
+};
