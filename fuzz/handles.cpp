@@ -103,7 +103,10 @@ private:
             expectSame(element.getAttributeNameAt(i).view(), name, "attribute name");
             expectSame(element.getAttributeValueAt(i++).view(), value, "attribute value");
             expectSame(element.getAttribute(PelString(Text(name))).view(), value, "attribute");
+            expectSame(element.hasAttribute(name), true, "hasAttribute");
+            expectSame(element.getAttributeOr(name, u"else").view(), value, "getAttributeOr");
         }
+        expectSame(element.hasAttribute(u"absent"), false, "hasAttribute");
         expectSame(PelDOMText(handle).getValue().view(), node.value, "text");
         const bool hasText = node.children.size() == 1 && node.children[0]->type == PelDOM::TEXT_NODE;
         PelString text = u"kept";
@@ -296,6 +299,37 @@ private:
         }
     }
 
+    void putAttribute() {
+        Handle& one = some();
+        PelDOMElement element(one.handle);
+        const Text key = name();
+        const Text text = in.oneOf(values);
+        const int whole = static_cast<int>(in.byte()) - 99;
+        const bool isElement = one.ref.is(PelDOM::ELEMENT_NODE);
+        const auto put = [&](const PelString& value, auto call) {
+            const bool isGood = isName(key) && isAllowed(value.view());
+            expectCode("putAttribute",
+                !isElement ? PelDOM::NULL_NODE
+                : isGood   ? PelDOM::SUCCESS
+                           : PelDOM::INVALID_VALUE,
+                call);
+            if (isElement && isGood) one.ref.node->attributes[std::u16string(key)] = value.view();
+        };
+        const PelString name(key), digits = std::to_string(whole);
+        switch (in.below(4)) {
+        case 0:
+            put(digits, [&] { return element.setAttribute(name, whole); });
+            break;
+        case 1:
+            put(digits + u".5", [&] { return element.setAttribute(name, whole + (whole < 0 ? -0.5 : 0.5)); });
+            if (isElement && isName(key) && whole != 0)
+                expectSame(element.getAttributeOr(name, 0L), 0L, "getAttributeOr, a whole number");
+            break;
+        default:
+            put(PelString(text), [&] { return element.putAttribute(name, PelString(text)); });
+        }
+    }
+
     void removeAttribute() {
         Handle& one = some();
         const Text key = name();
@@ -445,10 +479,11 @@ private:
     // Those that make trees grow stand more than once.
     static constexpr std::array operations = {&World::createDocument, &World::readDocument,
         &World::createNode, &World::createNode, &World::append, &World::append, &World::append,
-        &World::change, &World::change, &World::change, &World::removeAttribute, &World::navigate,
-        &World::navigate, &World::item, &World::item, &World::list, &World::list, &World::assign,
-        &World::dropHandle, &World::dropList, &World::dropFiler, &World::makeFiler, &World::useFiler,
-        &World::useFiler, &World::dump, &World::init, &World::terminate, &World::release, &World::checkAll};
+        &World::change, &World::change, &World::change, &World::putAttribute, &World::removeAttribute,
+        &World::navigate, &World::navigate, &World::item, &World::item, &World::list, &World::list,
+        &World::assign, &World::dropHandle, &World::dropList, &World::dropFiler, &World::makeFiler,
+        &World::useFiler, &World::useFiler, &World::dump, &World::init, &World::terminate, &World::release,
+        &World::checkAll};
 
     // The engine takes long to start. One start of our own keeps it up, except in one run of eight.
     static inline bool isHeld = false;

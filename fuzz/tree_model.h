@@ -85,6 +85,9 @@ inline bool isName(Text name) {
     return std::find(std::begin(goodNames), std::end(goodNames), inTree(name)) != std::end(goodNames);
 }
 
+/// Whether a text holds nothing that XML forbids, of what the values above hold.
+inline bool isAllowed(Text text) { return text.find_first_of(Text(u"\0\xDC00", 2)) == text.npos; }
+
 inline constexpr int hierarchy = -DOMException::HIERARCHY_REQUEST_ERR;
 inline constexpr int invalidName = -DOMException::INVALID_CHARACTER_ERR;
 

@@ -3,7 +3,13 @@
 #include "xerces/PelXercesDOMNode.h"
 #include "xerces/PelXercesRules.h"
 
+#include <cfloat>
 #include <charconv>
+#include <cmath>
+#include <cstring>
+#include <random>
+
+using namespace std::literals;
 
 using xercesc::DOMException;
 
@@ -30,6 +36,104 @@ TEST(Elements, GainAndLoseAttributesAndTextElementsUnlessEmpty) {
     EXPECT_THROW(root.setAttribute("not a name", "v"), DOMException);
     EXPECT_THROW(root.appendTextElement("<", "t"), DOMException);
     EXPECT_EQ(show(root), "r b=3(a n(|t|) n(|t|))");
+}
+
+TEST(Attributes, AreReplacedCheckedAndEmptyIfAskedFor) {
+    PelDOMElement root = rootOf(
+        "<!DOCTYPE r [<!ELEMENT r ANY><!ATTLIST r a CDATA #IMPLIED d CDATA '' e CDATA 'x'>]><r a='1'/>");
+    PelDOMElement null;
+    EXPECT_EQ("ok ok ok ok r a= b= d=v e= n=\xF0\x9F\x98\x80<&> null-node ok ok r a=2 b= d=v e= "
+              "n=\xF0\x9F\x98\x80<&>",
+        answers({root.putAttribute("a", ""), root.putAttribute("b", ""), root.putAttribute("d", "v"),
+            root.putAttribute("e", ""), (root.putAttribute("n", u"\U0001F600<&>"), root),
+            null.putAttribute("a", ""), root.setAttribute("a", "2"), root.putAttribute("b", ""), root}));
+    const std::string before = show(root);
+    for (const std::u16string& name : {u""s, u"1"s, u"a b"s, u"<"s, u"a\xD800"s, u"a\0"s})
+        EXPECT_EQ(answers({root.putAttribute(name, "v"), root.setAttribute(name, 1),
+                      root.setAttribute(name, true), root.setAttribute(name, 0.5)}),
+            "invalid invalid invalid invalid");
+    for (const std::u16string& value : {u"\u0001"s, u"a\uFFFE"s, u"\xDC00"s, u"a\0"s})
+        EXPECT_EQ(
+            answers({root.putAttribute("a", value), root.putAttribute("new", value)}), "invalid invalid");
+    EXPECT_EQ(show(root), before);
+    EXPECT_EQ("1 1 0 0 0 '' 'f' 'f' 'f' '2'",
+        answers({root.hasAttribute("a"), root.hasAttribute("b"), root.hasAttribute("B"),
+            root.hasAttribute(""), null.hasAttribute("a"), root.getAttributeOr("b", "f"),
+            root.getAttributeOr("c", "f"), null.getAttributeOr("a", "f"), root.getAttributeOr("", "f"),
+            root.getAttributeOr("a"s, "f"s)}));
+}
+
+/// Sets a value, reads it back in every way, and gives the text.
+template <class Value>
+std::string written(Value value) {
+    static PelDOMElement root = rootOf("<r/>");
+    EXPECT_EQ(root.setAttribute("n", value), PelDOM::SUCCESS);
+    const std::string text = root.getAttribute("n").toUtf8();
+    const Value read = root.getAttributeOr("n", Value(77));
+    EXPECT_EQ(std::memcmp(&read, &value, sizeof value == 16 ? 10 : sizeof value), 0) << text;
+    double real = 0;
+    if (std::is_floating_point_v<Value> && sizeof value <= sizeof real) {
+        EXPECT_EQ(root.getAttribute("n", real), PelDOM::SUCCESS);
+        EXPECT_TRUE(real != real || static_cast<Value>(real) == value) << text;
+    }
+    return text;
+}
+
+template <class... Whole>
+void expectLimits() {
+    using std::to_string;
+    const bool are[] = {
+        (written(std::numeric_limits<Whole>::min()) == to_string(std::numeric_limits<Whole>::min()) &&
+            written(std::numeric_limits<Whole>::max()) == to_string(std::numeric_limits<Whole>::max()))...};
+    EXPECT_EQ(std::count(std::begin(are), std::end(are), true), sizeof...(Whole));
+}
+
+TEST(Values, ReadBackAsTheyWereWritten) {
+    expectLimits<signed char, unsigned char, short, unsigned short, int, unsigned, long, unsigned long,
+        long long>();
+    EXPECT_EQ(
+        written(true) + written(false) + written(0) + written(ULLONG_MAX), "truefalse018446744073709551615");
+    const std::pair<double, const char*> reals[] = {{0.1, "0.1"}, {1.0 / 3, "0.3333333333333333"},
+        {-2.5, "-2.5"}, {0, "0"}, {-0.0, "-0"}, {100000, "100000"}, {1e18, "1000000000000000000"},
+        {-9.3e18, "-9.3e+18"}, {-9223372036854774784.0, "-9223372036854774784"},
+        {9223372036854775808.0, "9223372036854775808"}, {1e22, "1e+22"}, {1e-7, "1e-07"}, {5e-324, "5e-324"},
+        {DBL_MAX, "1.7976931348623157e+308"}, {HUGE_VAL, "INF"}, {-HUGE_VAL, "-INF"}};
+    for (const auto& [value, text] : reals) EXPECT_EQ(written(value), text);
+    EXPECT_EQ(written(0.1F) + " " + written(16777216.0F) + " " + written(FLT_TRUE_MIN) + " " +
+                  written(FLT_MAX) + " " + written(0.1L) + " " + written(-HUGE_VALF) + " " +
+                  written(std::nan("")),
+        "0.1 16777216 1e-45 3.4028235e+38 0.1 -INF NaN");
+    std::mt19937_64 random(1);
+    for (int i = 0; i < 20'000; ++i) {
+        const std::uint64_t bits = random();
+        double real = 0;
+        float narrow = 0;
+        std::memcpy(&real, &bits, sizeof real);
+        std::memcpy(&narrow, &bits, sizeof narrow);
+        if (real == real) written(real);
+        if (narrow == narrow) written(narrow);
+    }
+}
+
+TEST(Values, AreTheFallbackUnlessWholeAndInRange) {
+    PelDOMElement root = rootOf("<r/>"), null;
+    const auto read = [&root](const PelString& text) {
+        root.putAttribute("n", text);
+        return answers({root.getAttributeOr("n", -9L), root.getAttributeOr("n", std::int8_t{-9}),
+            static_cast<long>(root.getAttributeOr("n", 9U)), root.getAttributeOr("n", true),
+            root.getAttributeOr("n", false), root.getAttributeOr("n", -9.5) == -9.5 ? "-"s : "real"s});
+    };
+    const std::pair<const char*, const char*> cases[] = {{"", "-9 -9 9 1 0 '-'"}, {"7", "7 7 7 1 0 'real'"},
+        {" 1\n", "1 1 1 1 1 'real'"}, {"0", "0 0 0 0 0 'real'"}, {"128", "128 -9 128 1 0 'real'"},
+        {"-128", "-128 -128 9 1 0 'real'"}, {"-129", "-129 -9 9 1 0 'real'"},
+        {"4294967296", "4294967296 -9 9 1 0 'real'"}, {"7x", "-9 -9 9 1 0 '-'"},
+        {"7.0", "-9 -9 9 1 0 'real'"}, {"true", "-9 -9 9 1 1 '-'"}, {"false", "-9 -9 9 0 0 '-'"},
+        {"True", "-9 -9 9 1 0 '-'"}, {"9223372036854775808", "-9 -9 9 1 0 'real'"},
+        {"1e999", "-9 -9 9 1 0 '-'"}};
+    for (const auto& [text, expected] : cases) EXPECT_EQ(read(text), expected) << text;
+    EXPECT_EQ(answers({root.getAttributeOr("absent", 5), null.getAttributeOr("n", 5),
+                  null.getAttributeOr("n", true), null.setAttribute("n", 5)}),
+        "5 5 1 null-node");
 }
 
 TEST(Attributes, OfTypeIdChangeAnyNumberOfTimes) {
@@ -80,6 +184,16 @@ TEST(ChildText, IsThatOfAnElementWithOneTextOnly) {
         const PelDOM::Error code = PelDOMElement(childAt(root, i)).getChildTextValue(value);
         EXPECT_EQ(answers({code, value}), i == 0 ? "ok ' x & y '" : "invalid 'kept'") << i;
     }
+    long whole = 7;
+    double real = 7.5;
+    const PelDOMElement number = rootOf("<a> 2.5x</a>"), word = rootOf("<a>x</a>"),
+                        mixed = rootOf("<a>1<b/></a>");
+    for (const PelDOMElement& refused : {word, mixed, PelDOMElement()})
+        EXPECT_EQ(
+            answers({refused.getChildTextValue(whole), refused.getChildTextValue(real), whole, real == 7.5}),
+            "invalid invalid 7 1");
+    EXPECT_EQ(answers({number.getChildTextValue(whole), number.getChildTextValue(real), whole, real == 2.5}),
+        "ok ok 2 1");
 }
 
 TEST(Texts, KeepWhatIsSet) {

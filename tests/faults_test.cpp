@@ -69,6 +69,8 @@ TEST(AUseWithoutMemory, IsDoneOrNotDoneAndLosesNothing) {
         [&](auto& document) { show(document); },
         [&](auto& document) { rootOf(document).setAttribute("old", value); },
         [&](auto& document) { rootOf(document).setAttribute("new", value); },
+        [&](auto& document) { rootOf(document).putAttribute("old", value); },
+        [&](auto& document) { rootOf(document).setAttribute("new", 12345678901234567.0); },
         [&](auto& document) { rootOf(document).removeAttribute("old"); },
         [&](auto& document) { PelDOMText(childAt(rootOf(document), 1)).setValue(value); },
         [&](auto& document) { append(rootOf(document), childAt(rootOf(document), 0)); },

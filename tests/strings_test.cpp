@@ -157,8 +157,12 @@ TEST(Formatting, DoesNotDependOnTheLocale) {
     ASSERT_STREQ(std::localeconv()->decimal_point, ",");
     EXPECT_EQ(PelString().format(u"%.1f", 2.5), "2.5");
     double value = 0;
-    rootOf("<a r='2.5'/>").getAttribute("r", value);
-    EXPECT_EQ(value, 2.5);
+    PelDOMElement root = rootOf("<a r='2.5'/>");
+    root.getAttribute("r", value);
+    root.setAttribute("w", -value);
+    EXPECT_EQ(answers({root, value == 2.5, root.getAttributeOr("w", 0.0) == -2.5,
+                  PelString("2,5").toDouble(value)}),
+        "a r=2.5 w=-2.5 1 1 0");
     std::setlocale(LC_ALL, "C");
 }
 

@@ -3,6 +3,8 @@
 
 #include <qrndom/PelDOMNode.h>
 
+#include <type_traits>
+
 class PelDOMElementImp;
 
 /// A handle to one element: its tag name, attributes, text and descendants.
@@ -14,6 +16,21 @@ class PelDOMElementImp;
 ///          forbids.
 /// Cost     an attribute is found by binary search; getChildTextValue makes temporary handles.
 class QRNDOM_API PelDOMElement : public PelDOMNode {
+    template <class Value, class... Kinds>
+    static constexpr bool isOneOf = (std::is_same_v<Value, Kinds> || ...);
+
+    // Truth values and numbers: no characters, and nothing that only converts to one.
+    template <class Value>
+    using IfValue = std::enable_if_t<
+        isOneOf<Value, bool, signed char, unsigned char, short, unsigned short, int, unsigned int,
+                long, unsigned long, long long, unsigned long long, float, double, long double>,
+        int>;
+
+    template <class Value>
+    using Widest = std::conditional_t<
+        std::is_floating_point_v<Value> || std::is_same_v<Value, bool>, Value,
+        std::conditional_t<std::is_signed_v<Value>, long long, unsigned long long>>;
+
 public:
     /// Takes ownership of `implementation`; a null handle without one.
     explicit PelDOMElement(PelDOMNodeImp* implementation = nullptr);
@@ -60,6 +77,18 @@ public:
     /// NULL_NODE for a null handle.
     virtual PelDOM::Error setAttribute(const PelString& name, const PelString& value);
 
+    /// Sets an attribute to a number or truth value: `true` or `false`, or the shortest text that
+    /// reads back as the same number, whatever the locale (0.1 as "0.1"). Answers as putAttribute.
+    template <class Value, IfValue<Value> = 0>
+    PelDOM::Error setAttribute(const PelString& name, Value value) {
+        return putAttribute(name, textOf(static_cast<Widest<Value>>(value)));
+    }
+
+    /// Sets an attribute as setAttribute does, with the empty value allowed and nothing thrown.
+    /// INVALID_VALUE, and nothing changed, for a name that XML forbids and for a value with a
+    /// character that it forbids; NULL_NODE for a null handle.
+    PelDOM::Error putAttribute(const PelString& name, const PelString& value);
+
     /// Adds a last child element `name` whose only child is the text `text`. INVALID_VALUE for an
     /// empty name or text, NULL_NODE for a null handle.
     virtual PelDOM::Error appendTextElement(const PelString& name, const PelString& text);
@@ -88,6 +117,24 @@ public:
     /// The same into `value`; always SUCCESS.
     PelDOM::Error getAttribute(const PelString& name, PelString& value) const;
 
+    /// Whether there is such an attribute, were it empty; false for a null handle.
+    bool hasAttribute(const PelString& name) const;
+
+    /// The value of an attribute, `fallback` when it is not there and for a null handle.
+    PelString getAttributeOr(const PelString& name, const PelString& fallback) const;
+
+    /// The number or truth value (`true`, `false`, 1, 0) that an attribute is as a whole, apart
+    /// from white space around it. `fallback` when the attribute is not there, holds anything else
+    /// or a number that the type of `fallback` does not hold, and for a null handle.
+    template <class Value, IfValue<Value> = 0>
+    Value getAttributeOr(const PelString& name, Value fallback) const {
+        Widest<Value> value{};
+        if (!readWhole(name, value))
+            return fallback;
+        const auto found = static_cast<Value>(value);
+        return std::is_floating_point_v<Value> || found == value ? found : fallback;
+    }
+
     /// Reads a whole decimal number from the start of an attribute: white space before it is
     /// skipped, what follows it is ignored ("12abc" gives 12), and a number out of range gives the
     /// nearest `long`. INVALID_VALUE, with `value` unchanged, when there is none.
@@ -101,6 +148,12 @@ public:
     /// Reads the text of an element whose only child is a text node. INVALID_VALUE, with `value`
     /// unchanged, for any other element and for a null handle.
     PelDOM::Error getChildTextValue(PelString& value) const;
+
+    /// Reads the text of such an element as a whole number, by the rules of attributes.
+    PelDOM::Error getChildTextValue(long& value) const;
+
+    /// Reads it as a real number.
+    PelDOM::Error getChildTextValue(double& value) const;
 
     /// Makes `out` the live list of this element's descendants with a tag name ("*": all), in
     /// document order, and gives its length. 0, with `out` unchanged, for a null handle.
@@ -120,8 +173,19 @@ public:
     PelDOMElement getPreviousElement(const PelString& name = u"*") const;
 
 private:
-    template <class Number>
-    PelDOM::Error getNumber(const PelString& name, Number& value) const;
+    static PelString textOf(bool value);
+    static PelString textOf(long long value);
+    static PelString textOf(unsigned long long value);
+    static PelString textOf(float value);
+    static PelString textOf(double value);
+    static PelString textOf(long double value);
+
+    bool readWhole(const PelString& name, bool& value) const;
+    bool readWhole(const PelString& name, long long& value) const;
+    bool readWhole(const PelString& name, unsigned long long& value) const;
+    bool readWhole(const PelString& name, float& value) const;
+    bool readWhole(const PelString& name, double& value) const;
+    bool readWhole(const PelString& name, long double& value) const;
 
     PelDOMElementImp* imp() const;
 };

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "core/PelNumberScan.h"
+#include "core/PelNumberText.h"
 #include "model/PelDOMElementImp.h"
 
 #include <qrndom/PelDOMElement.h>
@@ -14,6 +15,18 @@ namespace {
 
 PelDOMNodeImp* elementFrom(PelDOMElementImp* content, Relative start, const PelString& name) {
     return content != nullptr ? content->getElement(start, name) : nullptr;
+}
+
+// Empty, as no number is, when the element holds anything else.
+PelString childText(const PelDOMElement& element) {
+    PelString text;
+    element.getChildTextValue(text);
+    return text;
+}
+
+template <class Number>
+PelDOM::Error scanNumber(const PelString& text, Number& value) {
+    return PelNumberScan::scan(text.view(), value) ? PelDOM::SUCCESS : PelDOM::INVALID_VALUE;
 }
 
 } // namespace
@@ -73,6 +86,11 @@ PelDOM::Error PelDOMElement::setAttribute(const PelString& name, const PelString
     return content != nullptr ? content->setAttribute(name, value) : PelDOM::NULL_NODE;
 }
 
+PelDOM::Error PelDOMElement::putAttribute(const PelString& name, const PelString& value) {
+    PelDOMElementImp* const content = imp();
+    return content != nullptr ? content->putAttribute(name, value) : PelDOM::NULL_NODE;
+}
+
 PelDOM::Error PelDOMElement::appendTextElement(const PelString& name, const PelString& text) {
     PelDOMElementImp* const content = imp();
     return content != nullptr ? content->appendTextElement(name, text) : PelDOM::NULL_NODE;
@@ -113,18 +131,22 @@ PelDOM::Error PelDOMElement::getAttribute(const PelString& name, PelString& valu
     return PelDOM::SUCCESS;
 }
 
+bool PelDOMElement::hasAttribute(const PelString& name) const {
+    PelDOMElementImp* const content = imp();
+    return content != nullptr && content->hasAttribute(name);
+}
+
+PelString PelDOMElement::getAttributeOr(const PelString& name, const PelString& fallback) const {
+    PelString value = getAttribute(name);
+    return value.isEmpty() == 0 || hasAttribute(name) ? value : fallback;
+}
+
 PelDOM::Error PelDOMElement::getAttribute(const PelString& name, long& value) const {
-    return getNumber(name, value);
+    return scanNumber(getAttribute(name), value);
 }
 
 PelDOM::Error PelDOMElement::getAttribute(const PelString& name, double& value) const {
-    return getNumber(name, value);
-}
-
-template <class Number>
-PelDOM::Error PelDOMElement::getNumber(const PelString& name, Number& value) const {
-    return PelNumberScan::scan(getAttribute(name).view(), value) ? PelDOM::SUCCESS
-                                                                 : PelDOM::INVALID_VALUE;
+    return scanNumber(getAttribute(name), value);
 }
 
 PelDOM::Error PelDOMElement::getChildTextValue(PelString& value) const {
@@ -136,6 +158,14 @@ PelDOM::Error PelDOMElement::getChildTextValue(PelString& value) const {
         return PelDOM::INVALID_VALUE;
     value = PelDOMText(child).getValue();
     return PelDOM::SUCCESS;
+}
+
+PelDOM::Error PelDOMElement::getChildTextValue(long& value) const {
+    return scanNumber(childText(*this), value);
+}
+
+PelDOM::Error PelDOMElement::getChildTextValue(double& value) const {
+    return scanNumber(childText(*this), value);
 }
 
 int PelDOMElement::getElementsByTagName(const PelString& name, PelDOMNodeList& out) const {
@@ -162,4 +192,52 @@ PelDOMElement PelDOMElement::getPreviousElement(const PelString& name) const {
 PelDOMElementImp* PelDOMElement::imp() const {
     return getNodeType() == PelDOM::ELEMENT_NODE ? static_cast<PelDOMElementImp*>(getContentImp())
                                                  : nullptr;
+}
+
+PelString PelDOMElement::textOf(bool value) {
+    return PelNumberText::write(value);
+}
+
+PelString PelDOMElement::textOf(long long value) {
+    return PelNumberText::write(value);
+}
+
+PelString PelDOMElement::textOf(unsigned long long value) {
+    return PelNumberText::write(value);
+}
+
+PelString PelDOMElement::textOf(float value) {
+    return PelNumberText::write(value);
+}
+
+PelString PelDOMElement::textOf(double value) {
+    return PelNumberText::write(value);
+}
+
+PelString PelDOMElement::textOf(long double value) {
+    return PelNumberText::write(value);
+}
+
+bool PelDOMElement::readWhole(const PelString& name, bool& value) const {
+    return PelNumberText::read(getAttribute(name).view(), value);
+}
+
+bool PelDOMElement::readWhole(const PelString& name, long long& value) const {
+    return PelNumberText::read(getAttribute(name).view(), value);
+}
+
+bool PelDOMElement::readWhole(const PelString& name, unsigned long long& value) const {
+    return PelNumberText::read(getAttribute(name).view(), value);
+}
+
+bool PelDOMElement::readWhole(const PelString& name, float& value) const {
+    return PelNumberText::read(getAttribute(name).view(), value);
+}
+
+bool PelDOMElement::readWhole(const PelString& name, double& value) const {
+    return PelNumberText::read(getAttribute(name).view(), value);
+}
+
+bool PelDOMElement::readWhole(const PelString& name, long double& value) const {
+    return PelNumberText::read(getAttribute(name).view(), value);
 }

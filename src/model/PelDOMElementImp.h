@@ -34,4 +34,10 @@ public:
 
     /// INVALID_VALUE for a name that XML forbids.
     virtual PelDOM::Error setTagName(const PelString& name) = 0;
+
+    virtual bool hasAttribute(const PelString& name) = 0;
+
+    /// INTERNAL_ERROR without a node, then INVALID_VALUE for a name or value that XML forbids. The
+    /// value may be empty.
+    virtual PelDOM::Error putAttribute(const PelString& name, const PelString& value) = 0;
 };

@@ -34,6 +34,13 @@ xercesc::DOMNode* attributeAt(const PelDOMNodeContentImp& content, long index) {
                : nullptr;
 }
 
+// The attribute of a name; null when there is none.
+xercesc::DOMNode* attributeNamed(const PelDOMNodeContentImp& content, const PelString& name) {
+    const DOMElement* const element = elementOf(content);
+    return element != nullptr ? element->getAttributes()->getNamedItem(name.view().data())
+                              : nullptr;
+}
+
 // The engine's own way leaves an empty value behind when no memory is left. Nor does its table of
 // IDs ever forget one: each new value would take a further place, up to a number at which it fails.
 void setValue(DOMElement& element, const XMLCh* name, const XMLCh* value) {
@@ -108,11 +115,7 @@ PelString PelXercesDOMElement::getTagName() {
 }
 
 PelString PelXercesDOMElement::getAttribute(const PelString& name) {
-    const DOMElement* const element = elementOf(*this);
-    if (element == nullptr)
-        return PelString();
-    const xercesc::DOMNode* const attribute =
-        element->getAttributes()->getNamedItem(name.view().data());
+    const xercesc::DOMNode* const attribute = attributeNamed(*this, name);
     return attribute != nullptr ? PelXercesLinks::valueOf(*attribute) : PelString();
 }
 
@@ -141,5 +144,20 @@ PelDOM::Error PelXercesDOMElement::setTagName(const PelString& name) {
     if (!PelXercesRules::isName(name.view(), *node->getDocument()))
         return PelDOM::INVALID_VALUE;
     PelXercesEditing::rename(*node, name.view().data());
+    return PelDOM::SUCCESS;
+}
+
+bool PelXercesDOMElement::hasAttribute(const PelString& name) {
+    return attributeNamed(*this, name) != nullptr;
+}
+
+PelDOM::Error PelXercesDOMElement::putAttribute(const PelString& name, const PelString& value) {
+    DOMElement* const element = elementOf(*this);
+    if (element == nullptr)
+        return PelDOM::INTERNAL_ERROR;
+    if (!PelXercesRules::isName(name.view(), *element->getOwnerDocument()) ||
+        !PelXercesRules::isText(value.view()))
+        return PelDOM::INVALID_VALUE;
+    setValue(*element, name.view().data(), value.view().data());
     return PelDOM::SUCCESS;
 }

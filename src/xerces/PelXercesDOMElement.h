@@ -17,4 +17,6 @@ public:
     int getElementsByTagName(const PelString& name, PelDOMNodeList& out) override;
     PelDOMNodeImp* getElement(PelDOMNodeImp::Relative start, const PelString& name) override;
     PelDOM::Error setTagName(const PelString& name) override;
+    bool hasAttribute(const PelString& name) override;
+    PelDOM::Error putAttribute(const PelString& name, const PelString& value) override;
 };
