@@ -27,8 +27,8 @@ PelXercesDocumentPtr readAs(const void* bytes, std::size_t size, const XMLCh* sy
 } // namespace
 
 const XMLCh* PelPlainScanner::nativeUtf16() {
-    return xercesc::XMLPlatformUtils::fgXMLChBigEndian ? XMLUni::fgUTF16BEncodingString
-                                                       : XMLUni::fgUTF16LEncodingString;
+    return xercesc::XMLPlatformUtils::fgXMLChBigEndian ? XMLUni::fgUTF16BEncodingString2
+                                                       : XMLUni::fgUTF16LEncodingString2;
 }
 
 bool PelPlainScanner::mayBePlain(const void* bytes, std::size_t size) {

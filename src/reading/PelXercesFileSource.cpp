@@ -2,6 +2,7 @@
 #include "reading/PelXercesFileSource.h"
 
 #include "reading/PelPlainScanner.h"
+#include "reading/PelXercesCheckedStream.h"
 #include "reading/PelXercesReadMemory.h"
 
 #include <xercesc/util/BinInputStream.hpp>
@@ -84,15 +85,14 @@ private:
 PelXercesFileSource::PelXercesFileSource(const PelString& name, PelXercesReadMemory& memory)
     : LocalFileInputSource((PelPlatform::currentDirectory() + u"/").view().data(),
                            name.view().data(), &memory),
-      limits(memory.getLimits()), kind(InputFile::Kind::anyButFolder),
+      readMemory(memory), kind(InputFile::Kind::anyButFolder),
       path(PelPlatform::fileSystemName(name)) {
 }
 
 PelXercesFileSource::PelXercesFileSource(const PelString& base, const PelString& name,
                                          PelXercesReadMemory& memory)
-    : LocalFileInputSource(base.view().data(), name.view().data(), &memory),
-      limits(memory.getLimits()), kind(InputFile::Kind::regularFile),
-      path(PelPlatform::fileSystemName(getSystemId())) {
+    : LocalFileInputSource(base.view().data(), name.view().data(), &memory), readMemory(memory),
+      kind(InputFile::Kind::regularFile), path(PelPlatform::fileSystemName(getSystemId())) {
 }
 
 bool PelXercesFileSource::load() {
@@ -115,10 +115,17 @@ bool PelXercesFileSource::load() {
 }
 
 xercesc::BinInputStream* PelXercesFileSource::makeStream() const {
-    if (bytes)
-        return new (getMemoryManager())
-            LoadedStream(bytes.get(), size, isOpenedAgain(limits, path), limits);
-    auto stream =
-        std::unique_ptr<FileStream>(new (getMemoryManager()) FileStream(path, kind, limits));
-    return stream->isOpen() ? stream.release() : nullptr;
+    PelXercesReadLimits& limits = readMemory.getLimits();
+    std::unique_ptr<xercesc::BinInputStream> stream;
+    if (bytes) {
+        stream.reset(new (&readMemory)
+                         LoadedStream(bytes.get(), size, isOpenedAgain(limits, path), limits));
+    } else {
+        auto* const file = new (&readMemory) FileStream(path, kind, limits);
+        stream.reset(file);
+        if (!file->isOpen())
+            return nullptr;
+    }
+    return new (&readMemory)
+        PelXercesCheckedStream(readMemory.getStreams(), std::move(stream), getEncoding());
 }

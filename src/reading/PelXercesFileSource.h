@@ -11,7 +11,6 @@
 #include <memory>
 #include <string>
 
-class PelXercesReadLimits;
 class PelXercesReadMemory;
 
 /// A local file as the parser reads it. Unlike the engine's own source, it finds its file by the
@@ -35,7 +34,7 @@ public:
     xercesc::BinInputStream* makeStream() const override;
 
 private:
-    PelXercesReadLimits& limits;
+    PelXercesReadMemory& readMemory;
     PelPlatform::InputFile::Kind kind;
     std::string path;
     std::unique_ptr<XMLByte[]> bytes;

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "reading/PelXercesLocalResolver.h"
 
+#include "reading/PelXercesChecked.h"
 #include "reading/PelXercesFileSource.h"
 #include "reading/PelXercesReadMemory.h"
 
+#include <xercesc/framework/URLInputSource.hpp>
 #include <xercesc/framework/XMLBuffer.hpp>
 #include <xercesc/sax/InputSource.hpp>
 #include <xercesc/sax/Locator.hpp>
@@ -73,7 +75,7 @@ PelXercesLocalResolver::resolveEntity(xercesc::XMLResourceIdentifier* resource) 
         return new (&memory)
             PelXercesFileSource(PelString(), withoutEscapes(url.getPath()), memory);
 #ifdef QRNDOM_REMOTE_ENTITIES
-    return nullptr; // the engine's own way
+    return new (&memory) PelXercesChecked<xercesc::URLInputSource>(memory, url);
 #else
     return new (&memory) UnreadableSource(name, memory);
 #endif

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "reading/PelXercesCheckedStream.h"
 #include "reading/PelXercesReadLimits.h"
 #include "xerces/PelXercesMemory.h"
 
-/// The memory of one read but for its tree, and the limits that it keeps to.
+/// The memory of one read but for its tree, the limits that it keeps to, and its open streams.
 class PelXercesReadMemory final : public PelXercesJobMemory {
 public:
     PelXercesReadLimits& getLimits() noexcept { return limits; }
+    PelXercesOpenStreams& getStreams() noexcept { return streams; }
 
     void* allocate(XMLSize_t size) override {
         limits.addMemory(size);
@@ -22,4 +24,5 @@ public:
 
 private:
     PelXercesReadLimits limits;
+    PelXercesOpenStreams streams; // goes before the limits, and these before the memory
 };

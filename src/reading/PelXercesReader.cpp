@@ -3,6 +3,7 @@
 
 #include "reading/PelPlainScanner.h"
 #include "reading/PelReadMessage.h"
+#include "reading/PelXercesChecked.h"
 #include "reading/PelXercesFileSource.h"
 #include "xerces/PelXercesTree.h"
 
@@ -55,8 +56,8 @@ PelXercesNodeRef PelXercesReader::readText(const void* bytes, std::size_t size,
     const auto scanText = [&] { return scan(bytes, size, encoding, systemId); };
     return read(name, scanText, [&](Machine& machine) {
         limits.addInput(size);
-        xercesc::MemBufInputSource source(static_cast<const XMLByte*>(bytes), size, systemId, false,
-                                          &memory);
+        PelXercesChecked<xercesc::MemBufInputSource> source(
+            memory, static_cast<const XMLByte*>(bytes), size, systemId, false);
         machine.reporter.setName(name, systemId);
         if (encoding != nullptr)
             source.setEncoding(encoding);

@@ -52,6 +52,7 @@ void keep(xercesc::DOMNamedNodeMap& map, Node& node, const Declaration& declarat
 
 PelXercesTreeBuilder::PelXercesTreeBuilder(PelXercesReadMemory& memory, Road ownRoad)
     : XercesDOMParser(nullptr, &memory), limits(memory.getLimits()), road(ownRoad) {
+    memory.getStreams().setReaders(getScanner()->getReaderMgr());
 }
 
 // The engine makes the document with the parser's memory manager.
