@@ -123,10 +123,11 @@ TEST(Handles, AreEqualWhenTheyReferToTheSameNode) {
 
 // What every operation answers on a handle that has no content of its kind.
 static void expectEmptyAnswers(PelDOMDocument document, PelDOMElement element, PelDOMText text) {
-    EXPECT_EQ("null null null no-imp internal '' null null null 0 0",
+    EXPECT_EQ("null null null no-imp internal '' null null null '' 0 0",
         answers({document.getDocumentElement(), document.createElement("a"), document.createTextNode("a"),
             document.getDocumentElement().getErrorStatus(), text.setValue("v"), text.getValue(),
             element.getChildElement(), element.getNextElement(), element.getPreviousElement(),
+            element.getPrefix() + element.getLocalName() + element.lookupNamespaceURI("xml"),
             bool(document.getElementsByTagName("*")), bool(element.getElementsByTagName("*"))}));
     long whole = 7;
     double real = 7;
@@ -154,6 +155,9 @@ static void expectNoNode(PelDOMNode node) {
         answers({node.getOwnerDocument(), node.getParentNode(), node.getFirstChild(), node.getLastChild(),
             node.getNextSibling(), node.getPreviousSibling(), node.hasChildNodes(),
             bool(node.getChildNodes())}));
+    EXPECT_EQ("'' '' '' null-node null-node",
+        answers({node.getNodeName(), node.getNodeValue(), node.getTextContent(), node.setNodeValue("v"),
+            node.setTextContent("")}));
 }
 
 TEST(NullHandles, AnswerEveryOperation) {

@@ -44,17 +44,28 @@ TEST(Lists, AreCopiedAndAssignedAsHandlesAre) {
 }
 
 struct OwnList : PelDOMNodeListImp {
-    PelDOM::Error item(long, PelDOMNode&) override { return PelDOM::INDEX_OUT_OF_RANGE; }
-    long length() override { return 0; }
-    PelDOMNodeListImp* clone() override { return new OwnList; }
+    explicit OwnList(const PelDOMNode& node) : listed(node) {}
+    PelDOM::Error item(long index, PelDOMNode& out) override {
+        return index < length() ? (out = listed, PelDOM::SUCCESS) : PelDOM::INDEX_OUT_OF_RANGE;
+    }
+    long length() override { return 2; }
+    PelDOMNodeListImp* clone() override { return new OwnList(listed); }
+    PelDOMNode listed;
 };
+
+TEST(Lists, OfUsersAreGoneThroughByPosition) {
+    std::string seen;
+    for (const PelDOMNode node : PelDOMNodeList(new OwnList(rootOf("<r/>")))) seen += show(node);
+    for (const PelDOMNode node : PelDOMNodeList(new OwnList(PelDOMNode()))) seen += show(node);
+    EXPECT_EQ(seen, "rrnullnull");
+}
 
 TEST(Lists, AreMovedAndCompared) {
     const PelDOMDocument document = parse("<r><a/><a/></r>");
     const PelDOMElement root = document.getDocumentElement();
     const PelDOMNodeList distinct[] = {root.getChildNodes(), document.getChildNodes(),
         root.getElementsByTagName("a"), root.getElementsByTagName(""), document.getElementsByTagName("a"),
-        PelDOMNodeList(new OwnList), PelDOMNodeList()};
+        PelDOMNodeList(new OwnList(root)), PelDOMNodeList()};
     const PelDOMNodeList again[] = {childrenOf(root), childrenOf(document), elementsOf(root, "a"),
         elementsOf(root, ""), PelDOMDocument(document).getElementsByTagName("a"), distinct[5],
         PelDOMNodeList()};

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "support.h"
 
+#include <algorithm>
+#include <functional>
+
 TEST(Relatives, AreWhatTheListsOfChildrenSay) {
     const PelDOMDocument document =
         parse("<?pi?><!DOCTYPE r [<!ELEMENT r ANY><!ELEMENT a ANY>]><r>t<a><a/></a><!--c--><a/>"
@@ -35,4 +38,266 @@ TEST(Relatives, AreElementsWithAName) {
             first.getNextElement("c"), third.getNextElement(), third.getPreviousElement(),
             third.getPreviousElement("a"), first.getPreviousElement(), first.getChildElement(),
             root.getNextElement("*")}));
+}
+
+static std::string content(const PelDOMNode& node) {
+    return answers({node.getNodeName(), node.getNodeValue(), node.getTextContent()});
+}
+
+TEST(Contents, OfEveryKindAreReadAndSet) {
+    const struct {
+        const char *before, *setValue, *afterValue, *setText, *afterText;
+    } kinds[] = {{"'#document' '' ''", "invalid", "'#document' '' ''", "invalid", "'#document' '' ''"},
+        {"'xml' '' ''", "invalid", "'xml' '' ''", "invalid", "'xml' '' ''"},
+        {"'n:r' '' 'a<d>bc'", "invalid", "'n:r' '' 'a<d>bc'", "ok", "'n:r' '' 't\U0001F600'"},
+        {"'#text' 'a' 'a'", "ok", "'#text' 'v' 'v'", "ok", "'#text' 't\U0001F600' 't\U0001F600'"},
+        {"'#comment' 'c' 'c'", "ok", "'#comment' 'v' 'v'", "ok", "'#comment' 't\U0001F600' 't\U0001F600'"},
+        {"'#cdata-section' '<d>' '<d>'", "ok", "'#cdata-section' 'v' 'v'", "ok",
+            "'#cdata-section' 't\U0001F600' 't\U0001F600'"},
+        {"'b' '' 'b'", "invalid", "'b' '' 'b'", "ok", "'b' '' 't\U0001F600'"},
+        {"'pi' 'i j' 'i j'", "ok", "'pi' 'v' 'v'", "ok", "'pi' 't\U0001F600' 't\U0001F600'"},
+        {"'n:r' '' ''", "invalid", "'n:r' '' ''", "invalid", "'n:r' '' ''"}};
+    int index = 0;
+    for (const auto& kind : kinds) {
+        const PelDOMDocument read = parse("<!DOCTYPE n:r><n:r>a<!--c--><![CDATA[<d>]]><b>b<b/></b><?pi i j?>"
+                                          "c</n:r>");
+        const PelDOMNode root = read.getDocumentElement();
+        const PelDOMNode made = services().createDocument("r");
+        PelDOMNode node[] = {read, made.getFirstChild(), root, childAt(root, 0), childAt(root, 1),
+            childAt(root, 2), childAt(root, 3), childAt(root, 4), read.getFirstChild()};
+        PelDOMNode& one = node[index++];
+        const LogWatch log;
+        EXPECT_EQ(content(one), kind.before);
+        EXPECT_EQ(answers({one.setNodeValue("v")}), kind.setValue) << kind.before;
+        EXPECT_EQ(content(one), kind.afterValue);
+        EXPECT_EQ(answers({one.setTextContent(u"t\U0001F600")}), kind.setText) << kind.before;
+        EXPECT_EQ(content(one), kind.afterText);
+        const PelDOM::Error code = one.setTextContent("");
+        EXPECT_EQ(one.getTextContent() == "", code == PelDOM::SUCCESS || *kind.setText == 'i') << kind.before;
+        EXPECT_EQ(log.text(), "");
+    }
+}
+
+TEST(Contents, ThatXmlForbidsAreRefused) {
+    PelDOMElement root = rootOf("<r>t<![CDATA[d]]><!--c--><?p i?></r>");
+    PelDOMNode text = childAt(root, 0), cdata = childAt(root, 1), comment = childAt(root, 2),
+               instruction = childAt(root, 3);
+    const std::pair<PelDOMNode*, std::u16string_view> refused[] = {{&text, u"\u0001"}, {&text, {u"a\0", 2}},
+        {&cdata, u"]]>"}, {&cdata, u"\xD800"}, {&comment, u"a--b"}, {&comment, u"a-"}, {&comment, u"\uFFFF"},
+        {&instruction, u"?>"}, {&instruction, u"\xDC00"}};
+    for (const auto& [node, value] : refused) {
+        const std::string before = content(*node);
+        EXPECT_EQ(node->setNodeValue(PelString(value)), PelDOM::INVALID_VALUE) << PelString(value);
+        EXPECT_EQ(node->setTextContent(PelString(value)), PelDOM::INVALID_VALUE) << PelString(value);
+        EXPECT_EQ(content(*node), before);
+    }
+    EXPECT_EQ(root.setTextContent(u"a\u0002"), PelDOM::INVALID_VALUE);
+    EXPECT_EQ(root.getTextContent(), "td");
+    const std::pair<PelDOMNode*, const char*> allowed[] = {
+        {&text, "]]>--?>"}, {&cdata, "]] > --?>"}, {&comment, "]]>?>-a"}, {&instruction, "]]>--? >"}};
+    for (const auto& [node, value] : allowed) EXPECT_EQ(node->setNodeValue(value), PelDOM::SUCCESS) << value;
+    PelString written;
+    EXPECT_EQ("ok '<r>]]&gt;--?&gt;<![CDATA[]] > --?>]]><!--]]>?>-a--><?p ]]>--? >?></r>'",
+        answers({services().writeDocument(root.getOwnerDocument(), written, 0, 0, 0), written}));
+}
+
+TEST(Contents, OfAnElementAreReplacedForEveryList) {
+    PelDOMElement root = rootOf("<!DOCTYPE r [<!ELEMENT r ANY><!ELEMENT a ANY><!ENTITY e 'x<a>y</a>'>]>"
+                                "<r>1<a>2<!--3--><a/><![CDATA[4]]></a>&e;</r>");
+    const PelDOMNodeList children = root.getChildNodes(), elements = root.getElementsByTagName("a");
+    const PelDOMNode first = root.getChildElement(), inner = root.getLastChild().getFirstChild();
+    EXPECT_EQ(answers({children.length(), elements.length(), root.getTextContent()}), "4 3 '124xy'");
+    EXPECT_EQ(answers({root.setTextContent("new"), children.length(), elements.length(), root, first,
+                  first.getParentNode(), inner, inner.getParentNode()}),
+        "ok 1 0 r(|new|) a(|2| #8 a #4) null |y| a(|y|)");
+    EXPECT_EQ(
+        answers({root.setTextContent(""), children.length(), root, first.getNextSibling()}), "ok 0 r null");
+    EXPECT_EQ(answers({root.setTextContent(""), root.setTextContent("again"), root}), "ok ok r(|again|)");
+}
+
+TEST(Contents, AreReadAndReplacedInDepth) {
+    constexpr int depth = 1000000;
+    PelDOMDocument document = parse("<r/>");
+    PelDOMElement root = document.getDocumentElement(), inner = root;
+    for (int i = 0; i < depth; ++i) {
+        PelDOMElement next = document.createElement("n");
+        if (i % 100000 == 0) append(inner, document.createTextNode("t"));
+        append(inner, next);
+        inner = std::move(next);
+    }
+    EXPECT_EQ(root.getTextContent(), "tttttttttt");
+    EXPECT_EQ(answers({root.setTextContent("x"), root.getTextContent(), inner}), "ok 'x' n");
+}
+
+TEST(Namespaces, AreFoundByTheNamesAndAttributesAbove) {
+    const PelDOMElement root = rootOf("<r xmlns='d' xmlns:p='1'><p:a xmlns:p='2' xmlns:q='3'>"
+                                      "<b xmlns='' q='5'/></p:a></r>");
+    const PelDOMElement a = root.getChildElement(), b = a.getChildElement();
+    EXPECT_EQ("'d' '1' '' 'd' '2' '3' '' '2' '3' ''",
+        answers({root.lookupNamespaceURI(""), root.lookupNamespaceURI("p"), root.lookupNamespaceURI("q"),
+            a.lookupNamespaceURI(""), a.lookupNamespaceURI("p"), a.lookupNamespaceURI("q"),
+            b.lookupNamespaceURI(""), b.lookupNamespaceURI("p"), b.lookupNamespaceURI("q"),
+            b.lookupNamespaceURI("r")}));
+    EXPECT_EQ(b.lookupNamespaceURI("xml") + u" " + b.lookupNamespaceURI("xmlns"),
+        "http://www.w3.org/XML/1998/namespace http://www.w3.org/2000/xmlns/");
+    PelDOMDocument document = root.getOwnerDocument();
+    for (const auto& [name, prefix, local] : {std::array{"r", "", "r"}, {"p:a", "p", "a"}, {":a", "", ":a"},
+             {"p:", "", "p:"}, {"p:q:a", "", "p:q:a"}, {"pp:qq", "pp", "qq"}}) {
+        const PelDOMElement made = document.createElement(name);
+        EXPECT_EQ(
+            answers({made.getPrefix(), made.getLocalName()}), answers({PelString(prefix), PelString(local)}));
+    }
+}
+
+static std::string names(const PelDOMNode& node) {
+    std::string joined;
+    for (const PelDOMNode child : node.getChildNodes()) joined += child.getNodeName().toUtf8();
+    return joined;
+}
+
+TEST(Ranges, GoThroughChildrenElementsAndAttributes) {
+    const PelDOMDocument document =
+        parse("<r z='1' b='2' n:a='3'>t<a i='1'><a i='2'/><b/></a><!--c--><b><a i='3'/></b><a i='4'/></r>");
+    const PelDOMElement root = document.getDocumentElement();
+    const LogWatch log;
+    std::string found = names(root);
+    for (const PelDOMNode child :
+        root.getElementsByTagName("b").operator bool() ? root.getChildNodes() : PelDOMNodeList())
+        found += child.getTextContent().toUtf8();
+    for (const char* name : {"a", "b", "*", "c", ""}) {
+        found += "\n";
+        for (const PelDOMElement child : root.getChildElements(name))
+            found += child.getTagName().toUtf8() + child.getAttribute("i").toUtf8();
+        found += " ";
+        for (const PelDOMNode node : document.getElementsByTagName(name))
+            found += node.getNodeName().toUtf8() + PelDOMElement(node).getAttribute("i").toUtf8();
+    }
+    for (const auto& [name, value] : root.getAttributes()) found += "\n" + (name + u"=" + value).toUtf8();
+    EXPECT_EQ(found, "#texta#commentbatc\na1a4 a1a2a3a4\nb bb\na1ba4 ra1a2bba3a4\n \n \nb=2\nn:a=3\nz=1");
+    EXPECT_EQ(log.text(), "");
+    for (const PelDOMNode node : PelDOMNodeList()) ADD_FAILURE() << show(node);
+    for (const PelDOMElement element : PelDOMElement().getChildElements()) ADD_FAILURE() << show(element);
+    for (const PelDOMElement element : PelDOMElementRange()) ADD_FAILURE() << show(element);
+    EXPECT_TRUE(PelDOMElement().getAttributes().empty() && document.getFirstChild() == root);
+}
+
+// What each body sees of a loop over elements with names of one letter, and what it leaves of them.
+using Body = std::function<void(PelDOMElement& root, PelDOMNode& node)>;
+
+template <class Range>
+static std::string visited(const Range& range, PelDOMElement root, const Body& body) {
+    std::string seen;
+    for (auto node : range) {
+        if (seen.size() > 20) return seen + "...";
+        seen += node.getNodeName().toUtf8();
+        body(root, node);
+    }
+    return seen + " " + show(root);
+}
+
+static PelDOMNode named(const PelDOMElement& root, const char* name) {
+    PelDOMNodeList found = root.getElementsByTagName(name);
+    return itemOf(found, 0);
+}
+
+static void remove(const PelDOMNode& node) { node.getParentNode().removeChild(node); }
+
+// Does it once, when the loop comes to the node with that name.
+static Body at(char name, const std::function<void(PelDOMElement& root, PelDOMNode& node)>& body) {
+    return [name, body](PelDOMElement& root, PelDOMNode& node) {
+        if (node.getNodeName() == std::string(1, name)) body(root, node);
+    };
+}
+
+TEST(Ranges, GoOnWithWhatFollowedWhateverTheirBodiesDo) {
+    const auto make = [](const PelDOMElement& root, const char* name) {
+        return root.getOwnerDocument().createElement(name);
+    };
+    const std::pair<Body, const char*> bodies[] = {{[](auto&, auto&) {}, "abcdef r(a b c d e f)"},
+        {[](auto& root, auto& node) { root.removeChild(node); }, "abcdef r"},
+        {[](auto& root, auto& node) { root.getParentNode().insertBefore(node, root); }, "abcdef r"},
+        {[&](auto& root, auto& node) { make(root, "x").appendChild(node); }, "abcdef r"},
+        {[](auto& root, auto& node) { root.appendChild(node); }, "abcdef r(a b c d e f)"},
+        {[](auto& root, auto& node) { root.insertBefore(node, root.getFirstChild()); },
+            "abcdef r(f e d c b a)"},
+        {[](auto&, auto& node) {
+             remove(node.getNextSibling());
+             remove(node);
+         },
+            "ace r"},
+        {[](auto&, auto& node) { remove(node.getNextSibling()); }, "ace r(a c e)"},
+        {[](auto&, auto& node) {
+             remove(node.getNextSibling());
+             remove(node.getNextSibling());
+         },
+            "ad r(a d)"},
+        {[](auto& root, auto&) { root.setTextContent(""); }, "a r"},
+        {[](auto& root, auto&) { remove(root.getLastChild()); }, "abc r(a b c)"},
+        {[&](auto& root, auto& node) { root.insertBefore(make(root, "x"), node); },
+            "abcdef r(x a x b x c x d x e x f)"},
+        {[&](auto& root, auto& node) { root.insertBefore(make(root, "x"), node.getNextSibling()); },
+            "abcdef r(a x b x c x d x e x f x)"},
+        {[&](auto& root, auto&) { root.appendChild(make(root, "x")); }, "abcdef r(a b c d e f x x x x x x)"},
+        {at('a', [&](auto& root, auto&) { root.insertBefore(make(root, "x"), named(root, "f")); }),
+            "abcdexf r(a b c d e x f)"},
+        {at('a', [&](auto& root, auto&) { root.replaceChild(make(root, "x"), named(root, "b")); }),
+            "acdef r(a x c d e f)"},
+        {at('a', [&](auto& root, auto&) { root.replaceChild(make(root, "x"), named(root, "f")); }),
+            "abcde r(a b c d e x)"},
+        {at('a', [](auto& root, auto&) { root.appendChild(named(root, "b")); }), "acdef r(a c d e f b)"},
+        {at('c', [](auto& root, auto&) { root.insertBefore(named(root, "f"), named(root, "a")); }),
+            "abcde r(f a b c d e)"},
+        {at('e', [](auto& root, auto&) { remove(named(root, "f")); }), "abcde r(a b c d e)"},
+        {at('f', [](auto& root, auto&) { root.appendChild(named(root, "a")); }), "abcdef r(b c d e f a)"},
+        {at('b', [](auto& root, auto&) { PelDOMElement(named(root, "d")).setTagName("z"); }),
+            "abczef r(a b c z e f)"}};
+    for (const auto& [body, expected] : bodies)
+        for (int kind = 0; kind < 3; ++kind) {
+            const PelDOMDocument document = parse("<o><r><a/><b/><c/><d/><e/><f/></r></o>");
+            const PelDOMElement root = document.getDocumentElement().getChildElement();
+            const std::string seen = kind == 0   ? visited(root.getChildNodes(), root, body)
+                                     : kind == 1 ? visited(root.getChildElements(), root, body)
+                                                 : visited(root.getElementsByTagName("*"), root, body);
+            EXPECT_EQ(seen, expected) << kind;
+        }
+}
+
+TEST(Ranges, OfAllElementsBelowGoOnBehindWhatIsRemoved) {
+    const auto removes = [](std::initializer_list<const char*> names) {
+        return [names = std::vector(names)](auto& root, auto&) {
+            for (const char* name : names) remove(named(root, name));
+        };
+    };
+    const std::pair<Body, const char*> bodies[] = {{[](auto&, auto& node) { remove(node); }, "adh r(#8)"},
+        {at('e', removes({"d"})), "abcdeh r(a(b c) #8 h)"},
+        {at('f', removes({"d"})), "abcdefh r(a(b c) #8 h)"}, {at('c', removes({"d"})), "abch r(a(b c) #8 h)"},
+        {at('a', removes({"b"})), "acdefgh r(a(c) #8 d(e(f) g) h)"},
+        {at('c', removes({"d", "h"})), "abc r(a(b c) #8)"},
+        {at('a', removes({"h"})), "abcdefg r(a(b c) #8 d(e(f) g))"},
+        {at('a', removes({"h", "g"})), "abcdef r(a(b c) #8 d(e(f)))"},
+        {at('a', removes({"h", "g", "f"})), "abcde r(a(b c) #8 d(e))"},
+        {at('a', removes({"h", "d", "c"})), "ab r(a(b) #8)"},
+        {at('b', removes({"a"})), "abdefgh r(#8 d(e(f) g) h)"},
+        {at('d', [](auto& root, auto& node) { root.appendChild(node); }), "abcdh r(a(b c) #8 h d(e(f) g))"},
+        {at('b', [](auto& root, auto&) { remove(root); }), "abcdefgh r(a(b c) #8 d(e(f) g) h)"}};
+    for (const auto& [body, expected] : bodies) {
+        const PelDOMElement root =
+            rootOf("<o><r><a><b/><c/></a><!----><d><e><f/></e><g/></d><h/></r><z/></o>").getChildElement();
+        EXPECT_EQ(visited(root.getElementsByTagName("*"), root, body), expected);
+    }
+}
+
+TEST(Ranges, KeepTheirTreeAndAreInputRanges) {
+    std::string seen;
+    for (const PelDOMElement child : rootOf("<r><a/><b/></r>").getChildElements()) seen += show(child);
+    EXPECT_EQ(seen, "ab");
+    const PelDOMNodeList list = rootOf("<r><a/><b/><c/></r>").getChildNodes();
+    EXPECT_EQ(std::distance(list.begin(), list.end()), 3);
+    const auto isB = [](const PelDOMNode& node) { return node.getNodeName() == "b"; };
+    auto found = std::find_if(list.begin(), list.end(), isB);
+    const auto copy = found;
+    EXPECT_TRUE(found == copy && found != list.end() && found != list.begin() && isB(*found) && isB(*copy));
+    found++;
+    EXPECT_EQ(show(*found) + show(*copy), "cc"); // the place is shared
+    EXPECT_TRUE(++found == list.end() && !*found && ++found == list.end() && !*copy);
 }

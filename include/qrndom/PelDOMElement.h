@@ -2,6 +2,9 @@
 #pragma once
 
 #include <qrndom/PelDOMNode.h>
+#include <qrndom/PelDOMRanges.h>
+
+#include <vector>
 
 #include <type_traits>
 
@@ -104,6 +107,9 @@ public:
     /// The name of the attribute at a position, in the same way.
     PelString getAttributeNameAt(long index) const;
 
+    /// Copies of all attributes, in the order of their names, as they are now.
+    std::vector<PelDOMAttribute> getAttributes() const;
+
     /// The name as written, prefix included; empty for a null handle.
     PelString getTagName() const;
 
@@ -166,11 +172,24 @@ public:
     /// none, here and below.
     PelDOMElement getChildElement(const PelString& name = u"*") const;
 
+    /// All children that are such elements, for a loop.
+    PelDOMElementRange getChildElements(const PelString& name = u"*") const;
+
     /// The next sibling that is such an element.
     PelDOMElement getNextElement(const PelString& name = u"*") const;
 
     /// The nearest sibling before this one that is such an element.
     PelDOMElement getPreviousElement(const PelString& name = u"*") const;
+
+    /// The part of the tag name before its colon, and the part after it. A name that is not of two
+    /// parts has no prefix. Both are empty for a null handle.
+    PelString getPrefix() const;
+    PelString getLocalName() const; ///< See getPrefix.
+
+    /// What a prefix stands for here, by the nearest attribute `xmlns:prefix` of this element or
+    /// one above it; by `xmlns` for an empty prefix. Empty when it stands for nothing and for a
+    /// null handle.
+    PelString lookupNamespaceURI(const PelString& prefix) const;
 
 private:
     static PelString textOf(bool value);

@@ -146,6 +146,27 @@ public:
     /// Whether there is a child of any kind.
     bool hasChildNodes() const;
 
+    /// The tag name of an element, the target of an instruction, the name of a document type; of
+    /// other kinds "#text", "#cdata-section", "#comment" or "#document". Empty for a null handle.
+    PelString getNodeName() const;
+
+    /// The data of a text, CDATA section, comment or instruction; empty for other kinds and for a
+    /// null handle.
+    PelString getNodeValue() const;
+
+    /// Replaces the data, also by nothing. INVALID_VALUE for other kinds of node and for what XML
+    /// forbids: a character that it does not have, `--` or a last `-` in a comment, `]]>` in a
+    /// CDATA section, `?>` in an instruction. NULL_NODE for a null handle.
+    PelDOM::Error setNodeValue(const PelString& value);
+
+    /// The texts and CDATA sections of an element and of the elements in it, in their order, as one
+    /// string; for other kinds as getNodeValue.
+    PelString getTextContent() const;
+
+    /// Replaces all children of an element by one text, or by none when `text` is empty; for other
+    /// kinds as setNodeValue, with the same codes.
+    PelDOM::Error setTextContent(const PelString& text);
+
     /// Prints the subtree into the diagnostic log: a line for each node and attribute, children
     /// between brackets and two spaces further in. `level` is the depth of this node; 0 and 1 print
     /// it without indentation. Text of line breaks and spaces only is left out.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <qrndom/PelDOM.h>
+#include <qrndom/PelDOMRanges.h>
 #include <qrndom/export.h>
 
 class PelDOMNode;
@@ -13,7 +14,8 @@ class PelDOMNodeListImp;
 /// Lives    as long as the caller likes, and keeps the tree alive as node handles do.
 /// Threads  one thread at a time for all handles into one tree; separate trees are independent.
 /// Errors   codes of PelDOM::Error; it keeps no status.
-/// Cost     a loop of length and item over n nodes takes n steps, whatever other lists are in use;
+/// Cost     a loop by begin and end makes one implementation object a node; a loop of length and
+/// item over n nodes takes n steps, whatever other lists are in use;
 ///          each item makes two implementation objects. Every change of the tree shows at once.
 class QRNDOM_API PelDOMNodeList {
 public:
@@ -62,6 +64,13 @@ public:
     /// Makes `out` a handle to the node at a position from 0 to length() - 1. INDEX_OUT_OF_RANGE
     /// for any other position and NULL_NODE for an empty handle, both leaving `out` as it was.
     virtual PelDOM::Error item(long index, PelDOMNode& out) const;
+
+    /// At the first node that is in the list now; for a loop, see PelDOMIterator. A list of your
+    /// own is gone through by its positions.
+    PelDOMIterator<PelDOMNode> begin() const;
+
+    /// The end of every loop.
+    PelDOMIterator<PelDOMNode> end() const noexcept { return {}; }
 
 protected:
     /// Refers to the list of `other` from now on. When no memory is left for that, the exception

@@ -10,6 +10,7 @@
 #include <qrndom/PelDOMNode.h>
 #include <qrndom/PelDOMNodeList.h>
 #include <qrndom/PelDOMNodeListImp.h>
+#include <qrndom/PelDOMRanges.h>
 #include <qrndom/PelDOMText.h>
 #include <qrndom/PelDOMUtilites.h>
 #include <qrndom/PelString.h>

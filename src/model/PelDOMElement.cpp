@@ -29,6 +29,14 @@ PelDOM::Error scanNumber(const PelString& text, Number& value) {
     return PelNumberScan::scan(text.view(), value) ? PelDOM::SUCCESS : PelDOM::INVALID_VALUE;
 }
 
+// 0 unless there is one colon, with something on both sides of it.
+std::size_t prefixLength(std::u16string_view name) {
+    const std::size_t colon = name.find(u':');
+    const bool isOfTwoParts =
+        colon != name.npos && colon == name.rfind(u':') && colon + 1 < name.size();
+    return isOfTwoParts ? colon : 0;
+}
+
 } // namespace
 
 PelDOMElement::PelDOMElement(PelDOMNodeImp* implementation) : PelDOMNode(implementation) {
@@ -111,6 +119,11 @@ PelString PelDOMElement::getAttributeNameAt(long index) const {
     return content != nullptr ? content->getAttributeNameAt(index) : PelString();
 }
 
+std::vector<PelDOMAttribute> PelDOMElement::getAttributes() const {
+    PelDOMElementImp* const content = imp();
+    return content != nullptr ? content->getAttributes() : std::vector<PelDOMAttribute>();
+}
+
 PelString PelDOMElement::getTagName() const {
     PelDOMElementImp* const content = imp();
     return content != nullptr ? content->getTagName() : PelString();
@@ -181,12 +194,33 @@ PelDOMElement PelDOMElement::getChildElement(const PelString& name) const {
     return PelDOMElement(elementFrom(imp(), Relative::FIRST_CHILD, name));
 }
 
+PelDOMElementRange PelDOMElement::getChildElements(const PelString& name) const {
+    PelDOMElementImp* const content = imp();
+    return PelDOMElementRange(content != nullptr ? content->getChildElements(name) : nullptr);
+}
+
 PelDOMElement PelDOMElement::getNextElement(const PelString& name) const {
     return PelDOMElement(elementFrom(imp(), Relative::NEXT_SIBLING, name));
 }
 
 PelDOMElement PelDOMElement::getPreviousElement(const PelString& name) const {
     return PelDOMElement(elementFrom(imp(), Relative::PREVIOUS_SIBLING, name));
+}
+
+PelString PelDOMElement::getPrefix() const {
+    const PelString name = getTagName();
+    return PelString(name.view().substr(0, prefixLength(name.view())));
+}
+
+PelString PelDOMElement::getLocalName() const {
+    const PelString name = getTagName();
+    const std::size_t length = prefixLength(name.view());
+    return PelString(name.view().substr(length == 0 ? 0 : length + 1));
+}
+
+PelString PelDOMElement::lookupNamespaceURI(const PelString& prefix) const {
+    PelDOMElementImp* const content = imp();
+    return content != nullptr ? content->lookupNamespaceURI(prefix) : PelString();
 }
 
 PelDOMElementImp* PelDOMElement::imp() const {

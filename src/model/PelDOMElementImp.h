@@ -5,6 +5,10 @@
 #include "model/PelDOMNodeImp.h"
 
 #include <qrndom/PelDOM.h>
+#include <qrndom/PelDOMRanges.h>
+
+#include <memory>
+#include <vector>
 
 class PelDOMNodeList;
 
@@ -40,4 +44,11 @@ public:
     /// INTERNAL_ERROR without a node, then INVALID_VALUE for a name or value that XML forbids. The
     /// value may be empty.
     virtual PelDOM::Error putAttribute(const PelString& name, const PelString& value) = 0;
+
+    /// The child elements with a tag name ("*": all), for loops; null without a node.
+    virtual std::shared_ptr<const PelDOMSelection> getChildElements(const PelString& name) = 0;
+
+    virtual std::vector<PelDOMAttribute> getAttributes() = 0;
+
+    virtual PelString lookupNamespaceURI(const PelString& prefix) = 0;
 };

@@ -162,6 +162,26 @@ PelDOMNode PelDOMNode::getPreviousSibling() const {
     return PelDOMNode(relativeOf(imp, Relative::PREVIOUS_SIBLING));
 }
 
+PelString PelDOMNode::getNodeName() const {
+    return imp != nullptr ? imp->getNodeName() : PelString();
+}
+
+PelString PelDOMNode::getNodeValue() const {
+    return imp != nullptr ? imp->getNodeValue() : PelString();
+}
+
+PelDOM::Error PelDOMNode::setNodeValue(const PelString& value) {
+    return imp != nullptr ? imp->setNodeValue(value) : PelDOM::NULL_NODE;
+}
+
+PelString PelDOMNode::getTextContent() const {
+    return imp != nullptr ? imp->getTextContent() : PelString();
+}
+
+PelDOM::Error PelDOMNode::setTextContent(const PelString& text) {
+    return imp != nullptr ? imp->setTextContent(text) : PelDOM::NULL_NODE;
+}
+
 PelDOMNodeList PelDOMNode::getChildNodes() const {
     return PelDOMNodeList(imp != nullptr ? imp->listChildren() : nullptr);
 }

@@ -62,6 +62,18 @@ public:
 
     virtual bool hasChildNodes() const { return false; }
 
+    /// Empty without a node and for kinds of node that have no such thing.
+    virtual PelString getNodeName() const { return {}; }
+    virtual PelString getNodeValue() const { return {}; }
+    virtual PelString getTextContent() const { return {}; }
+
+    /// NULL_NODE without a node, INVALID_VALUE for kinds of node that have no such thing and for
+    /// what XML forbids.
+    virtual PelDOM::Error setNodeValue(const PelString& /*value*/) { return PelDOM::INVALID_VALUE; }
+    virtual PelDOM::Error setTextContent(const PelString& /*text*/) {
+        return PelDOM::INVALID_VALUE;
+    }
+
     /// New objects over live lists, for the caller to own: of the children, and of the elements
     /// below with a tag name. Null without a node.
     virtual PelDOMNodeListImp* listChildren() const { return nullptr; }

@@ -1,9 +1,30 @@
 // SPDX-License-Identifier: MIT
 #include "model/PelDOMListImp.h"
+#include "model/PelDOMNodeImp.h"
 
+#include <qrndom/PelDOMNode.h>
 #include <qrndom/PelDOMNodeList.h>
 
 #include <utility>
+
+namespace {
+
+/// Goes through a list that a user implements.
+class PositionCursor : public PelDOMCursor {
+public:
+    explicit PositionCursor(const PelDOMNodeList& listed) : list(listed) {}
+
+    bool step() override { return list.item(++index, node) == PelDOM::SUCCESS; }
+
+    PelDOMNodeImp* getNode() const override { return node ? node.getNodeImp()->clone() : nullptr; }
+
+private:
+    const PelDOMNodeList list;
+    long index = -1;
+    PelDOMNode node;
+};
+
+} // namespace
 
 PelDOMNodeList::PelDOMNodeList(PelDOMNodeListImp* implementation) : imp(implementation) {
 }
@@ -43,6 +64,14 @@ bool PelDOMNodeList::isSameList(const PelDOMNodeList& other) const noexcept {
     const auto* const own = dynamic_cast<const PelDOMListImp*>(imp);
     const auto* const others = dynamic_cast<const PelDOMListImp*>(other.imp);
     return own != nullptr && others != nullptr && own->isSameList(*others);
+}
+
+PelDOMIterator<PelDOMNode> PelDOMNodeList::begin() const {
+    if (imp == nullptr)
+        return {};
+    const auto* const own = dynamic_cast<const PelDOMListImp*>(imp);
+    return PelDOMIterator<PelDOMNode>(
+        PelDOMPlace(own != nullptr ? own->walk() : std::make_shared<PositionCursor>(*this)));
 }
 
 void PelDOMNodeList::assign(const PelDOMNodeList& other) {

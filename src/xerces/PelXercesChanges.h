@@ -22,7 +22,42 @@ public:
         bool isLeaf = false; ///< It had no children then.
     };
 
-    void record(const Change& change) { latest[total++ % latest.size()] = change; }
+    /// Told of every change, right after it.
+    class Watcher {
+    public:
+        Watcher() = default;
+        Watcher(const Watcher&) = delete;
+        Watcher& operator=(const Watcher&) = delete;
+        virtual void follow(const Change& change) noexcept = 0;
+
+    protected:
+        ~Watcher() = default;
+
+    private:
+        friend class PelXercesChanges;
+
+        Watcher* previous = nullptr;
+        Watcher* next = nullptr;
+    };
+
+    void record(const Change& change) {
+        latest[total++ % latest.size()] = change;
+        for (Watcher* watcher = watchers; watcher != nullptr; watcher = watcher->next)
+            watcher->follow(change);
+    }
+
+    void add(Watcher& watcher) noexcept {
+        watcher.next = watchers;
+        if (watchers != nullptr)
+            watchers->previous = &watcher;
+        watchers = &watcher;
+    }
+
+    void drop(Watcher& watcher) noexcept {
+        (watcher.previous != nullptr ? watcher.previous->next : watchers) = watcher.next;
+        if (watcher.next != nullptr)
+            watcher.next->previous = watcher.previous;
+    }
 
     /// The number of changes so far.
     std::size_t count() const { return total; }
@@ -35,4 +70,5 @@ public:
 private:
     std::array<Change, 32> latest;
     std::size_t total = 0;
+    Watcher* watchers = nullptr;
 };

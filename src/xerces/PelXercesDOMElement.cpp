@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/PelXercesDOMElement.h"
 
+#include "xerces/PelXercesContent.h"
+#include "xerces/PelXercesCursor.h"
 #include "xerces/PelXercesDOMNode.h"
 #include "xerces/PelXercesDOMNodeList.h"
 #include "xerces/PelXercesEditing.h"
@@ -160,4 +162,34 @@ PelDOM::Error PelXercesDOMElement::putAttribute(const PelString& name, const Pel
         return PelDOM::INVALID_VALUE;
     setValue(*element, name.view().data(), value.view().data());
     return PelDOM::SUCCESS;
+}
+
+PelString PelXercesDOMElement::lookupNamespaceURI(const PelString& prefix) {
+    const DOMElement* const element = elementOf(*this);
+    return element != nullptr ? PelXercesContent::namespaceOf(*element, prefix.view())
+                              : PelString();
+}
+
+std::shared_ptr<const PelDOMSelection>
+PelXercesDOMElement::getChildElements(const PelString& name) {
+    const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
+    if (node == nullptr)
+        return nullptr;
+    return std::make_shared<PelXercesChildElements>(
+        PelXercesSelected{*node, PelXercesSelected::CHILD_ELEMENTS, std::u16string(name.view())});
+}
+
+std::vector<PelDOMAttribute> PelXercesDOMElement::getAttributes() {
+    std::vector<PelDOMAttribute> attributes;
+    const DOMElement* const element = elementOf(*this);
+    if (element == nullptr)
+        return attributes;
+    const xercesc::DOMNamedNodeMap& map = *element->getAttributes();
+    attributes.resize(map.getLength());
+    for (std::size_t i = 0; i < attributes.size(); ++i) {
+        const xercesc::DOMNode& attribute = *map.item(i);
+        attributes[i].name = attribute.getNodeName();
+        attributes[i].value = PelXercesLinks::valueOf(attribute);
+    }
+    return attributes;
 }

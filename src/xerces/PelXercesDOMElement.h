@@ -19,4 +19,7 @@ public:
     PelDOM::Error setTagName(const PelString& name) override;
     bool hasAttribute(const PelString& name) override;
     PelDOM::Error putAttribute(const PelString& name, const PelString& value) override;
+    std::shared_ptr<const PelDOMSelection> getChildElements(const PelString& name) override;
+    std::vector<PelDOMAttribute> getAttributes() override;
+    PelString lookupNamespaceURI(const PelString& prefix) override;
 };

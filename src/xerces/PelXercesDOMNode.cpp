@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/PelXercesDOMNode.h"
 
+#include "xerces/PelXercesContent.h"
 #include "xerces/PelXercesCopy.h"
 #include "xerces/PelXercesDOMDocument.h"
 #include "xerces/PelXercesDOMElement.h"
@@ -129,6 +130,26 @@ PelDOMNodeImp* PelXercesDOMNode::getRelative(Relative which) const {
 
 bool PelXercesDOMNode::hasChildNodes() const {
     return node && node->getFirstChild() != nullptr;
+}
+
+PelString PelXercesDOMNode::getNodeName() const {
+    return node ? node->getNodeName() : PelString();
+}
+
+PelString PelXercesDOMNode::getNodeValue() const {
+    return PelXercesContent::valueOf(node);
+}
+
+PelString PelXercesDOMNode::getTextContent() const {
+    return PelXercesContent::textOf(node);
+}
+
+PelDOM::Error PelXercesDOMNode::setNodeValue(const PelString& value) {
+    return node ? PelXercesContent::setValue(node, value) : PelDOM::NULL_NODE;
+}
+
+PelDOM::Error PelXercesDOMNode::setTextContent(const PelString& text) {
+    return node ? PelXercesContent::setText(node, text) : PelDOM::NULL_NODE;
 }
 
 PelDOMNodeListImp* PelXercesDOMNode::listChildren() const {

@@ -31,6 +31,11 @@ public:
     const void* getIdentity() const noexcept override { return node.getNode(); }
     PelDOMNodeImp* getRelative(Relative which) const override;
     bool hasChildNodes() const override;
+    PelString getNodeName() const override;
+    PelString getNodeValue() const override;
+    PelString getTextContent() const override;
+    PelDOM::Error setNodeValue(const PelString& value) override;
+    PelDOM::Error setTextContent(const PelString& text) override;
     PelDOMNodeListImp* listChildren() const override;
     PelDOMNodeListImp* listElements(const PelString& name) const override;
     PelDOM::Error insertBefore(const PelDOMNode& child, const PelDOMNode& before) override;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/PelXercesDOMNodeList.h"
 
+#include "xerces/PelXercesCursor.h"
 #include "xerces/PelXercesDOMNode.h"
 
 #include <qrndom/PelDOMNode.h>
@@ -29,6 +30,10 @@ PelDOMNodeListImp* PelXercesDOMNodeList::clone() {
 // Every list of the library is of this class.
 bool PelXercesDOMNodeList::isSameList(const PelDOMListImp& other) const noexcept {
     return list.isSame(static_cast<const PelXercesDOMNodeList&>(other).list);
+}
+
+std::shared_ptr<PelDOMCursor> PelXercesDOMNodeList::walk() const {
+    return std::make_shared<PelXercesCursor>(list.getSelected());
 }
 
 void PelXercesDOMNodeList::give(PelXercesList engineList, PelDOMNodeList& out) {

@@ -15,6 +15,7 @@ public:
     long length() override;
     PelDOMNodeListImp* clone() override;
     bool isSameList(const PelDOMListImp& other) const noexcept override;
+    std::shared_ptr<PelDOMCursor> walk() const override;
 
     /// Puts a handle to `engineList` into a caller's handle.
     static void give(PelXercesList engineList, PelDOMNodeList& out);

@@ -25,6 +25,10 @@ bool PelXercesList::isSame(const PelXercesList& other) const noexcept {
            name == other.name;
 }
 
+PelXercesSelected PelXercesList::getSelected() const {
+    return {root, ofChildNodes ? PelXercesSelected::CHILDREN : PelXercesSelected::ELEMENTS, name};
+}
+
 std::size_t PelXercesList::length() {
     catchUp();
     if (!knowsLength) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "xerces/PelXercesCursor.h"
 #include "xerces/PelXercesNodeRef.h"
 
 #include <cstddef>
@@ -18,6 +19,9 @@ public:
 
     /// Whether both list the same of the same node.
     bool isSame(const PelXercesList& other) const noexcept;
+
+    /// The same nodes, for a cursor.
+    PelXercesSelected getSelected() const;
 
     std::size_t length();
 

@@ -32,6 +32,24 @@ DOMNode* PelXercesWalk::elementFrom(const DOMNode& node, Relative start, std::u1
     return found;
 }
 
+DOMNode* PelXercesWalk::nextInTree(const DOMNode& root, DOMNode* node) {
+    DOMNode* const child = node->getFirstChild();
+    return child != nullptr ? child : nextBehind(root, node);
+}
+
+DOMNode* PelXercesWalk::nextBehind(const DOMNode& root, const DOMNode* node) {
+    for (; node != &root; node = node->getParentNode())
+        if (DOMNode* const sibling = node->getNextSibling())
+            return sibling;
+    return nullptr;
+}
+
+DOMNode* PelXercesWalk::lastWithin(DOMNode* node) {
+    while (DOMNode* const child = node->getLastChild())
+        node = child;
+    return node;
+}
+
 bool PelXercesWalk::isElement(const DOMNode& node, std::u16string_view name) {
     return node.getNodeType() == DOMNode::ELEMENT_NODE &&
            (name == u"*" || static_cast<const xercesc::DOMElement&>(node).getTagName() == name);

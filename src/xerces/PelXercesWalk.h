@@ -20,6 +20,15 @@ public:
     static xercesc::DOMNode* elementFrom(const xercesc::DOMNode& node, Relative start,
                                          std::u16string_view name);
 
+    /// The node after another one in document order, below `root`; null after the last.
+    static xercesc::DOMNode* nextInTree(const xercesc::DOMNode& root, xercesc::DOMNode* node);
+
+    /// The same without the nodes below that one.
+    static xercesc::DOMNode* nextBehind(const xercesc::DOMNode& root, const xercesc::DOMNode* node);
+
+    /// The last node in document order among a node and all below it.
+    static xercesc::DOMNode* lastWithin(xercesc::DOMNode* node);
+
     /// Whether that is an element with a tag name ("*": any).
     static bool isElement(const xercesc::DOMNode& node, std::u16string_view name);
 };

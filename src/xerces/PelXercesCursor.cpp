@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#include "xerces/PelXercesCursor.h"
+
+#include "xerces/PelXercesDOMNode.h"
+#include "xerces/PelXercesLinks.h"
+#include "xerces/PelXercesWalk.h"
+
+#include <utility>
+
+using xercesc::DOMNode;
+
+PelXercesCursor::PelXercesCursor(PelXercesSelected whatToGoThrough)
+    : selected(std::move(whatToGoThrough)), next(selected.root->getFirstChild()),
+      last(selected.root->getLastChild()) {
+    if (isDeep() && last != nullptr)
+        last = PelXercesWalk::lastWithin(last);
+    selected.root.getTree().changes.add(*this);
+}
+
+PelXercesCursor::~PelXercesCursor() {
+    selected.root.getTree().changes.drop(*this);
+}
+
+bool PelXercesCursor::step() {
+    DOMNode* found = nullptr;
+    while (next != nullptr && found == nullptr) {
+        if (isSelected(*next))
+            found = next;
+        if (next == last)
+            next = nullptr;
+        else
+            next = isDeep() ? PelXercesWalk::nextInTree(*selected.root.getNode(), next)
+                            : next->getNextSibling();
+        PelXercesLinks::fetch(next);
+    }
+    present = selected.root.to(found);
+    return found != nullptr;
+}
+
+PelDOMNodeImp* PelXercesCursor::getNode() const {
+    return PelXercesDOMNode::quietly(present);
+}
+
+void PelXercesCursor::follow(const PelXercesChanges::Change& change) noexcept {
+    if (!change.isRemoval || next == nullptr)
+        return;
+    const DOMNode& root = *selected.root.getNode();
+    const bool losesNext = isWithin(next, change.node);
+    const bool losesLast = isWithin(last, change.node);
+    if (losesNext && losesLast)
+        next = nullptr;
+    else if (losesNext)
+        next =
+            change.next != nullptr ? change.next : PelXercesWalk::nextBehind(root, change.parent);
+    else if (losesLast)
+        last = change.previous == nullptr ? const_cast<DOMNode*>(change.parent)
+               : isDeep()                 ? PelXercesWalk::lastWithin(change.previous)
+                                          : change.previous;
+}
+
+bool PelXercesCursor::isDeep() const {
+    return selected.kind == PelXercesSelected::ELEMENTS;
+}
+
+// Whether a node that is to come goes along with `top`.
+bool PelXercesCursor::isWithin(const DOMNode* node, const DOMNode* top) const {
+    while (isDeep() && node != top && node->getParentNode() != selected.root.getNode())
+        node = node->getParentNode();
+    return node == top;
+}
+
+bool PelXercesCursor::isSelected(const DOMNode& node) const {
+    return selected.kind == PelXercesSelected::CHILDREN ||
+           PelXercesWalk::isElement(node, selected.name);
+}
+
+std::shared_ptr<PelDOMCursor> PelXercesChildElements::walk() const {
+    return std::make_shared<PelXercesCursor>(selected);
+}
