@@ -22,3 +22,17 @@ TEST(Library, StartsANewLogWithEachLoadAndLeavesNothingBehind) {
         EXPECT_EQ(dlopen(QRNDOM_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
     }
 }
+
+// A reader stays loaded at the end: the process ends well with its last read, too.
+TEST(Library, IsUnloadedAfterReads) {
+    for (int round = 0; round < 3; ++round) {
+        void* const reader = dlopen(QRNDOM_READER, RTLD_NOW | RTLD_LOCAL);
+        ASSERT_NE(reader, nullptr) << dlerror();
+        EXPECT_EQ(logged(), "");
+        EXPECT_EQ(reinterpret_cast<int (*)()>(dlsym(reader, "read"))(), 1);
+        EXPECT_NE(logged(), "");
+        if (round == 2) break;
+        ASSERT_EQ(dlclose(reader), 0);
+        EXPECT_EQ(dlopen(QRNDOM_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
+    }
+}

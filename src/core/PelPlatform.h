@@ -32,6 +32,8 @@ public:
     /// A file open for reading.
     class InputFile {
     public:
+        /// A regular file is one that holds its bytes: none that a kernel makes up, as in /proc.
+        /// Nothing else is opened for it, not even for a moment.
         enum class Kind { regularFile, anyButFolder };
 
         /// Never waits: a FIFO that nobody writes to is an empty file.

@@ -5,10 +5,12 @@
 #include <cstdint>
 #include <cstdlib>
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <locale.h>
 #include <memory>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 namespace {
@@ -20,11 +22,39 @@ bool isOwnRegularFile(int file) {
            status.st_nlink == 1;
 }
 
-bool isOfKind(int file, PelPlatform::InputFile::Kind kind) {
-    struct stat status = {};
-    return fstat(file, &status) == 0 &&
-           (kind == PelPlatform::InputFile::Kind::regularFile ? S_ISREG(status.st_mode)
-                                                              : !S_ISDIR(status.st_mode));
+// Files of these are not what they are made to look like: reading some of them waits for news or
+// takes it from others.
+bool isOfKernel(const char* path) {
+    struct statfs system = {};
+    return statfs(path, &system) != 0 || system.f_type == PROC_SUPER_MAGIC ||
+           system.f_type == SYSFS_MAGIC || system.f_type == DEBUGFS_MAGIC ||
+           system.f_type == TRACEFS_MAGIC;
+}
+
+// Opening alone can do something to a device or to who waits for a FIFO's reader, so what a file is
+// is looked at first. It must not have become another until it is open.
+int openRegularFile(const char* path, int flags) {
+    struct stat seen = {};
+    struct stat opened = {};
+    if (stat(path, &seen) != 0 || !S_ISREG(seen.st_mode) || isOfKernel(path))
+        return -1;
+    const int file = open(path, flags);
+    if (file < 0 ||
+        (fstat(file, &opened) == 0 && opened.st_dev == seen.st_dev && opened.st_ino == seen.st_ino))
+        return file;
+    close(file);
+    return -1;
+}
+
+// Only the opening must not wait: reads from a pipe wait for what its writer has to say.
+int openAnyButFolder(const char* path, int flags) {
+    struct stat opened = {};
+    const int file = open(path, flags);
+    if (file < 0 ||
+        (fstat(file, &opened) == 0 && !S_ISDIR(opened.st_mode) && fcntl(file, F_SETFL, 0) == 0))
+        return file;
+    close(file);
+    return -1;
 }
 
 } // namespace
@@ -66,13 +96,9 @@ std::size_t PelPlatform::regularFileSize(const std::string& path) noexcept {
                : 0;
 }
 
-// Only the opening must not wait: reads from a pipe wait for what its writer has to say.
 PelPlatform::InputFile::InputFile(const std::string& path, Kind kind) noexcept
-    : file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {
-    if (file < 0 || (isOfKind(file, kind) && fcntl(file, F_SETFL, 0) == 0))
-        return;
-    close(file);
-    file = -1;
+    : file((kind == Kind::regularFile ? openRegularFile : openAnyButFolder)(
+          path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {
 }
 
 PelPlatform::InputFile::~InputFile() {

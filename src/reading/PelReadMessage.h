@@ -4,10 +4,10 @@
 #include <qrndom/PelString.h>
 
 /// Why the calling thread's last read failed: one line, "file:line:column: message", empty after a
-/// read that succeeded.
+/// read that succeeded. A line of thousands of characters loses its beginning.
 class PelReadMessage {
 public:
-    static const PelString& get() noexcept;
+    static PelString get();
     static void set(const PelString& line) noexcept;
     static void clear() noexcept;
 

@@ -35,7 +35,7 @@ int hexValue(char digit) {
     return found == digits.npos ? -1 : static_cast<int>(found % 16);
 }
 
-// The bytes that a URL's path stands for, as UTF-8.
+// The bytes that a URL's path stands for, as UTF-8; nothing for a path with a NUL.
 PelString withoutEscapes(const PelString& urlPath) {
     const std::string escaped = urlPath.toUtf8();
     std::string path;
@@ -47,7 +47,7 @@ PelString withoutEscapes(const PelString& urlPath) {
         if (low >= 0)
             i += 2;
     }
-    return PelString(path.c_str());
+    return path.find('\0') == path.npos ? PelString(path.c_str()) : PelString();
 }
 
 bool isLocalFile(const XMLURL& url) {
@@ -71,9 +71,12 @@ PelXercesLocalResolver::resolveEntity(xercesc::XMLResourceIdentifier* resource) 
         xercesc::XMLUri::normalizeURI(name, plainName);
         return new (&memory) PelXercesFileSource(base, plainName.getRawBuffer(), memory);
     }
-    if (isLocalFile(url))
-        return new (&memory)
-            PelXercesFileSource(PelString(), withoutEscapes(url.getPath()), memory);
+    if (isLocalFile(url)) {
+        const PelString path = withoutEscapes(url.getPath());
+        if (path.isEmpty() != 0)
+            return new (&memory) UnreadableSource(name, memory);
+        return new (&memory) PelXercesFileSource(PelString(), path, memory);
+    }
 #ifdef QRNDOM_REMOTE_ENTITIES
     return new (&memory) PelXercesChecked<xercesc::URLInputSource>(memory, url);
 #else

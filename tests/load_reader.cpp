@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+// A plug-in that reads while it is loaded, and once more when it goes.
+#include <qrndom/QRNDOM.h>
+
+#include <cstdlib>
+#include <string>
+#include <thread>
+
+static PelString messageOf(const char* text) {
+    PelDOMUtilites& services = *PelDOMUtilites::getUtilities(PelDOM::PLATFORM_XERCES);
+    services.readDocumentFromStringA(text);
+    return PelDOMUtilites::getLastReadMessage();
+}
+
+static struct LastReader {
+    ~LastReader() {
+        if (messageOf("<a>").isEmpty() == 1) std::abort();
+        PelDOMUtilites::releaseUtilities();
+    }
+} lastReader;
+
+/// Whether reads succeed and fail as they should, on this thread and on one that ends before.
+extern "C" int read() {
+    bool isRight = true;
+    const auto use = [&] {
+        isRight = isRight && messageOf("<a>").isEmpty() == 0 &&
+                  messageOf("<!DOCTYPE a [<!ELEMENT a ANY>]><a/>").isEmpty() == 1 &&
+                  messageOf("<?xml version='1.0' encoding='Shift_JIS'?><a>\x82</a>").isEmpty() == 0 &&
+                  messageOf("<a/>").isEmpty() == 1;
+        isRight = isRight && messageOf(("<a>" + std::string(5000, 'x')).c_str()).isEmpty() == 0;
+    };
+    std::thread(use).join();
+    use();
+    return isRight ? 1 : 0;
+}
