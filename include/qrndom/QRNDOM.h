@@ -13,5 +13,6 @@
 #include <qrndom/PelDOMRanges.h>
 #include <qrndom/PelDOMText.h>
 #include <qrndom/PelDOMUtilites.h>
+#include <qrndom/PelDOMWriter.h>
 #include <qrndom/PelString.h>
 #include <qrndom/export.h>

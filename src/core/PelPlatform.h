@@ -51,6 +51,9 @@ public:
         int file;
     };
 
+    /// What an error number of the system means, in English.
+    static std::string errorText(int error);
+
     /// The process's current directory; empty when it is gone.
     static PelString currentDirectory();
 

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <linux/magic.h>
 #include <locale.h>
@@ -118,6 +119,11 @@ long PelPlatform::InputFile::read(void* memory, std::size_t wanted) noexcept {
             return -1;
     }
     return static_cast<long>(count);
+}
+
+std::string PelPlatform::errorText(int error) {
+    const char* const text = strerrordesc_np(error);
+    return text != nullptr ? text : "error " + std::to_string(error);
 }
 
 PelString PelPlatform::currentDirectory() {

@@ -2,20 +2,17 @@
 #include "output/PelXercesDocumentWriter.h"
 
 #include "output/PelOutputSettings.h"
-#include "output/PelXercesDOMPrintFormatTarget.h"
+#include "output/PelXercesEncoder.h"
 #include "output/PelXercesMarkup.h"
 #include "output/PelXercesNodeWriter.h"
+#include "output/PelXercesRefusal.h"
 #include "output/PelXercesRepertoire.h"
 #include "xerces/PelXercesDOMNode.h"
 #include "xerces/PelXercesDeclaration.h"
-#include "xerces/PelXercesMemory.h"
 
-#include <xercesc/framework/XMLFormatter.hpp>
 #include <xercesc/util/XMLException.hpp>
 
 #include <string>
-
-using xercesc::XMLFormatter;
 
 namespace {
 
@@ -50,6 +47,8 @@ PelDOM::Error PelXercesDocumentWriter::write(const PelDOMDocument& document) {
             writeToFile(*node.getNode(), encoding);
         else
             writeToString(*node.getNode(), encoding);
+    } catch (const PelXercesRefusal&) {
+        return PelDOM::INTERNAL_ERROR;
     } catch (const xercesc::XMLException&) {
         return PelDOM::INTERNAL_ERROR;
     }
@@ -59,11 +58,8 @@ PelDOM::Error PelXercesDocumentWriter::write(const PelDOMDocument& document) {
 void PelXercesDocumentWriter::writeToFile(const xercesc::DOMNode& document,
                                           const std::u16string& encoding) {
     PelXercesRepertoire repertoire(encoding);
-    PelXercesDOMPrintFormatTarget target(*file);
-    PelXercesJobMemory memory; // a formatter that cannot be made loses some
-    XMLFormatter formatter(encoding.c_str(), &target, XMLFormatter::NoEscapes,
-                           XMLFormatter::UnRep_CharRef, &memory);
-    PelXercesMarkup out(repertoire, &formatter);
+    PelXercesEncoder encoder(encoding, repertoire, *file);
+    PelXercesMarkup out(repertoire, &encoder);
     file->setTextMode(repertoire.hasByteLineFeed());
     PelXercesNodeWriter(out, encoding, hasNewlines).writeNode(*file, document);
     if (hasNewlines)

@@ -1,58 +1,38 @@
 // SPDX-License-Identifier: MIT
 #include "output/PelXercesMarkup.h"
 
+#include "output/PelXercesEncoder.h"
+#include "output/PelXercesRefusal.h"
 #include "output/PelXercesRepertoire.h"
-
-#include <xercesc/util/PlatformUtils.hpp>
-#include <xercesc/util/TranscodingException.hpp>
 
 #include <algorithm>
 #include <array>
 #include <charconv>
 
-using xercesc::XMLFormatter;
+using Fate = PelXercesPlace::Fate;
 
 namespace {
-
-// Handed on when this many units have come together.
-constexpr std::size_t enough = std::size_t{32} * 1024;
-
-// The formatter converts into a buffer of 16 KiB. Pieces that always fit leave no encoder with
-// bytes to keep for the next call: no encoding takes more than 16 bytes for a unit.
-constexpr std::size_t narrowPiece = 1024;
-
-bool isHighSurrogate(char16_t unit) {
-    return (unit & 0xFC00) == 0xD800;
-}
 
 bool isSurrogate(char16_t unit) {
     return (unit & 0xF800) == 0xD800;
 }
 
-bool isLowSurrogate(char16_t unit) {
-    return (unit & 0xFC00) == 0xDC00;
+bool isPair(char16_t high, char16_t low) {
+    return (high & 0xFC00) == 0xD800 && (low & 0xFC00) == 0xDC00;
 }
 
-// The formatter's escape modes, as bits.
-constexpr unsigned char noEscapes = 1;
-constexpr unsigned char textEscapes = 2;      // CharEscapes
-constexpr unsigned char attributeEscapes = 4; // AttrEscapes
-
-constexpr std::array<unsigned char, 64> makeSpecials() {
-    std::array<unsigned char, 64> table{};
-    table[0] = noEscapes | textEscapes | attributeEscapes; // ends the text in every mode
-    for (const char16_t unit : {u'&', u'<', u'>', u'\r'})
-        table[unit] |= textEscapes;
-    for (const char16_t unit : {u'&', u'<', u'"', u'\n', u'\r', u'\t'})
-        table[unit] |= attributeEscapes;
-    return table;
+char32_t characterAt(const char16_t* units) {
+    return isPair(units[0], units[1])
+               ? 0x10000 + ((units[0] - 0xD800U) << 10) + (units[1] - 0xDC00U)
+               : units[0];
 }
 
-constexpr std::array<unsigned char, 64> specials = makeSpecials();
-
-// Whether a mode does not let a unit stand as it is.
-bool isSpecial(char16_t unit, unsigned char mode) {
-    return unit < specials.size() && (specials[unit] & mode) != 0;
+// Of a unit beyond ASCII.
+bool stands(char16_t unit, const PelXercesPlace& place) {
+    if (unit >= 0xD800 && (isSurrogate(unit) || (unit >= 0xFFFE && place.isChecked)))
+        return false;
+    // Readers of XML 1.1 take two of these for line ends, and the rest only as references.
+    return !place.isVersion11 || (unit >= 0xA0 && unit != 0x2028);
 }
 
 std::u16string_view entityFor(char16_t unit) {
@@ -74,97 +54,138 @@ std::u16string_view entityFor(char16_t unit) {
     }
 }
 
+[[noreturn]] void refuse(const char16_t* units, const PelXercesPlace& place) {
+    const bool isBeyondXml = (*units < u' ' && !place.isVersion11) || *units >= 0xFFFE;
+    PelString reason;
+    if (isSurrogate(*units) && !isPair(units[0], units[1]))
+        reason.format(u"%s holds half a surrogate pair, U+%04X", place.name, unsigned{*units});
+    else
+        reason.format(
+            isBeyondXml
+                ? u"%s holds U+%04X, which XML forbids"
+                : u"%s holds U+%04X, which can stand there neither itself nor as a reference",
+            place.name, static_cast<unsigned>(characterAt(units)));
+    throw PelXercesRefusal{reason};
+}
+
 } // namespace
 
 PelXercesMarkup::PelXercesMarkup(PelXercesRepertoire& outputRepertoire,
-                                 XMLFormatter* outputFormatter)
-    : repertoire(outputRepertoire), formatter(outputFormatter) {
+                                 PelXercesEncoder* outputEncoder)
+    : repertoire(outputRepertoire), encoder(outputEncoder),
+      isUniversal(outputRepertoire.holdsEverything()) {
 }
 
-PelXercesMarkup& PelXercesMarkup::plain(const char16_t* characters) {
-    return add(characters, noEscapes);
+PelXercesMarkup& PelXercesMarkup::add(const char16_t* characters, const PelXercesPlace& place) {
+    if (characters == nullptr)
+        return *this;
+    for (;;) {
+        characters = addStanding(characters, place);
+        if (*characters == 0)
+            break;
+        characters = addOther(characters, place);
+    }
+    flushIfEnough();
+    return *this;
 }
 
-PelXercesMarkup& PelXercesMarkup::text(const char16_t* characters) {
-    return add(characters, textEscapes);
+const char16_t* PelXercesMarkup::addStanding(const char16_t* characters,
+                                             const PelXercesPlace& place) {
+    const char16_t* end = characters;
+    const auto isPlain = [&place](char16_t unit) {
+        return unit < place.ascii.size() ? place.ascii[unit] == Fate::stands : stands(unit, place);
+    };
+    if (isUniversal)
+        while (isPlain(*end))
+            ++end;
+    else
+        while (isPlain(*end) && repertoire.holds(*end))
+            ++end;
+    append(characters, static_cast<std::size_t>(end - characters));
+    return end;
 }
 
-PelXercesMarkup& PelXercesMarkup::attributeValue(const char16_t* characters) {
-    return add(characters, attributeEscapes);
+Fate PelXercesMarkup::fateOf(const char16_t* characters, const PelXercesPlace& place) const {
+    const char16_t unit = *characters;
+    if (unit < place.ascii.size() && place.ascii[unit] != Fate::stands)
+        return place.ascii[unit];
+    if (isSurrogate(unit)) {
+        if (!isPair(unit, characters[1]))
+            return Fate::refused;
+        return isUniversal || repertoire.holds(unit, characters[1]) ? Fate::stands
+                                                                    : place.otherwise;
+    }
+    if (unit >= 0xFFFE && place.isChecked)
+        return Fate::refused;
+    return (unit < place.ascii.size() || stands(unit, place)) &&
+                   (isUniversal || repertoire.holds(unit))
+               ? Fate::stands
+               : place.otherwise;
 }
 
-PelXercesMarkup& PelXercesMarkup::addKnown(const char16_t* characters) {
-    if (!repertoire.holdsEverything())
-        return add(characters, noEscapes);
-    gathered.append(characters);
+const char16_t* PelXercesMarkup::addOther(const char16_t* characters, const PelXercesPlace& place) {
+    const std::size_t units = isSurrogate(*characters) ? 2 : 1;
+    switch (fateOf(characters, place)) {
+    case Fate::ends:
+    case Fate::stands:
+        append(characters, units);
+        break;
+    case Fate::entity:
+        append(entityFor(*characters));
+        break;
+    case Fate::reference:
+        addReference(characterAt(characters));
+        break;
+    case Fate::newline:
+        if (characters[1] != u'\n')
+            append(u"\n");
+        break;
+    case Fate::bracket:
+        if (characters[1] == u']' && characters[2] == u'>')
+            append(u"]]]]><![CDATA[>");
+        else
+            append(u"]");
+        return characters + (characters[1] == u']' && characters[2] == u'>' ? 3 : 1);
+    case Fate::refused:
+        refuse(characters, place);
+    }
+    return characters + units;
+}
+
+PelXercesMarkup& PelXercesMarkup::addLine(std::size_t spaces) {
+    append(u"\n");
+    if (gathered.size() - used < spaces)
+        grow(spaces);
+    std::fill_n(&gathered[used], spaces, u' ');
+    used += spaces;
     flushIfEnough();
     return *this;
 }
 
 void PelXercesMarkup::flush() {
-    if (formatter == nullptr)
+    if (encoder == nullptr)
         return;
-    const std::u16string_view all = gathered;
-    const std::size_t piece = repertoire.holdsEverything() ? enough : narrowPiece;
-    for (std::size_t begin = 0; begin < all.size();) {
-        std::size_t end = std::min(begin + piece, all.size());
-        if (isHighSurrogate(all[end - 1]))
-            --end;
-        formatter->formatBuf(all.data() + begin, end - begin, XMLFormatter::NoEscapes,
-                             XMLFormatter::UnRep_Fail);
-        begin = end;
-    }
-    gathered.clear();
+    encoder->encode({gathered.data(), used});
+    used = 0;
 }
 
-PelXercesMarkup& PelXercesMarkup::add(const char16_t* characters, unsigned char mode) {
-    if (characters == nullptr)
-        return *this;
-    const bool isUniversal = repertoire.holdsEverything();
-    for (;;) {
-        const char16_t* const run = characters;
-        if (isUniversal)
-            while (!isSpecial(*characters, mode) && !isSurrogate(*characters))
-                ++characters;
-        else
-            while (!isSpecial(*characters, mode) && !isSurrogate(*characters) &&
-                   repertoire.holds(*characters))
-                ++characters;
-        gathered.append(run, characters);
-        const char16_t unit = *characters;
-        if (unit == 0)
-            break;
-        ++characters;
-        if (isSpecial(unit, mode)) {
-            gathered.append(entityFor(unit));
-        } else if (!isSurrogate(unit)) {
-            addReference(unit);
-        } else {
-            if (!isHighSurrogate(unit) || !isLowSurrogate(*characters))
-                ThrowXML(xercesc::TranscodingException, xercesc::XMLExcepts::Trans_BadSrcSeq);
-            const char16_t low = *characters++;
-            if (isUniversal || repertoire.holds(unit, low))
-                gathered.append({unit, low});
-            else
-                addReference(0x10000 + ((unit - 0xD800U) << 10) + (low - 0xDC00U));
-        }
-    }
-    flushIfEnough();
-    return *this;
+std::u16string PelXercesMarkup::takeText() {
+    gathered.resize(used);
+    return std::move(gathered);
 }
 
-void PelXercesMarkup::flushIfEnough() {
-    if (gathered.size() >= enough)
-        flush();
+void PelXercesMarkup::grow(std::size_t length) {
+    gathered.resize(std::max(used + length, 2 * gathered.size()));
 }
 
 void PelXercesMarkup::addReference(char32_t character) {
     std::array<char, 8> digits{};
     const auto result = std::to_chars(digits.data(), digits.data() + digits.size(),
                                       static_cast<unsigned long>(character), 16);
-    gathered.append(u"&#x");
-    std::transform(digits.data(), result.ptr, std::back_inserter(gathered), [](char digit) {
-        return static_cast<char16_t>(digit >= 'a' ? digit - 'a' + 'A' : digit);
-    });
-    gathered.push_back(u';');
+    append(u"&#x");
+    for (const char* digit = digits.data(); digit != result.ptr; ++digit) {
+        const auto unit = static_cast<char16_t>(*digit >= 'a' ? *digit - 'a' + 'A' : *digit);
+        append(&unit, 1);
+    }
+    append(u";");
 }

@@ -66,7 +66,7 @@ void PelXercesNodeWriter::begin(const DOMNode& node, DOMNode::NodeType type) {
         beginElement(node);
         break;
     case DOMNode::TEXT_NODE:
-        out.text(node.getNodeValue());
+        out.add(node.getNodeValue(), PelXercesPlace::uncheckedText);
         break;
     case DOMNode::CDATA_SECTION_NODE:
         out.markup(u"<![CDATA[").plain(node.getNodeValue()).markup(u"]]>");
@@ -103,7 +103,8 @@ void PelXercesNodeWriter::beginElement(const DOMNode& element) {
     for (XMLSize_t i = 0; i < count; ++i) {
         const DOMNode& attribute = *attributes.item(i);
         out.markup(u" ").name(attribute.getNodeName()).markup(u"=\"");
-        out.attributeValue(PelXercesLinks::valueOf(attribute)).markup(u"\"");
+        out.add(PelXercesLinks::valueOf(attribute), PelXercesPlace::uncheckedAttribute)
+            .markup(u"\"");
     }
     if (element.getFirstChild() != nullptr)
         out.markup(u">");

@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "output/PelXercesRepertoire.h"
 
+#include <xercesc/framework/XMLRecognizer.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/TranscodingException.hpp>
 #include <xercesc/util/XMLUCS4Transcoder.hpp>
 #include <xercesc/util/XMLUTF16Transcoder.hpp>
 #include <xercesc/util/XMLUTF8Transcoder.hpp>
 
+#include <algorithm>
 #include <array>
+#include <string_view>
 
 using xercesc::XMLPlatformUtils;
+using xercesc::XMLRecognizer;
 using xercesc::XMLTranscoder;
 
 namespace {
@@ -36,10 +40,31 @@ PelXercesRepertoire::PelXercesRepertoire(const std::u16string& encoding)
       units(isUniversal ? 0 : 0x10000, Answer::unknown) {
 }
 
+bool PelXercesRepertoire::isUtf8() const {
+    return dynamic_cast<xercesc::XMLUTF8Transcoder*>(converter.get()) != nullptr;
+}
+
+bool PelXercesRepertoire::isUtf16() const {
+    return dynamic_cast<xercesc::XMLUTF16Transcoder*>(converter.get()) != nullptr;
+}
+
+bool PelXercesRepertoire::isRecognised() const {
+    constexpr std::u16string_view start = u"<?xml version";
+    std::array<XMLByte, blockSize> bytes{};
+    XMLSize_t eaten = 0;
+    const XMLSize_t count =
+        converter->transcodeTo(start.data(), start.size(), bytes.data(), bytes.size(), eaten,
+                               XMLTranscoder::UnRep_RepChar);
+    const bool isAscii =
+        std::equal(start.begin(), start.end(), bytes.begin(), bytes.begin() + count);
+    return isAscii ||
+           XMLRecognizer::basicEncodingProbe(bytes.data(), count) != XMLRecognizer::UTF_8;
+}
+
 bool PelXercesRepertoire::holds(char16_t unit) {
     Answer& answer = units[unit];
     if (answer == Answer::unknown)
-        answer = converter->canTranscodeTo(unit) ? Answer::yes : Answer::no;
+        answer = comesBack({&unit, 1}) ? Answer::yes : Answer::no;
     return answer == Answer::yes;
 }
 
@@ -48,19 +73,28 @@ bool PelXercesRepertoire::holds(char16_t high, char16_t low) {
     const auto known = pairs.find(key);
     if (known != pairs.end())
         return known->second;
-    const std::array<XMLCh, 2> pair{high, low};
+    const std::array<char16_t, 2> pair{high, low};
+    return pairs[key] = comesBack({pair.data(), pair.size()});
+}
+
+// Converters leave characters out that nobody sees, and put a `<` for one that looks like it.
+// Between two letters, a converter is in the state in which it began.
+bool PelXercesRepertoire::comesBack(std::u16string_view character) const {
+    const std::u16string text = u"x" + std::u16string(character) + u"x";
     std::array<XMLByte, blockSize> bytes{};
+    std::array<XMLCh, blockSize> back{};
+    std::array<unsigned char, blockSize> sizes{};
     XMLSize_t eaten = 0;
-    bool isHeld = false;
     try {
         const XMLSize_t count =
-            converter->transcodeTo(pair.data(), pair.size(), bytes.data(), bytes.size(), eaten,
+            converter->transcodeTo(text.data(), text.size(), bytes.data(), bytes.size(), eaten,
                                    XMLTranscoder::UnRep_Throw);
-        isHeld = count > 0 && eaten == pair.size();
+        const XMLSize_t length = converter->transcodeFrom(bytes.data(), count, back.data(),
+                                                          back.size(), eaten, sizes.data());
+        return std::u16string_view(back.data(), length) == text;
     } catch (const xercesc::TranscodingException&) {
-        isHeld = false;
+        return false;
     }
-    return pairs[key] = isHeld;
 }
 
 bool PelXercesRepertoire::hasByteLineFeed() const {

@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "core/PelPlatform.h"
+#include "core/PelPlatformReplacement.h"
+#include "output/PelFileStream.h"
+#include "output/PelStringStream.h"
+#include "output/PelXercesRefusal.h"
+#include "output/PelXercesWrite.h"
+#include "xerces/PelXercesDOMNode.h"
+
+#include <qrndom/PelDOMNode.h>
+#include <qrndom/PelDOMWriter.h>
+
+#include <xercesc/util/XMLException.hpp>
+
+#include <algorithm>
+#include <ostream>
+#include <utility>
+
+struct PelDOMWriter::Body {
+    PelWriteSettings settings;
+    PelString message;
+
+    /// `name` is what is written to, for the message.
+    template <class Send>
+    PelDOM::Error write(const PelDOMNode& node, const PelString& name, Send send) {
+        message = PelString();
+        const PelDOMNodeImp* const imp = node.getNodeImp();
+        const PelXercesNodeRef ref =
+            imp != nullptr ? PelXercesDOMNode::of(*imp) : PelXercesNodeRef();
+        if (!ref) {
+            fail(name, u"there is no node to write");
+            return PelDOM::NULL_NODE;
+        }
+        try {
+            PelXercesWrite job(settings, *ref.getNode());
+            send(job);
+            return PelDOM::SUCCESS;
+        } catch (const PelXercesRefusal& refusal) {
+            fail(name, refusal.reason);
+        } catch (const xercesc::XMLException& exception) {
+            fail(name, exception.getMessage());
+        }
+        return PelDOM::INTERNAL_ERROR;
+    }
+
+    void fail(const PelString& name, const PelString& reason) {
+        message = name.isEmpty() == 0 ? name + u": " + reason : reason;
+    }
+};
+
+PelDOMWriter::PelDOMWriter() : body(std::make_unique<Body>()) {
+}
+
+PelDOMWriter::PelDOMWriter(const PelDOMWriter& other) : body(std::make_unique<Body>(*other.body)) {
+}
+
+PelDOMWriter& PelDOMWriter::operator=(const PelDOMWriter& other) {
+    *body = Body(*other.body);
+    return *this;
+}
+
+PelDOMWriter::~PelDOMWriter() = default;
+
+void PelDOMWriter::setIndent(int spaces) noexcept {
+    body->settings.indent = std::max(spaces, 0);
+}
+
+int PelDOMWriter::getIndent() const noexcept {
+    return body->settings.indent;
+}
+
+void PelDOMWriter::setLineEnds(LineEnds ends) noexcept {
+    body->settings.lineEnds = ends;
+}
+
+PelDOMWriter::LineEnds PelDOMWriter::getLineEnds() const noexcept {
+    return body->settings.lineEnds;
+}
+
+void PelDOMWriter::setEncoding(const PelString& encoding) {
+    body->settings.encoding = encoding;
+}
+
+PelString PelDOMWriter::getEncoding() const {
+    return body->settings.encoding;
+}
+
+void PelDOMWriter::setDeclaration(bool isWanted) noexcept {
+    body->settings.hasDeclaration = isWanted;
+}
+
+bool PelDOMWriter::getDeclaration() const noexcept {
+    return body->settings.hasDeclaration;
+}
+
+PelDOM::Error PelDOMWriter::writeFile(const PelDOMNode& node, const PelString& name) {
+    return body->write(node, name, [&name](PelXercesWrite& job) {
+        PelPlatformReplacement file(PelPlatform::fileSystemName(name));
+        if (file.isInPlace()) {
+            std::ostream nowhere(nullptr);
+            job.to(nowhere);
+        }
+        bool isGood = file.open();
+        if (isGood) {
+            PelFileStream stream(file);
+            job.to(stream);
+            isGood = stream.flush() && file.complete();
+        }
+        if (!isGood)
+            throw PelXercesRefusal{PelString(file.getTrouble().c_str())};
+    });
+}
+
+PelDOM::Error PelDOMWriter::writeBytes(const PelDOMNode& node, std::string& bytes) {
+    return body->write(node, PelString(), [&bytes](PelXercesWrite& job) {
+        std::string written;
+        PelStringStream stream(written);
+        job.to(stream);
+        bytes = std::move(written);
+    });
+}
+
+PelDOM::Error PelDOMWriter::writeStream(const PelDOMNode& node, std::ostream& stream) {
+    return body->write(node, PelString(), [&stream](PelXercesWrite& job) {
+        std::ostream nowhere(nullptr);
+        job.to(nowhere);
+        job.to(stream);
+        if (!stream.flush())
+            throw PelXercesRefusal{u"the stream has failed"};
+    });
+}
+
+PelString PelDOMWriter::getMessage() const {
+    return body->message;
+}

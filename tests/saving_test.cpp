@@ -1,0 +1,366 @@
+// SPDX-License-Identifier: MIT
+#include "support.h"
+#include "xerces/PelXercesDOMNode.h"
+#include "xerces/PelXercesDeclaration.h"
+
+#include <unicode/unistr.h>
+#include <xercesc/dom/DOM.hpp>
+#include <xercesc/dom/impl/DOMDocumentTypeImpl.hpp>
+
+#include <thread>
+
+namespace {
+
+struct Settings {
+    int indent = 0;
+    const char* encoding = "UTF-8";
+    bool hasDeclaration = true;
+    PelDOMWriter::LineEnds ends = PelDOMWriter::LF;
+
+    PelDOMWriter writer() const {
+        PelDOMWriter made;
+        made.setIndent(indent);
+        made.setEncoding(encoding);
+        made.setDeclaration(hasDeclaration);
+        made.setLineEnds(ends);
+        return made;
+    }
+};
+
+const Settings indented{2, "UTF-8", false};
+const Settings latin{0, "ISO-8859-1", false};
+const std::string declared = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+
+// What a node is written as, to bytes and to a stream alike. When it is not, both are untouched, and this is
+// the code and the message.
+std::string saved(const PelDOMNode& node, const Settings& settings = {}) {
+    PelDOMWriter writer = settings.writer();
+    std::string bytes = "kept";
+    std::ostringstream stream;
+    const PelDOM::Error code = writer.writeBytes(node, bytes);
+    const std::string message = writer.getMessage().toUtf8();
+    EXPECT_EQ(writer.writeStream(node, stream), code);
+    EXPECT_EQ(writer.getMessage().toUtf8(), message);
+    EXPECT_EQ(message.empty(), code == PelDOM::SUCCESS);
+    EXPECT_EQ(stream.str(), code == PelDOM::SUCCESS ? bytes : "");
+    if (code == PelDOM::SUCCESS) return bytes;
+    EXPECT_EQ(bytes, "kept");
+    return answers({code}) + ": " + message;
+}
+
+PelDOMDocument readBytes(const std::string& bytes) {
+    return services().readDocumentFromStringA(PelString::fromLatin1(bytes.data(), bytes.size()));
+}
+
+xercesc::DOMDocument& engineOf(const PelDOMDocument& document) {
+    return *PelXercesDOMNode::of(*document.getNodeImp()).getDocument();
+}
+
+// A document whose root holds what only programs can make.
+PelDOMDocument holding(const std::function<xercesc::DOMNode*(xercesc::DOMDocument&)>& make) {
+    const PelDOMDocument document = parse("<r/>");
+    xercesc::DOMDocument& engine = engineOf(document);
+    engine.getDocumentElement()->appendChild(make(engine));
+    return document;
+}
+
+struct OpenType : xercesc::DOMDocumentTypeImpl {
+    using xercesc::DOMDocumentTypeImpl::setInternalSubset;
+};
+
+} // namespace
+
+TEST(Saving, AddsNothingWithinElements) {
+    const std::pair<const char*, const char*> cases[] = {{"<r></r>", "<r/>\n"},
+        {"<!--c--> <?p d?>\n<!DOCTYPE r [<!ELEMENT r ANY>]><r/> <?q?>",
+            "<!--c-->\n<?p d?>\n<!DOCTYPE r [<!ELEMENT r ANY>]>\n<r/>\n<?q?>\n"},
+        {"<!DOCTYPE r [<!ELEMENT r (a)><!ELEMENT a EMPTY><!NOTATION n PUBLIC \"p'\" 's\"'>]><r> <a/> </r>",
+            "<!DOCTYPE r [<!ELEMENT r (a)><!ELEMENT a EMPTY><!NOTATION n PUBLIC \"p'\" "
+            "'s\"'>]>\n<r><a/></r>\n"},
+        {"<r b='2' a='&lt;&amp;\"&#9;&#10;&#13;'>\n <a/>t&amp;&gt;&#13;<!-- - --><![CDATA[<]>]]></r>",
+            "<r a=\"&lt;&amp;&quot;&#x9;&#xA;&#xD;\" b=\"2\">\n <a/>t&amp;&gt;&#xD;<!-- - "
+            "--><![CDATA[<]>]]></r>\n"}};
+    for (const auto& [text, expected] : cases) {
+        EXPECT_EQ(saved(parse(text)), declared + expected);
+        EXPECT_EQ(saved(parse(saved(parse(text)).c_str())), declared + expected);
+    }
+    EXPECT_EQ(saved(parse("<?xml version='1.0' standalone='yes'?><r/>")),
+        "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n<r/>\n");
+    const PelDOMDocument created = services().createDocument("r");
+    EXPECT_EQ(saved(created), declared + "<r/>\n");
+    append(created, childAt(created, 0)); // the declaration goes to the end, and stands at the beginning
+    EXPECT_EQ(saved(created), declared + "<r/>\n");
+    EXPECT_EQ(saved(created, latin), "<r/>\n");
+}
+
+TEST(Saving, WritesEveryKindOfNodeByItself) {
+    const ScratchFolder folder;
+    folder.write("\"", "<!ELEMENT r ANY><!ELEMENT a ANY><!ATTLIST a k CDATA ''>");
+    const PelDOMDocument document = readFile(folder.write(
+        "f.xml", "<!DOCTYPE r SYSTEM '\"' []><r>t&lt;<?p d?><!--c--><![CDATA[x]]><a k='\xC3\xA9'/></r>"));
+    const PelDOMElement root = document.getDocumentElement();
+    const char* const parts[] = {"t&lt;", "<?p d?>", "<!--c-->", "<![CDATA[x]]>", "<a k=\"\xC3\xA9\"/>"};
+    for (long i = 0; i < 5; ++i) EXPECT_EQ(saved(childAt(root, i)), parts[i]);
+    EXPECT_EQ(saved(childAt(document, 0)), "<!DOCTYPE r SYSTEM '\"' []>");
+    EXPECT_EQ(saved(childAt(root, 4), {2, "ISO-8859-1"}),
+        "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n<a k=\"\xE9\"/>\n");
+    EXPECT_EQ(saved(childAt(root, 1), {2, "ISO-8859-1"}), "<?p d?>");
+    EXPECT_EQ(saved(childAt(services().createDocument("r"), 0)), declared);
+    PelDOMNode attribute;
+    PelXercesDOMNode::give(
+        PelXercesDOMNode::of(*root.getNodeImp()).to(engineOf(document).createAttribute(u"k")), attribute);
+    EXPECT_EQ(saved(attribute), "internal: a node of this kind is not written by itself");
+    EXPECT_EQ(saved(PelDOMNode()), "null-node: there is no node to write");
+}
+
+TEST(Saving, IndentsWhereNoTextStands) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"<r><a/><!--c--><b><c/></b></r>", "<r>\n  <a/>\n  <!--c-->\n  <b>\n    <c/>\n  </b>\n</r>\n"},
+        {"<!--c--><r><?p?></r>", "<!--c-->\n<r>\n  <?p?>\n</r>\n"},
+        {"<r><a>t</a> <a> </a>\n\t<a></a></r>", "<r>\n  <a>t</a>\n  <a> </a>\n  <a/>\n</r>\n"},
+        {"<r><p>t<b><i/> <i/></b></p><q><i/></q></r>",
+            "<r>\n  <p>t<b><i/> <i/></b></p>\n  <q>\n    <i/>\n  </q>\n</r>\n"},
+        {"<r><a/><![CDATA[ ]]></r>", "<r><a/><![CDATA[ ]]></r>\n"},
+        {"<r><a/>&#13;</r>", "<r><a/>&#xD;</r>\n"}, {"<r><a/> \xC2\xA0</r>", "<r><a/> \xC2\xA0</r>\n"},
+        {"<r><a xml:space='preserve'> <b> <c/></b><d xml:space='default'><e/></d></a></r>",
+            "<r>\n  <a xml:space=\"preserve\"> <b> <c/></b><d xml:space=\"default\">\n      <e/>\n    "
+            "</d></a>\n</r>\n"},
+        {"<r xml:space='other'><a xml:space='preserve'><b xml:space='other'><c/></b></a></r>",
+            "<r xml:space=\"other\">\n  <a xml:space=\"preserve\"><b "
+            "xml:space=\"other\"><c/></b></a>\n</r>\n"}};
+    for (const auto& [text, expected] : cases) {
+        EXPECT_EQ(saved(parse(text), indented), expected);
+        EXPECT_EQ(saved(parse(expected), indented), expected);
+        const Settings crlf{2, "UTF-8", false, PelDOMWriter::CRLF};
+        const std::string returned = saved(parse(text), crlf);
+        EXPECT_EQ(saved(parse(returned.c_str()), indented), expected);
+        EXPECT_EQ(std::count(returned.begin(), returned.end(), '\r'),
+            std::count(returned.begin(), returned.end(), '\n'));
+        EXPECT_EQ(returned.find("\r\n"), returned.find('\n') - 1);
+    }
+    const PelDOMElement kept = rootOf("<r xml:space='preserve'><a><b/></a></r>");
+    EXPECT_EQ(saved(childAt(kept, 0), indented), "<a><b/></a>\n");
+    EXPECT_EQ(saved(kept, {-1, "UTF-8", false}), "<r xml:space=\"preserve\"><a><b/></a></r>");
+    // White space that is added would break the promise of a standalone document.
+    const char* const promised = "<?xml version='1.0' standalone='yes'?><!DOCTYPE r [<!ELEMENT r ANY>]><r/>";
+    EXPECT_EQ(saved(parse(promised), {1}).find("standalone"), std::string::npos);
+    EXPECT_NE(saved(parse(promised)).find("standalone"), std::string::npos);
+}
+
+TEST(Saving, IndentsNoLineByMoreThan256) {
+    std::string text, expected;
+    for (std::size_t i = 0; i < 300; ++i) {
+        text = "<a>" + text + "</a>";
+        const std::size_t level = 299 - i;
+        const std::string spaces(std::min<std::size_t>(256, level), ' ');
+        expected = i == 0 ? spaces + "<a/>\n" : spaces + "<a>\n" + expected + spaces + "</a>\n";
+    }
+    EXPECT_EQ(saved(parse(text.c_str()), {1, "UTF-8", false}), expected);
+}
+
+TEST(Saving, RefusesWhatNoReaderWouldTake) {
+    using Document = xercesc::DOMDocument;
+    const std::pair<PelDOMDocument, const char*> cases[] = {
+        {holding([](Document& d) { return d.createTextNode(u"a\x1"); }),
+            "a text holds U+0001, which XML forbids (in the element 'r')"},
+        {holding([](Document& d) { return d.createTextNode(u"\xFFFF"); }),
+            "a text holds U+FFFF, which XML forbids (in the element 'r')"},
+        {holding([](Document& d) { return d.createTextNode(u"a\xD800"); }),
+            "a text holds half a surrogate pair, U+D800 (in the element 'r')"},
+        {holding([](Document& d) { return d.createCDATASection(u"\xDC00\xD800"); }),
+            "a CDATA section holds half a surrogate pair, U+DC00 (in the element 'r')"},
+        {holding([](Document& d) { return d.createComment(u"a--b"); }),
+            "a comment holds two hyphens, or one at its end (in the element 'r')"},
+        {holding([](Document& d) { return d.createComment(u"a-"); }),
+            "a comment holds two hyphens, or one at its end (in the element 'r')"},
+        {holding([](Document& d) { return d.createProcessingInstruction(u"p", u"?>"); }),
+            "an instruction holds ?> (in the element 'r')"},
+        {holding([](Document& d) { return d.createProcessingInstruction(u"xMl", u""); }),
+            "an instruction has the target xml (in the element 'r')"},
+        {holding([](Document& d) {
+             d.setXmlVersion(u"1.1");
+             xercesc::DOMNode* const made = d.createElement(u"\U00010000");
+             d.setXmlVersion(u"1.0");
+             return made;
+         }),
+            "'\xF0\x90\x80\x80' is no name in XML (in the element '\xF0\x90\x80\x80')"}};
+    for (const auto& [document, message] : cases)
+        EXPECT_EQ(saved(document), std::string("internal: ") + message);
+    PelDOMDocument rootless = services().createDocument("r");
+    append(rootless.createElement("elsewhere"), rootless.getDocumentElement());
+    EXPECT_EQ(saved(rootless), "internal: the document has no root element");
+    PelDOMDocument late = parse("<!DOCTYPE r [<!ELEMENT r ANY>]><r/>");
+    const PelDOMNode type = childAt(late, 0);
+    late.removeChild(type);
+    append(late, type);
+    EXPECT_EQ(saved(late), "internal: the document type stands after the root element");
+    const PelDOMDocument attribute = parse("<r><a/></r>");
+    PelDOMElement(childAt(attribute.getDocumentElement(), 0)).setAttribute("k", u"\xDBFFx");
+    EXPECT_EQ(
+        saved(attribute), "internal: an attribute holds half a surrogate pair, U+DBFF (in the element 'a')");
+    // Of what can be mended nothing is lost.
+    EXPECT_EQ(saved(holding([](Document& d) { return d.createCDATASection(u"]]>\r]]"); }), indented),
+        "<r><![CDATA[]]]]><![CDATA[>]]>&#xD;<![CDATA[]]]]></r>\n");
+    EXPECT_EQ(saved(holding([](Document& d) { return d.createComment(u"a\r\nb\rc"); }), {0, "UTF-8", false}),
+        "<r><!--a\nb\nc--></r>\n");
+    EXPECT_EQ(
+        saved(holding([](Document& d) { return d.createTextNode(u""); }), {0, "UTF-8", false}), "<r/>\n");
+    EXPECT_EQ(saved(holding([](Document& d) { return d.createCDATASection(u""); }), {0, "UTF-8", false}),
+        "<r><![CDATA[]]></r>\n");
+}
+
+TEST(Saving, WritesXml11SoThatItReadsBack) {
+    const char* const text =
+        "<?xml version='1.1'?><r k='&#1;&#x7F;&#x85;&#x2028;'>&#x1F;&#x9F;\xC2\xA0&#13;<!--c--></r>";
+    const char* const body = "<r k=\"&#x1;&#x7F;&#x85;&#x2028;\">&#x1F;&#x9F;\xC2\xA0&#xD;<!--c--></r>";
+    const std::string version11 = "<?xml version=\"1.1\" encoding=\"UTF-8\"?>\n";
+    const PelDOMDocument document = parse(text);
+    EXPECT_EQ(saved(document), version11 + body + "\n");
+    EXPECT_EQ(show(readBytes(saved(document))), show(document));
+    EXPECT_EQ(saved(document.getDocumentElement()), version11 + body);
+    EXPECT_EQ(saved(document, indented),
+        "internal: an attribute holds U+0001, which XML forbids (in the element 'r')");
+    EXPECT_EQ(saved(parse("<?xml version='1.1'?><r/>"), indented), "<r/>\n");
+    xercesc::DOMDocument& engine = engineOf(document);
+    xercesc::DOMElement& root = *engine.getDocumentElement();
+    root.replaceChild(engine.createCDATASection(u"a\x85\x1]"), root.getFirstChild());
+    EXPECT_NE(saved(document).find("><![CDATA[a]]>&#x85;&#x1;<![CDATA[]]]><!--"), std::string::npos);
+    root.appendChild(engine.createComment(u"\x7F"));
+    EXPECT_EQ(saved(document), "internal: a comment holds U+007F, which can stand there neither itself nor "
+                               "as a reference (in the element 'r')");
+}
+
+TEST(SavingEncodings, PutsReferencesWhereTheyMeanSomething) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"<r k='\xC3\xA9\xD0\x96'>\xF0\x9F\x98\x80z</r>", "<r k=\"\xE9&#x416;\">&#x1F600;z</r>\n"},
+        {"<r><![CDATA[a\xD0\x96\xD0\x96]]\xC3\xA9]]></r>",
+            "<r><![CDATA[a]]>&#x416;&#x416;<![CDATA[]]\xE9]]></r>\n"},
+        {"<r><![CDATA[\xD0\x96]]></r>", "<r>&#x416;</r>\n"},
+        {"<r><!--\xD0\x96--></r>", "internal: a comment holds U+0416, which can stand there neither itself "
+                                   "nor as a reference (in the element 'r')"},
+        {"<r><?p \xF0\x9F\x98\x80?></r>", "internal: an instruction holds U+1F600, which can stand there "
+                                          "neither itself nor as a reference (in the element 'r')"},
+        {"<r><?\xD0\x96?></r>",
+            "internal: the name '\xD0\x96' holds a character that cannot be written (in the element 'r')"},
+        {"<r><a \xD0\x96='1'/></r>",
+            "internal: the name '\xD0\x96' holds a character that cannot be written (in the element 'a')"}};
+    for (const auto& [text, expected] : cases) EXPECT_EQ(saved(parse(text), latin), expected);
+    const std::string cannot = ", which can stand there neither itself nor as a reference";
+    const ScratchFolder folder;
+    folder.write("\xD0\x96", "<!ELEMENT r ANY>");
+    const std::string file = folder.write("f.xml", "<!DOCTYPE r SYSTEM '\xD0\x96' []><r/>");
+    EXPECT_EQ(saved(readFile(file), latin), "internal: an identifier holds U+0416" + cannot);
+    const std::pair<const char*, std::string> subsets[] = {
+        {"<!ENTITY e \"\xD0\x96<\">", "<!ENTITY e \"&#x416;<\">"},
+        {"<!ATTLIST r k CDATA \"100% \xD0\x96\">", "<!ATTLIST r k CDATA \"100% &#x416;\">"},
+        {"<!ENTITY e \"&\xD0\x96;\">", ""}, {"<!--\"\xD0\x96\"-->", ""}, {"<?p \"\xD0\x96\"?>", ""},
+        {"<!--'--><!ENTITY e SYSTEM \"\xD0\x96\">", ""}, {"<!ENTITY e PUBLIC \"p\" \"\xD0\x96\">", ""},
+        {"<!NOTATION n SYSTEM \"\xD0\x96\">", ""}, {"<!ENTITY \xD0\x96 \"x\">", ""},
+        {"<!ATTLIST r \xD0\x96 CDATA \"x\">", ""}};
+    for (const auto& [subset, expected] : subsets) {
+        const PelDOMDocument document = parse("<!DOCTYPE r [<!ELEMENT r ANY>]><r/>");
+        auto* const type = static_cast<xercesc::DOMDocumentTypeImpl*>(engineOf(document).getDoctype());
+        (type->*&OpenType::setInternalSubset)(
+            PelString(("ANY>" + std::string(subset)).c_str()).view().data());
+        const std::string whole = saved(document, latin);
+        if (expected.empty()) {
+            EXPECT_EQ(whole, "internal: an internal subset holds U+0416" + cannot) << subset;
+        } else {
+            EXPECT_NE(whole.find("ANY>" + expected + "]>"), std::string::npos) << whole;
+        }
+    }
+}
+
+TEST(SavingEncodings, ReadBackWithAndWithoutDeclaration) {
+    const PelDOMDocument document =
+        parse(u"<r k='\u00e9\u20ac\u0416\u3042\U0001F600'>\u00a5~\\<![CDATA[\u0416\u3042]]></r>");
+    const auto check = [&document](const char* name, bool needsDeclaration) {
+        const std::string bytes = saved(document, {0, name});
+        const PelDOMDocument back = readBytes(bytes);
+        const PelDOMElement root = back.getDocumentElement();
+        EXPECT_EQ(root.getAttribute("k"), document.getDocumentElement().getAttribute("k")) << name;
+        EXPECT_EQ(saved(back, {0, name}), bytes) << name;
+        EXPECT_EQ(show(readBytes(saved(root, {0, name}))), show(back)) << name;
+        if (!needsDeclaration) {
+            EXPECT_EQ(show(readBytes(saved(document, {0, name, false}))), show(back)) << name;
+        }
+    };
+    for (const char* name : {"UTF-8", "utf-8", "UTF-16", "UTF-16LE", "UTF-16BE"}) check(name, false);
+    for (const char* name :
+        {"ISO-10646-UCS-4", "UTF-32LE", "ISO-8859-1", "US-ASCII", "windows-1252", "ISO-8859-15", "KOI8-R",
+            "Shift_JIS", "EUC-JP", "GB18030", "ISO-2022-JP", "UTF-7", "IBM037", "ebcdic-cp-us"})
+        check(name, true);
+    EXPECT_EQ(saved(document, {0, "UTF-16LE"}).substr(0, 2), std::string("<\0", 2));
+    for (const char* bad : {"", "no-such", "UTF-16,version=1", "8859-1", "BOCU-1"})
+        EXPECT_EQ(saved(document, {0, bad}).substr(0, 10), "internal: ") << bad;
+    EXPECT_EQ(saved(document, {0, "BOCU-1"}), "internal: no reader would recognise the encoding 'BOCU-1'");
+}
+
+// Pairs fall on both sides of every edge of the buffers.
+TEST(SavingEncodings, CarryEveryCharacterAcrossEveryEdge) {
+    for (const char* name : {"UTF-8", "ISO-8859-1", "Shift_JIS", "UTF-16"})
+        for (std::size_t shift = 0; shift < 2; ++shift) {
+            std::u16string all(shift, u'a');
+            for (int i = 0; i < 6000; ++i) all += u"\U0001F600\u3042z\u00e9\n";
+            for (char16_t unit = 0xA0; unit < 0xFFFE; ++unit)
+                if ((unit & 0xF800) != 0xD800) all += unit;
+            const PelDOMDocument document = services().createDocument("r");
+            PelDOMElement root = document.getDocumentElement();
+            root.setAttribute("k", PelString(all));
+            root.appendTextElement("t", PelString(all));
+            const PelDOMElement back =
+                readBytes(saved(document, {0, name, true, PelDOMWriter::CRLF})).getDocumentElement();
+            ASSERT_TRUE(back.getAttribute("k").view() == all) << name;
+            ASSERT_TRUE(PelDOMText(childAt(childAt(back, 0), 0)).getValue().view() == all) << name;
+        }
+}
+
+TEST(Writers, KeepTheirSettingsToThemselves) {
+    PelDOMWriter one = Settings{3, "UTF-16", false, PelDOMWriter::CRLF}.writer();
+    PelString unused;
+    services().writeDocument(services().createDocument("r"), unused, 0, 1, 0);
+    one.writeBytes(PelDOMNode(), *std::make_unique<std::string>());
+    PelDOMWriter two = one;
+    EXPECT_EQ(two.getIndent(), 3);
+    EXPECT_EQ(two.getEncoding(), "UTF-16");
+    EXPECT_EQ(two.getDeclaration(), false);
+    EXPECT_EQ(two.getLineEnds(), PelDOMWriter::CRLF);
+    EXPECT_EQ(two.getMessage(), "there is no node to write");
+    two = PelDOMWriter();
+    EXPECT_EQ(two.getIndent(), 0);
+    EXPECT_EQ(two.getEncoding(), "UTF-8");
+    EXPECT_EQ(two.getDeclaration(), true);
+    EXPECT_EQ(two.getLineEnds(), PelDOMWriter::LF);
+    EXPECT_EQ(two.getMessage(), "");
+    EXPECT_EQ(one.getIndent(), 3);
+    std::ofstream failed("/no/such/file");
+    EXPECT_EQ(two.writeStream(parse("<r/>"), failed), PelDOM::INTERNAL_ERROR);
+    EXPECT_EQ(two.getMessage(), "the stream has failed");
+}
+
+TEST(Writers, RunInSeveralThreadsAtOnce) {
+    ASSERT_EQ(services().init(), PelDOM::SUCCESS);
+    std::vector<std::thread> threads;
+    std::vector<std::string> results(4);
+    for (std::size_t number = 0; number < results.size(); ++number)
+        threads.emplace_back([&results, number] {
+            const PelDOMDocument document = parse(u"<r><a>\u0416</a></r>");
+            for (int round = 0; round < 50; ++round)
+                results[number] =
+                    saved(document, {number % 2 == 0 ? 2 : 0, number < 2 ? "UTF-8" : "KOI8-R", false});
+        });
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(results[0], "<r>\n  <a>\xD0\x96</a>\n</r>\n");
+    EXPECT_EQ(results[1], "<r><a>\xD0\x96</a></r>\n");
+    EXPECT_EQ(results[2], "<r>\n  <a>\xF6</a>\n</r>\n");
+    EXPECT_EQ(results[3], "<r><a>\xF6</a></r>\n");
+    services().terminate();
+}
+
+TEST(Writers, TakeNoStackForDepth) {
+    constexpr std::size_t depth = 1000000;
+    std::string text;
+    for (std::size_t i = 0; i < 2 * depth; ++i) text += i < depth ? "<a>" : "</a>";
+    const PelDOMDocument document = parse(text.c_str());
+    EXPECT_EQ(saved(document, latin).size(), 2 * depth * 7 / 2 - 2);
+}
