@@ -153,17 +153,14 @@ void expectSameDocuments(const PelDOMDocument& one, const PelDOMDocument& two, s
     expectSame(textOf(one), textOf(two), what);
 }
 
-// Only a character of XML 1.1 can stand in a tree and not in the text that is written of it, which
-// says no version and so is XML 1.0; names of 1.1 are wider too.
-bool mayBeVersion11(const std::string& bytes) {
-    const std::string begin = replaced(bytes.substr(0, 120), std::string_view("\0", 1), "");
-    return begin.find("1.1") != begin.npos;
-}
-
 // A declared entity can bring a CR into a CDATA section, a comment or an instruction, where it
-// cannot be written as a reference: reading makes it a line feed.
-std::string withoutReturns(const std::string& text) {
-    return replaced(replaced(text, "\r\n", "\n"), "\r", "\n");
+// cannot be written as a reference: reading makes it a line feed. XML 1.1 has more such characters.
+std::string withOneLineEnd(const std::string& text) {
+    const bool is11 = text.rfind("<?xml version=\"1.1\"", 0) == 0;
+    const std::string nextLine = is11 ? "\xC2\x85" : "\r";
+    const std::string simple = replaced(replaced(text, "\r\n", "\n"), "\r" + nextLine, "\n");
+    const std::string separator = is11 ? "\xE2\x80\xA8" : "\r";
+    return replaced(replaced(replaced(simple, "\r", "\n"), nextLine, "\n"), separator, "\n");
 }
 
 bool removeType(const PelDOMDocument& document) {
@@ -190,10 +187,9 @@ void checkWriting(const PelDOMDocument& document, const std::string& bytes) {
         checkWriting(document, bytes);
         return;
     }
-    if (back.isNull() == 1 && mayBeVersion11(bytes)) return;
     expectSame(outline(back), outline(document), "read back from the string");
-    expectSame(textOf(back), withoutReturns(text), "written again");
-    if (text.find('\r') == text.npos) expectSameDocuments(scratch.read(), back, "read back from the file");
+    expectSame(textOf(back), withOneLineEnd(text), "written again");
+    if (withOneLineEnd(text) == text) expectSameDocuments(scratch.read(), back, "read back from the file");
 }
 
 // Read without our own way of building trees.

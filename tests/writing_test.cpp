@@ -70,6 +70,7 @@ TEST(Writing, FramesACreatedDocument) {
 TEST(Writing, GivesEachKindOfNodeItsMarkup) {
     inNewProcess([] {
         const ScratchFolder folder;
+        folder.write("a\".dtd", "<!ELEMENT a ANY>");
         folder.write("a.dtd", "<!ELEMENT a ANY><!ATTLIST a k CDATA #IMPLIED z CDATA #IMPLIED>");
         // "~" stands where a line break comes with newlines, and nothing without
         const std::pair<const char*, const char*> cases[] = {
@@ -93,7 +94,34 @@ TEST(Writing, GivesEachKindOfNodeItsMarkup) {
                 "<!NOTATION n SYSTEM '\"'><!ENTITY u PUBLIC \"p\" \"s\" NDATA n>"
                 "<!ATTLIST a f CDATA #FIXED \"&#xA;&#x22;\" n NOTATION (n) #IMPLIED i (x|y) \"x\" r ID "
                 "#REQUIRED>]>"
-                "~~<a f=\"&#xA;&quot;\" i=\"x\" r=\"i\">&lt;\"%</a>~~"}};
+                "~~<a f=\"&#xA;&quot;\" i=\"x\" r=\"i\">&lt;\"%</a>~~"},
+            {"<!DOCTYPE a SYSTEM 'a\".dtd'><a/>", "<!DOCTYPE a SYSTEM 'a\".dtd'>~~<a/>~~"},
+            // of what is declared twice, the first counts
+            {"<!DOCTYPE a [<!ELEMENT a ANY><!ATTLIST a k (x|y) 'x'><!ATTLIST a k (z) 'z' k CDATA #REQUIRED l "
+             "ID "
+             "#IMPLIED><!NOTATION n SYSTEM 'n'><!NOTATION n PUBLIC 'p'><!ENTITY u 'v'><!ENTITY u SYSTEM 'x' "
+             "NDATA "
+             "n><!ENTITY % u 'w'><!ENTITY % u SYSTEM 'y'><!ENTITY lt '&#38;#60;'><!ENTITY lt '&#38;#x3C;'>]>"
+             "<a>&u;</a>",
+                "<!DOCTYPE a[<!ELEMENT a ANY><!ATTLIST a k (x|y) \"x\"><!ATTLIST a   l ID "
+                "#IMPLIED><!NOTATION n "
+                "SYSTEM \"n\"><!ENTITY u \"v\"><!ENTITY % u \"w\"><!ENTITY lt \"&#x26;#60;\">]>~~<a "
+                "k=\"x\">v</a>~~"},
+            {"<!DOCTYPE a [<!ELEMENT a ANY><!NOTATION n SYSTEM ''><!NOTATION m PUBLIC 'p' ''><!NOTATION o "
+             "PUBLIC "
+             "''><!ENTITY e SYSTEM ''><!ENTITY f PUBLIC 'p' ''><!ENTITY % g SYSTEM ''>]><a/>",
+                "<!DOCTYPE a[<!ELEMENT a ANY><!NOTATION n SYSTEM \"\"><!NOTATION m PUBLIC \"p\"><!NOTATION o "
+                "SYSTEM "
+                "\"\"><!ENTITY e SYSTEM \"\"><!ENTITY f PUBLIC \"p\" \"\"><!ENTITY % g SYSTEM "
+                "\"\">]>~~<a/>~~"},
+            {"<!DOCTYPE a [<!ELEMENT a ((b?,c)*)*><!ELEMENT b (c*)*><!ELEMENT c "
+             "(((a)?)+|(b,(c,a))*)?><!ELEMENT d "
+             "(b|(a|c)|(a,b)+)><!ELEMENT e (c)><!ELEMENT f (#PCDATA)><!ELEMENT g (#PCDATA|:)*><!ELEMENT : "
+             "EMPTY><!ELEMENT h (:+,(:)?)><!ELEMENT i ((a?)+)*><!ELEMENT j (#PCDATA)*>]><a/>",
+                "<!DOCTYPE a[<!ELEMENT a (((b?,c))*)*><!ELEMENT b (c*)*><!ELEMENT c "
+                "((a?)+|((b,c,a))*)?><!ELEMENT d (b|a|c|((a,b))+)><!ELEMENT e (c)><!ELEMENT f "
+                "(#PCDATA)><!ELEMENT g (#PCDATA|:)*><!ELEMENT : EMPTY><!ELEMENT h (:+,:?)><!ELEMENT i "
+                "((a?)+)*><!ELEMENT j (#PCDATA)*>]>~~<a/>~~"}};
         for (const auto& [text, expected] : cases) {
             const PelDOMDocument document = readFile(folder.write("in.xml", text));
             EXPECT_EQ(written(toString, document), replaced(expected, "~", ""));
@@ -102,6 +130,26 @@ TEST(Writing, GivesEachKindOfNodeItsMarkup) {
             EXPECT_EQ(show(readFile(out)), show(document)) << text;
             expectAccepted(out);
         }
+    });
+}
+
+TEST(Writing, KeepsTheVersionThatADocumentNeeds) {
+    inNewProcess([] {
+        const ScratchFolder folder;
+        const std::string type = "<!DOCTYPE a [<!ELEMENT a ANY><!ATTLIST a d CDATA '&#2;' k CDATA "
+                                 "#IMPLIED><!ENTITY e '&#38;#3;&#133;'>]>";
+        const std::string begin = "<?xml version='1.1' encoding='ISO-8859-1'?>" + type;
+        const PelDOMDocument document = readFile(folder.write("in.xml",
+            begin + "<a k='&#1;&#31;&#x2028;'>&#127;&#x9F;&#x2028;&#x2027;&#xA0;&#9;&#10;&#13;&e;</a>"));
+        const std::string written11 =
+            "<?xml version=\"1.1\" encoding=\"UTF-8\"?>\n~~<!DOCTYPE a[<!ELEMENT a ANY><!ATTLIST a d CDATA "
+            "\"&#x2;\" k CDATA #IMPLIED><!ENTITY e \"&#x26;#3;&#x85;\">]>~~<a d=\"&#x2;\" "
+            "k=\"&#x1;&#x1F;&#x2028;\">"
+            "&#x7F;&#x9F;&#x2028;\xE2\x80\xA7\xC2\xA0\t\n&#xD;&#x3;&#x85;</a>~~";
+        EXPECT_EQ(written(toString, document), replaced(written11, "~", ""));
+        EXPECT_EQ(written(toString, document, 1), replaced(written11, "~", "\n"));
+        EXPECT_EQ(show(readFile(folder.write("out.xml", written(toFile, document)))), show(document));
+        EXPECT_EQ(show(parse(written(toString, document))), show(document));
     });
 }
 

@@ -81,7 +81,11 @@ public:
     /// `newlines` (not 0) adds line feeds before each element and after each child of the document
     /// and one at the end; in a file each line feed is CR LF. `terminator` (not 0) adds a NUL byte
     /// to the file. The first write of the process settles its output encoding: that of the
-    /// document's XML declaration, or UTF-8.
+    /// document's XML declaration, or UTF-8. A document that was read as XML 1.1 gets a declaration
+    /// that says so.
+    ///
+    /// Characters that XML forbids, such as U+0001 and U+FFFE, are written as they are; no reader
+    /// takes the result.
     ///
     /// NULL_NODE for a null document (a named file is emptied all the same), INTERNAL_ERROR for an
     /// output encoding that the engine does not know or text that is not well-formed UTF-16. A file

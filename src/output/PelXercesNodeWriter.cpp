@@ -1,16 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "output/PelXercesNodeWriter.h"
 
-#include "xerces/PelXercesDeclaration.h"
 #include "xerces/PelXercesLinks.h"
 
 #include <xercesc/dom/DOMDocumentType.hpp>
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
+#include <xercesc/util/XMLString.hpp>
 
 #include <iostream>
 #include <vector>
 
 using xercesc::DOMNode;
+using xercesc::XMLString;
 
 namespace {
 
@@ -61,12 +62,13 @@ std::ostream& PelXercesNodeWriter::writeNode(std::ostream& stream, const DOMNode
 void PelXercesNodeWriter::begin(const DOMNode& node, DOMNode::NodeType type) {
     switch (type) {
     case DOMNode::DOCUMENT_NODE:
+        beginDocument(static_cast<const xercesc::DOMDocument&>(node));
         break;
     case DOMNode::ELEMENT_NODE:
         beginElement(node);
         break;
     case DOMNode::TEXT_NODE:
-        out.add(node.getNodeValue(), PelXercesPlace::uncheckedText);
+        out.add(node.getNodeValue(), *textPlace);
         break;
     case DOMNode::CDATA_SECTION_NODE:
         out.markup(u"<![CDATA[").plain(node.getNodeValue()).markup(u"]]>");
@@ -76,7 +78,7 @@ void PelXercesNodeWriter::begin(const DOMNode& node, DOMNode::NodeType type) {
         break;
     case DOMNode::PROCESSING_INSTRUCTION_NODE:
         if (PelXercesDeclaration::isDeclaration(node)) {
-            writeDeclaration(node);
+            writeDeclaration(PelXercesDeclaration::read(node));
             break;
         }
         out.markup(u"<?").name(node.getNodeName());
@@ -103,8 +105,7 @@ void PelXercesNodeWriter::beginElement(const DOMNode& element) {
     for (XMLSize_t i = 0; i < count; ++i) {
         const DOMNode& attribute = *attributes.item(i);
         out.markup(u" ").name(attribute.getNodeName()).markup(u"=\"");
-        out.add(PelXercesLinks::valueOf(attribute), PelXercesPlace::uncheckedAttribute)
-            .markup(u"\"");
+        out.add(PelXercesLinks::valueOf(attribute), *attributePlace).markup(u"\"");
     }
     if (element.getFirstChild() != nullptr)
         out.markup(u">");
@@ -112,8 +113,17 @@ void PelXercesNodeWriter::beginElement(const DOMNode& element) {
         out.markup(u"/>");
 }
 
-void PelXercesNodeWriter::writeDeclaration(const DOMNode& declaration) {
-    const PelXercesDeclaration values = PelXercesDeclaration::read(declaration);
+// A document that was read as XML 1.1 would be another one without its version, or none.
+void PelXercesNodeWriter::beginDocument(const xercesc::DOMDocument& document) {
+    if (!XMLString::equals(document.getXmlVersion(), u"1.1"))
+        return;
+    textPlace = &PelXercesPlace::uncheckedText11;
+    attributePlace = &PelXercesPlace::uncheckedAttribute11;
+    writeDeclaration({u"1.1", PelString(), std::nullopt});
+    newline();
+}
+
+void PelXercesNodeWriter::writeDeclaration(const PelXercesDeclaration& values) {
     out.markup(u"<?xml version=\"").plain(values.version.view().data());
     out.markup(u"\" encoding=\"").plain(encodingName.c_str());
     if (values.standalone)
@@ -132,7 +142,10 @@ void PelXercesNodeWriter::writeDocumentType(const DOMNode& node) {
     if (type.getSystemId() != nullptr) {
         if (!hasPublicId)
             out.markup(u" SYSTEM");
-        out.markup(u" \"").plain(type.getSystemId()).markup(u"\"");
+        if (XMLString::indexOf(type.getSystemId(), u'"') == -1)
+            out.markup(u" \"").plain(type.getSystemId()).markup(u"\"");
+        else
+            out.markup(u" '").plain(type.getSystemId()).markup(u"'");
     }
     if (type.getInternalSubset() != nullptr)
         out.markup(u"[").plain(type.getInternalSubset()).markup(u"]");

@@ -2,8 +2,9 @@
 #pragma once
 
 #include "output/PelXercesMarkup.h"
+#include "xerces/PelXercesDeclaration.h"
 
-#include <xercesc/dom/DOMNode.hpp>
+#include <xercesc/dom/DOMDocument.hpp>
 
 #include <ostream>
 #include <string>
@@ -20,11 +21,14 @@ public:
 private:
     void begin(const xercesc::DOMNode& node, xercesc::DOMNode::NodeType type);
     void beginElement(const xercesc::DOMNode& element);
-    void writeDeclaration(const xercesc::DOMNode& declaration);
+    void beginDocument(const xercesc::DOMDocument& document);
+    void writeDeclaration(const PelXercesDeclaration& values);
     void writeDocumentType(const xercesc::DOMNode& node);
     void newline();
 
     PelXercesMarkup& out;
     const std::u16string& encodingName;
     const bool hasNewlines;
+    const PelXercesPlace* textPlace = &PelXercesPlace::uncheckedText;
+    const PelXercesPlace* attributePlace = &PelXercesPlace::uncheckedAttribute;
 };

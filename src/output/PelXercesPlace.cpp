@@ -22,6 +22,15 @@ constexpr bool isControl(char16_t unit) {
     return (unit < u' ' && unit != u'\t' && unit != u'\n' && unit != u'\r') || unit == 0x7F;
 }
 
+constexpr PelXercesPlace unchecked11(std::u16string_view entities) {
+    PelXercesPlace place = unchecked(entities);
+    place.isVersion11 = true;
+    for (char16_t unit = 1; unit <= 0x7F; ++unit)
+        if (isControl(unit))
+            place.ascii[unit] = Fate::reference;
+    return place;
+}
+
 constexpr PelXercesPlace checked(const char16_t* name, std::u16string_view entities, Fate otherwise,
                                  bool isVersion11) {
     PelXercesPlace place = unchecked(entities);
@@ -64,6 +73,8 @@ constexpr PelXercesPlace::Set version11 = makeSet(true);
 constexpr PelXercesPlace PelXercesPlace::anywhere = unchecked(u"");
 constexpr PelXercesPlace PelXercesPlace::uncheckedText = unchecked(textEntities);
 constexpr PelXercesPlace PelXercesPlace::uncheckedAttribute = unchecked(attributeEntities);
+constexpr PelXercesPlace PelXercesPlace::uncheckedText11 = unchecked11(textEntities);
+constexpr PelXercesPlace PelXercesPlace::uncheckedAttribute11 = unchecked11(attributeEntities);
 
 const PelXercesPlace::Set& PelXercesPlace::of(bool isVersion11) {
     return isVersion11 ? version11 : version10;

@@ -34,6 +34,10 @@ struct PelXercesPlace {
     static const PelXercesPlace uncheckedText;
     static const PelXercesPlace uncheckedAttribute;
 
+    /// The same as its modes for XML 1.1.
+    static const PelXercesPlace uncheckedText11;
+    static const PelXercesPlace uncheckedAttribute11;
+
     struct Set;
 
     /// The places of a document that is to be read again.

@@ -38,6 +38,16 @@ constexpr std::size_t maxIds = 500'000;
 constexpr std::size_t defaultCost = 64;
 constexpr std::size_t listedCost = 16;
 
+// The scanner puts all ignored declarations into one object, and leaves there what the next one
+// does not say.
+void forget(xercesc::DTDEntityDecl& ignored) {
+    ignored.setValue(nullptr);
+    ignored.setPublicId(nullptr);
+    ignored.setSystemId(nullptr);
+    ignored.setNotationName(nullptr);
+    ignored.setIsExternal(false);
+}
+
 // Puts the node of an entity or a notation into its map.
 template <class Node, class Declaration>
 void keep(xercesc::DOMNamedNodeMap& map, Node& node, const Declaration& declaration) {
@@ -174,17 +184,19 @@ void PelXercesTreeBuilder::startEntityReference(const xercesc::XMLEntityDecl& en
     XercesDOMParser::startEntityReference(entity);
 }
 
-void PelXercesTreeBuilder::elementDecl(const xercesc::DTDElementDecl& declaration, bool isIgnored) {
+void PelXercesTreeBuilder::elementDecl(const xercesc::DTDElementDecl& declaration,
+                                       bool /*isIgnored*/) {
     limits.addDeclaration(declaration.getId());
     limits.addContentModel(declaration.getContentSpec());
-    XercesDOMParser::elementDecl(declaration, isIgnored);
+    if (isInSubset)
+        subset.addElement(declaration);
 }
 
 void PelXercesTreeBuilder::attDef(const xercesc::DTDElementDecl& /*element*/,
-                                  const xercesc::DTDAttDef& attribute, bool /*isIgnored*/) {
+                                  const xercesc::DTDAttDef& attribute, bool isIgnored) {
     limits.addChoice(attribute.getEnumeration());
     requirePairs(attribute.getValue());
-    if (isInSubset)
+    if (isInSubset && !isIgnored)
         subset.addAttribute(attribute);
 }
 
@@ -208,11 +220,17 @@ void PelXercesTreeBuilder::entityDecl(const xercesc::DTDEntityDecl& entity, bool
         XercesDOMParser::entityDecl(entity, isParameter, isIgnored);
         return;
     }
-    auto* const node =
-        static_cast<xercesc::DOMEntityImpl*>(fDocument->createEntity(entity.getName()));
-    node->setNotationName(entity.getNotationName());
-    keep(*fDocumentType->getEntities(), *node, entity);
-    subset.addEntity(entity, isParameter);
+    // Those that XML itself declares count as ignored too, and are no second ones.
+    xercesc::DOMNamedNodeMap& known = *fDocumentType->getEntities();
+    if (!isIgnored || known.getNamedItem(entity.getName()) == nullptr) {
+        auto* const node =
+            static_cast<xercesc::DOMEntityImpl*>(fDocument->createEntity(entity.getName()));
+        node->setNotationName(entity.getNotationName());
+        keep(known, *node, entity);
+        subset.addEntity(entity, isParameter);
+    }
+    if (isIgnored)
+        forget(const_cast<xercesc::DTDEntityDecl&>(entity));
 }
 
 void PelXercesTreeBuilder::notationDecl(const xercesc::XMLNotationDecl& notation, bool isIgnored) {
@@ -222,6 +240,8 @@ void PelXercesTreeBuilder::notationDecl(const xercesc::XMLNotationDecl& notation
         XercesDOMParser::notationDecl(notation, isIgnored);
         return;
     }
+    if (isIgnored)
+        return;
     auto* const node =
         static_cast<xercesc::DOMNotationImpl*>(fDocument->createNotation(notation.getName()));
     keep(*fDocumentType->getNotations(), *node, notation);
@@ -236,6 +256,7 @@ void PelXercesTreeBuilder::doctypeDecl(const xercesc::DTDElementDecl& root, cons
 
 void PelXercesTreeBuilder::startIntSubset() {
     isInSubset = true;
+    subset.setVersion11(XMLString::equals(fDocument->getXmlVersion(), u"1.1"));
     XercesDOMParser::startIntSubset();
 }
 
