@@ -29,6 +29,17 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${runtime})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "C++ library for XML documents\n${about}")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
+# Trees are built through the engine's own classes, which the next release may lay out otherwise.
+string(REGEX MATCH "^([0-9]+\\.[0-9]+)\\.([0-9]+)$" known "${XercesC_VERSION}")
+set(series ${CMAKE_MATCH_1})
+math(EXPR next "${CMAKE_MATCH_2} + 1")
+execute_process(COMMAND dpkg-query --search "*/libxerces-c-${series}.so"
+    OUTPUT_VARIABLE engine ERROR_QUIET)
+if(engine MATCHES "^([^:]+):")
+    set(engine "${CMAKE_MATCH_1} (>= ${XercesC_VERSION}), ${CMAKE_MATCH_1} (<< ${series}.${next}~)")
+    set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS "${engine}")
+    set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${engine}")
+endif()
 # Strips the library and packages what debuggers want apart.
 set(CPACK_DEBIAN_RUNTIME_DEBUGINFO_PACKAGE ON)
 # Programs built against one release want that release or a later one of the same SONAME.
