@@ -94,12 +94,22 @@ private:
         const Node& node = ref.node != nullptr ? *ref.node : nothing;
         const PelDOMElement element(handle);
         const auto count = static_cast<long>(node.attributes.size());
-        expectSame(element.getTagName().view(), node.name, "tag name");
+        const bool isElement = node.type == PelDOM::ELEMENT_NODE;
+        expectSame(element.getTagName().view(), isElement ? node.name : u"", "tag name");
+        expectSame(handle.getNodeName().view(), node.nodeName(), "node name");
+        expectSame(handle.getNodeValue().view(), node.value, "node value");
+        expectSame(handle.getTextContent().view(), node.textContent(), "text content");
+        expectSame(handle.hasChildNodes(), !node.children.empty(), "hasChildNodes");
         expectSame(element.getNumAttributes(), count, "number of attributes");
         expectSame(
             element.getAttributeNameAt(-1) + element.getAttributeValueAt(count), PelString(), "outside");
         long i = 0;
+        const std::vector<PelDOMAttribute> attributes = element.getAttributes();
+        expectSame(attributes.size(), node.attributes.size(), "size of the attributes");
         for (const auto& [name, value] : node.attributes) {
+            const PelDOMAttribute& attribute = attributes[static_cast<std::size_t>(i)];
+            expectSame(attribute.name.view(), name, "name of an attribute");
+            expectSame(attribute.value.view(), value, "value of an attribute");
             expectSame(element.getAttributeNameAt(i).view(), name, "attribute name");
             expectSame(element.getAttributeValueAt(i++).view(), value, "attribute value");
             expectSame(element.getAttribute(PelString(Text(name))).view(), value, "attribute");
@@ -107,7 +117,8 @@ private:
             expectSame(element.getAttributeOr(name, u"else").view(), value, "getAttributeOr");
         }
         expectSame(element.hasAttribute(u"absent"), false, "hasAttribute");
-        expectSame(PelDOMText(handle).getValue().view(), node.value, "text");
+        const bool isText = node.type == PelDOM::TEXT_NODE;
+        expectSame(PelDOMText(handle).getValue().view(), isText ? node.value : u"", "text");
         const bool hasText = node.children.size() == 1 && node.children[0]->type == PelDOM::TEXT_NODE;
         PelString text = u"kept";
         expectSame(
@@ -186,7 +197,8 @@ private:
     Node& make(
         Node* document, PelDOM::NodeType type, Text tag = {}, Text value = {}, Node* parent = nullptr) {
         Node& node = nodes.emplace_back(Node{document, type, inTree(tag), inTree(value)});
-        if (node.name == u"b") node.attributes = document->defaults;
+        if (node.name == u"b" && document->child(PelDOM::DOCUMENT_TYPE_NODE) != nullptr)
+            node.attributes = node.defaults = document->defaults;
         if (parent != nullptr) parent->append(node);
         return node;
     }
@@ -220,7 +232,7 @@ private:
         expectCode("createDocument", tag.empty() || (isName(tag) && !hasColon) ? 0 : refused, [&] {
             const PelDOMDocument document = services().createDocument(PelString(tag));
             Node* const top = tag.empty() ? nullptr : &make(nullptr, PelDOM::DOCUMENT_NODE);
-            if (top != nullptr) make(top, PelDOM::XML_DECL_NODE, u"", u"", top);
+            if (top != nullptr) make(top, PelDOM::XML_DECL_NODE, u"xml", u"", top);
             if (top != nullptr) make(top, PelDOM::ELEMENT_NODE, tag, u"", top);
             keep(document, Ref{top, top == nullptr});
             return 0;
@@ -235,14 +247,14 @@ private:
             root.attributes[u"a"] = u"1";
             make(top, PelDOM::TEXT_NODE, u"", u"x", &root);
             make(top, PelDOM::ELEMENT_NODE, u"b", u"", &root);
-            for (const auto type :
-                {PelDOM::COMMENT_NODE, PelDOM::CDATA_SECTION_NODE, PelDOM::PROCESSING_INSTRUCTION_NODE})
-                make(top, type, u"", u"", &root);
+            make(top, PelDOM::COMMENT_NODE, u"", u"c", &root);
+            make(top, PelDOM::CDATA_SECTION_NODE, u"", u"y", &root);
+            make(top, PelDOM::PROCESSING_INSTRUCTION_NODE, u"p", u"q", &root);
             keep(services().readDocumentFromStringW("<r a='1'>x<b/><!--c--><![CDATA[y]]><?p q?></r>"),
                 to(top));
         } else {
             top->defaults[u"d"] = u"def";
-            make(top, PelDOM::DOCUMENT_TYPE_NODE, u"", u"", top);
+            make(top, PelDOM::DOCUMENT_TYPE_NODE, u"r", u"", top);
             make(top, PelDOM::ELEMENT_NODE, u"b", u"", &make(top, PelDOM::ELEMENT_NODE, u"r", u"", top));
             keep(services().readDocumentFromStringW("<!DOCTYPE r [<!ELEMENT r ANY><!ELEMENT b ANY>"
                                                     "<!ATTLIST b d CDATA 'def'>]><r><b/></r>"),
@@ -338,8 +350,7 @@ private:
             [&] { return PelDOMElement(one.handle).removeAttribute(PelString(key)); });
         if (!isGood || one.ref.node->attributes.erase(inTree(key)) == 0) return;
         // A default takes the place of what is removed.
-        if (one.ref.node->name == u"b")
-            one.ref.node->attributes.merge(std::map(one.ref.node->document->defaults));
+        one.ref.node->attributes.merge(std::map(one.ref.node->defaults));
     }
 
     void navigate() {
@@ -389,6 +400,146 @@ private:
         target.ref = source.ref;
         if (!lists.empty()) in.oneOf(lists) = List(in.oneOf(lists));
         if (!filers.empty()) in.oneOf(filers) = Filer(in.oneOf(filers));
+    }
+
+    static Ref orNull(Node* node) { return node != nullptr ? to(node) : Ref(); }
+
+    // The calls that give a null handle where there is none.
+    void step() {
+        const auto [handle, ref] = some();
+        static const Node nothing = {nullptr, PelDOM::NO_NODE, u"", u""};
+        const Node& node = ref.node != nullptr ? *ref.node : nothing;
+        const PelDOMElement element(handle);
+        const Text tag = in.below(2) == 0 ? u"*" : name();
+        const bool isElement = node.type == PelDOM::ELEMENT_NODE;
+        const auto found = [&](Node* from, long direction) {
+            return isElement ? orNull(Node::element(from, direction, tag)) : Ref();
+        };
+        Node* const first = node.children.empty() ? nullptr : node.children.front();
+        switch (in.below(9)) {
+        case 0:
+            return keep(handle.getParentNode(), orNull(node.parent));
+        case 1:
+            return keep(handle.getOwnerDocument(), orNull(node.document));
+        case 2:
+            return keep(handle.getFirstChild(), orNull(first));
+        case 3:
+            return keep(handle.getLastChild(), first != nullptr ? to(node.children.back()) : Ref());
+        case 4:
+            return keep(handle.getNextSibling(), orNull(node.sibling(1)));
+        case 5:
+            return keep(handle.getPreviousSibling(), orNull(node.sibling(-1)));
+        case 6:
+            return keep(element.getChildElement(PelString(tag)), found(first, 1));
+        case 7:
+            return keep(element.getNextElement(PelString(tag)), found(node.sibling(1), 1));
+        default:
+            return keep(element.getPreviousElement(PelString(tag)), found(node.sibling(-1), -1));
+        }
+    }
+
+    // Values and text of any kind of node, and what prefixes stand for.
+    void setContent() {
+        Handle& one = some();
+        Node* const node = one.ref.node;
+        const Text text = in.oneOf(values);
+        const bool isWhole = in.below(2) == 0;
+        const bool intoElement = isWhole && one.ref.is(PelDOM::ELEMENT_NODE);
+        static const Node plainText = {nullptr, PelDOM::TEXT_NODE, u"", u""};
+        const bool isTaken = node != nullptr && (intoElement ? plainText : *node).takesValue(text);
+        const PelDOM::Error expected = node == nullptr ? PelDOM::NULL_NODE
+                                       : isTaken       ? PelDOM::SUCCESS
+                                                       : PelDOM::INVALID_VALUE;
+        const PelString value(text);
+        expectSame(isWhole ? one.handle.setTextContent(value) : one.handle.setNodeValue(value), expected,
+            "setting content");
+        if (isTaken && intoElement) {
+            while (!node->children.empty()) node->children.back()->unlink();
+            if (!text.empty()) make(node->document, PelDOM::TEXT_NODE, u"", text, node);
+        } else if (isTaken) {
+            node->value = text;
+        }
+        for (const char16_t* const prefix : {u"", u"p"}) {
+            const bool isElement = one.ref.is(PelDOM::ELEMENT_NODE);
+            expectSame(PelDOMElement(one.handle).lookupNamespaceURI(prefix).view(),
+                isElement ? node->lookup(prefix) : u"", "namespace");
+        }
+    }
+
+    void move() {
+        Handle& target = some();
+        Handle& source = some();
+        if (&target == &source) return;
+        expectSame(target.handle == source.handle, target.ref.node == source.ref.node, "sameness");
+        PelDOMNode moved(std::move(source.handle));
+        target.handle = std::move(moved);
+        target.ref = std::exchange(source.ref, Ref());
+        check(source.handle, source.ref);
+        if (lists.size() < 2) return;
+        const List &one = in.oneOf(lists), &other = in.oneOf(lists);
+        const bool areSame = one.root == other.root && (one.root == nullptr || one.tag == other.tag);
+        expectSame(one.handle == other.handle, areSame, "sameness of lists");
+    }
+
+    // Loops whose bodies do anything but begin another one.
+    void loop() {
+        if (Node::loop != nullptr) return;
+        const auto [handle, ref] = some();
+        const PelDOMElement element(handle);
+        const Text tag = in.below(2) == 0 ? u"*" : name();
+        const std::size_t kind = in.below(3);
+        const bool isWalked = kind == 0 ? ref.node != nullptr : ref.is(PelDOM::ELEMENT_NODE);
+        Node::Loop loop = {ref.node, isWalked ? ref.node->children : std::vector<Node*>()};
+        const auto next = [&]() -> Node* {
+            while (!loop.ahead.empty()) {
+                Node* const first = loop.ahead.front();
+                loop.ahead.erase(loop.ahead.begin());
+                if (kind == 0 || first->isElement(tag)) return first;
+            }
+            return nullptr;
+        };
+        Node::loop = &loop;
+        if (kind == 0)
+            goThrough(handle.getChildNodes(), next);
+        else if (kind == 1)
+            goThrough(element.getChildElements(PelString(tag)), next);
+        else
+            goThroughElements(handle, element.getElementsByTagName(PelString(tag)), tag);
+        Node::loop = nullptr;
+    }
+
+    template <class Range, class Next>
+    void goThrough(const Range& range, const Next& next) {
+        int steps = 0;
+        for (const auto node : range) {
+            Node* const expected = next();
+            expectSame(expected != nullptr, true, "a loop goes on");
+            keep(node, to(expected));
+            if (++steps > 50) return;
+            useBody(node, expected);
+        }
+        expectSame(next() == nullptr, true, "a loop ends");
+    }
+
+    void goThroughElements(const PelDOMNode& root, const PelDOMNodeList& list, Text tag) {
+        int steps = 0;
+        for (const PelDOMNode node : list) {
+            PelDOMNode above = node.getParentNode();
+            while (above && above != root) above = above.getParentNode();
+            expectSame(above == root, true, "an element is below the root of its list");
+            expectSame(tag == u"*" || node.getNodeName().view() == tag, true, "an element has that name");
+            if (++steps > 50) return;
+            useBody(PelDOMNode(), nullptr);
+        }
+    }
+
+    void useBody(const PelDOMNode& node, Node* inModel) {
+        const std::size_t calls = in.below(4);
+        if (calls == 3 && inModel != nullptr && inModel->parent != nullptr) {
+            expectSame(node.getParentNode().removeChild(node), PelDOM::SUCCESS, "removeChild");
+            inModel->unlink();
+        }
+        for (std::size_t i = 0; i < calls; ++i) (this->*in.oneOf(operations))();
     }
 
     template <class Things>
@@ -483,7 +634,8 @@ private:
         &World::navigate, &World::navigate, &World::item, &World::item, &World::list, &World::list,
         &World::assign, &World::dropHandle, &World::dropList, &World::dropFiler, &World::makeFiler,
         &World::useFiler, &World::useFiler, &World::dump, &World::init, &World::terminate, &World::release,
-        &World::checkAll};
+        &World::checkAll, &World::step, &World::step, &World::setContent, &World::move, &World::loop,
+        &World::loop};
 
     // The engine takes long to start. One start of our own keeps it up, except in one run of eight.
     static inline bool isHeld = false;

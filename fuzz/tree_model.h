@@ -19,18 +19,99 @@ struct Node {
     PelDOM::NodeType type;
     std::u16string name, value;
     std::map<std::u16string, std::u16string> attributes = {};
-    std::map<std::u16string, std::u16string> defaults = {}; // of elements b in this document
+    std::map<std::u16string, std::u16string> defaults = {}; // of elements b to come, or of this one
     Node* parent = nullptr;
     std::vector<Node*> children = {};
     const void* engineNode = nullptr; // known from the first handle to it
 
-    void append(Node& child) {
-        if (child.parent != nullptr) {
-            auto& siblings = child.parent->children;
-            siblings.erase(std::find(siblings.begin(), siblings.end(), &child));
-        }
-        children.push_back(&child);
+    // What a loop over the children of a node has yet to come to.
+    struct Loop {
+        Node* parent;
+        std::vector<Node*> ahead;
+    };
+    static inline Loop* loop = nullptr;
+
+    void unlink() {
+        if (parent == nullptr) return;
+        if (loop != nullptr && loop->parent == parent)
+            loop->ahead.erase(std::remove(loop->ahead.begin(), loop->ahead.end(), this), loop->ahead.end());
+        parent->children.erase(std::find(parent->children.begin(), parent->children.end(), this));
+        parent = nullptr;
+    }
+
+    // In front of `before`, another child; as the last for null.
+    void insert(Node& child, Node* before) {
+        child.unlink();
+        children.insert(std::find(children.begin(), children.end(), before), &child);
         child.parent = this;
+        if (loop == nullptr || loop->parent != this) return;
+        const auto place = std::find(loop->ahead.begin(), loop->ahead.end(), before);
+        if (place != loop->ahead.end() && place != loop->ahead.begin()) loop->ahead.insert(place, &child);
+    }
+
+    void append(Node& child) { insert(child, nullptr); }
+
+    Node* sibling(long distance) const {
+        if (parent == nullptr) return nullptr;
+        const auto& all = parent->children;
+        const long place = std::find(all.begin(), all.end(), this) - all.begin() + distance;
+        return place >= 0 && place < static_cast<long>(all.size()) ? all[static_cast<std::size_t>(place)]
+                                                                   : nullptr;
+    }
+
+    bool isElement(Text tag) const { return type == PelDOM::ELEMENT_NODE && (tag == u"*" || tag == name); }
+
+    // The nearest such element among this one and its siblings in one direction.
+    static Node* element(Node* node, long direction, Text tag) {
+        while (node != nullptr && !node->isElement(tag)) node = node->sibling(direction);
+        return node;
+    }
+
+    std::u16string nodeName() const {
+        switch (type) {
+        case PelDOM::TEXT_NODE:
+            return u"#text";
+        case PelDOM::CDATA_SECTION_NODE:
+            return u"#cdata-section";
+        case PelDOM::COMMENT_NODE:
+            return u"#comment";
+        case PelDOM::DOCUMENT_NODE:
+            return u"#document";
+        default:
+            return name;
+        }
+    }
+
+    std::u16string textContent() const {
+        if (type != PelDOM::ELEMENT_NODE) return value;
+        std::u16string text;
+        for (const Node* const node : children)
+            if (node->type != PelDOM::COMMENT_NODE && node->type != PelDOM::PROCESSING_INSTRUCTION_NODE)
+                text += node->textContent();
+        return text;
+    }
+
+    bool takesValue(Text text) const {
+        const auto lacks = [text](Text part) { return text.find(part) == text.npos; };
+        if (!lacks(Text(u"\0", 1)) || !lacks(u"\xDC00")) return false;
+        switch (type) {
+        case PelDOM::TEXT_NODE:
+            return true;
+        case PelDOM::CDATA_SECTION_NODE:
+            return lacks(u"]]>");
+        case PelDOM::COMMENT_NODE:
+            return lacks(u"--") && (text.empty() || text.back() != u'-');
+        case PelDOM::PROCESSING_INSTRUCTION_NODE:
+            return lacks(u"?>");
+        default:
+            return false;
+        }
+    }
+
+    std::u16string lookup(const std::u16string& prefix) const {
+        const auto found = attributes.find(prefix.empty() ? u"xmlns" : u"xmlns:" + prefix);
+        if (found != attributes.end()) return found->second;
+        return parent != nullptr ? parent->lookup(prefix) : u"";
     }
 
     bool isWithin(const Node& ancestor) const {
@@ -45,8 +126,7 @@ struct Node {
 
     void addElements(Text tag, std::vector<Node*>& found) const {
         for (Node* const node : children) {
-            if (node->type == PelDOM::ELEMENT_NODE && (tag == u"*" || tag == node->name))
-                found.push_back(node);
+            if (node->isElement(tag)) found.push_back(node);
             node->addElements(tag, found);
         }
     }
@@ -72,11 +152,12 @@ struct Ref {
 
 inline Ref to(Node* node) { return {node, false}; }
 
-inline constexpr Text goodNames[] = {u"r", u"a", u"b", u"d", u"b-1", u"\u00e9\u4e2d", u"_x.y", u"p:q", u":a"};
+inline constexpr Text goodNames[] = {
+    u"r", u"a", u"b", u"d", u"b-1", u"\u00e9\u4e2d", u"_x.y", u"p:q", u":a", u"xmlns", u"xmlns:p"};
 inline constexpr Text badNames[] = {u"", u"1", u"a b", u"-a", u"a\u00d7", u"\xD800", u"<", Text(u"\0a", 2)};
 inline constexpr Text values[] = {u"", u"v", u" ", u"12", u"\u00e9\u4e2d\U0001F600", u"<&>\"'\r\n\t",
     Text(u"x\0y", 3), Text(u"\0z", 2), u"\xDC00",
-    u"long text, longer than before, and longer again and again"};
+    u"long text, longer than before, and longer again and again", u"a--b", u"-", u"]]>", u"?>"};
 
 // Strings end at their first U+0000 where the tree takes them.
 inline std::u16string inTree(Text text) { return std::u16string(text.substr(0, text.find(u'\0'))); }

@@ -4,9 +4,8 @@
 #include <qrndom/PelDOMNode.h>
 #include <qrndom/PelDOMRanges.h>
 
-#include <vector>
-
 #include <type_traits>
+#include <vector>
 
 class PelDOMElementImp;
 
