@@ -75,6 +75,12 @@ TEST(AUseWithoutMemory, IsDoneOrNotDoneAndLosesNothing) {
         [&](auto& document) { PelDOMText(childAt(rootOf(document), 1)).setValue(value); },
         [&](auto& document) { append(rootOf(document), childAt(rootOf(document), 0)); },
         [&](auto& document) { PelDOMFiler(document).appendElement("n", 1.5, "%999.2f"); },
+        [&](auto& document) { rootOf(document).setTextContent(value); },
+        [&](auto& document) {
+            for (const PelDOMNode child : rootOf(document).getChildNodes()) child.getTextContent();
+            for (const PelDOMElement child : rootOf(document).getChildElements("a")) child.getAttributes();
+            for (const PelDOMNode node : document.getElementsByTagName("a")) node.getPreviousSibling();
+        },
         [&](auto& document) { document.dump(1); },
         [&](auto& document) { services().writeDocument(document, PelString(value) += "", 0, 1, 0); },
         [&](auto& document) { services().writeDocument(document, folder.file("out.xml").c_str()); }};
