@@ -194,7 +194,9 @@ void checkWriting(const PelDOMDocument& document, const std::string& bytes) {
 
 // Read without our own way of building trees.
 PelDOMDocument readByEngine(const unsigned char* data, std::size_t size) {
-    const PelXercesNodeRef node = PelXercesReader(PelXercesTreeBuilder::Road::engine).readText(data, size);
+    PelXercesReadSettings settings;
+    settings.road = PelXercesTreeBuilder::Road::engine;
+    const PelXercesNodeRef node = PelXercesReader(settings).readText("text", data, size);
     return PelDOMDocument(node ? new PelXercesDOMNode(node) : nullptr);
 }
 

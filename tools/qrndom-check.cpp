@@ -6,8 +6,6 @@
 //     qrndom-check [--outline] FILE...
 
 #include "../examples/outline.h"
-#include "reading/PelXercesReader.h"
-#include "xerces/PelXercesDOMNode.h"
 
 #include <qrndom/QRNDOM.h>
 
@@ -25,18 +23,13 @@ int usage() {
 }
 
 bool check(const char* file, bool isOutlineWanted) {
-    bool isReported = false;
-    const auto report = [&](bool isError, const PelString& line) {
-        isReported = isReported || isError;
-        std::cout << line << (isError ? "" : " (warning)") << "\n";
-    };
-    PelXercesReader reader(PelXercesTreeBuilder::usualRoad, report);
-    const PelXercesNodeRef node = reader.readFile(file);
-    if (!node && !isReported)
-        std::cout << PelDOMUtilites::getLastReadMessage() << "\n";
-    if (node && isOutlineWanted)
-        printOutline(PelDOMDocument(new PelXercesDOMNode(node)).getDocumentElement());
-    return static_cast<bool>(node);
+    PelDOMReader reader;
+    const PelDOMDocument document = reader.readFile(file);
+    for (const PelDOMMessage& message : reader.getMessages())
+        std::cout << message.toLine() << (message.isError ? "" : " (warning)") << "\n";
+    if (document && isOutlineWanted)
+        printOutline(document.getDocumentElement());
+    return static_cast<bool>(document);
 }
 
 } // namespace

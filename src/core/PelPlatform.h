@@ -54,6 +54,9 @@ public:
     /// What an error number of the system means, in English.
     static std::string errorText(int error);
 
+    /// Why such a file cannot be read, in a few words: "no such file".
+    static PelString whyUnreadable(const std::string& path, InputFile::Kind kind);
+
     /// The process's current directory; empty when it is gone.
     static PelString currentDirectory();
 

@@ -126,6 +126,18 @@ std::string PelPlatform::errorText(int error) {
     return text != nullptr ? text : "error " + std::to_string(error);
 }
 
+PelString PelPlatform::whyUnreadable(const std::string& path, InputFile::Kind kind) {
+    struct stat status = {};
+    if (stat(path.c_str(), &status) != 0)
+        return errno == ENOENT ? "no such file" : errorText(errno).c_str();
+    if (S_ISDIR(status.st_mode))
+        return "is a folder";
+    if (kind == InputFile::Kind::regularFile && !S_ISREG(status.st_mode))
+        return "is no regular file";
+    return access(path.c_str(), R_OK) != 0 && errno == EACCES ? "permission denied"
+                                                              : "cannot be opened";
+}
+
 PelString PelPlatform::currentDirectory() {
     const std::unique_ptr<char, decltype(&std::free)> path(getcwd(nullptr, 0), &std::free);
     return PelString(path.get());

@@ -50,18 +50,18 @@ void PelReadMessage::clear() noexcept {
 // Without memory for the message there is none.
 void PelReadMessage::set(const PelString& file, const char16_t* message) noexcept {
     try {
-        set(line(file, 0, 0, message));
+        set({PelDOMMessage{true, file, 0, 0, message}});
     } catch (const std::bad_alloc&) {
         clear();
     }
 }
 
-PelString PelReadMessage::line(const PelString& file, unsigned long long lineNumber,
-                               unsigned long long column, const char16_t* message) {
-    PelString line;
-    line.format(u"%s:%llu:%llu: %s", file.view().data(), lineNumber, column, message);
-    std::u16string text(line.view());
-    std::replace_if(
-        text.begin(), text.end(), [](char16_t unit) { return unit < u' '; }, u' ');
-    return PelString(std::move(text));
+void PelReadMessage::set(const std::vector<PelDOMMessage>& messages) noexcept {
+    try {
+        for (const PelDOMMessage& message : messages)
+            if (message.isError)
+                return set(message.toLine());
+    } catch (const std::bad_alloc&) {
+    }
+    clear();
 }

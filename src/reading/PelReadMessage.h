@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <qrndom/PelDOMMessage.h>
 #include <qrndom/PelString.h>
+
+#include <vector>
 
 /// Why the calling thread's last read failed: one line, "file:line:column: message", empty after a
 /// read that succeeded. A line of thousands of characters loses its beginning.
@@ -14,7 +17,6 @@ public:
     /// For what has no place in the text: line 0, column 0.
     static void set(const PelString& file, const char16_t* message) noexcept;
 
-    /// One line: line breaks in what `message` quotes become spaces.
-    static PelString line(const PelString& file, unsigned long long lineNumber,
-                          unsigned long long column, const char16_t* message);
+    /// The first error among the messages of a read.
+    static void set(const std::vector<PelDOMMessage>& messages) noexcept;
 };

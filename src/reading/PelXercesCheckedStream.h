@@ -26,6 +26,7 @@ public:
 
     /// Who reads the streams.
     void setReaders(const xercesc::ReaderMgr* readerManager) noexcept { readers = readerManager; }
+    const xercesc::ReaderMgr* getReaders() const noexcept { return readers; }
 
 private:
     friend class PelXercesCheckedStream;

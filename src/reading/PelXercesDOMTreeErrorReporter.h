@@ -1,42 +1,42 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <qrndom/PelString.h>
+#include <qrndom/PelDOMMessage.h>
 
 #include <xercesc/sax/ErrorHandler.hpp>
 
-#include <functional>
+#include <cstddef>
+#include <vector>
 
-/// Notes whether a parse reported an error, and the first one's message. It prints nothing, and
-/// warnings are for its observer only.
+class PelXercesReadMemory;
+
+/// Notes whether a parse reported an error, and what there is to say about the document. It prints
+/// nothing.
 class PelXercesDOMTreeErrorReporter final : public xercesc::ErrorHandler {
 public:
-    /// Hears of each error and warning, as "file:line:column: message".
-    using Observer = std::function<void(bool isError, const PelString& line)>;
+    /// Keeps `most` messages, an error among them if there is one.
+    PelXercesDOMTreeErrorReporter(PelXercesReadMemory& readMemory, std::size_t most)
+        : memory(readMemory), maxMessages(most) {}
 
-    explicit PelXercesDOMTreeErrorReporter(Observer reportObserver = {});
-
-    void warning(const xercesc::SAXParseException& report) override;
-    void error(const xercesc::SAXParseException& report) override;
-    void fatalError(const xercesc::SAXParseException& report) override;
+    void warning(const xercesc::SAXParseException& report) override { note(false, report); }
+    void error(const xercesc::SAXParseException& report) override { note(true, report); }
+    void fatalError(const xercesc::SAXParseException& report) override { note(true, report); }
     void resetErrors() override {} // once seen, an error stays seen
 
-    /// The name by which the caller knows the document with the system identifier `id`.
-    void setName(const PelString& ownName, const PelString& id) {
-        name = ownName;
-        systemId = id;
-    }
+    /// What no report of the engine says, at the place to which the engine has come.
+    void note(bool isError, const XMLCh* text);
 
     bool getSawErrors() const noexcept { return sawErrors; }
 
-    const PelString& getFirstError() const noexcept { return firstError; }
+    std::vector<PelDOMMessage>& getMessages() noexcept { return messages; }
 
 private:
     void note(bool isError, const xercesc::SAXParseException& report);
+    void keep(bool isError, const PelString& id, unsigned long line, unsigned long column,
+              const PelString& text);
 
-    const Observer observer;
-    PelString name;
-    PelString systemId;
+    PelXercesReadMemory& memory;
+    const std::size_t maxMessages;
     bool sawErrors = false;
-    PelString firstError;
+    std::vector<PelDOMMessage> messages;
 };

@@ -95,6 +95,10 @@ PelXercesFileSource::PelXercesFileSource(const PelString& base, const PelString&
       kind(InputFile::Kind::regularFile), path(PelPlatform::fileSystemName(getSystemId())) {
 }
 
+bool PelXercesFileSource::isReadable() const {
+    return InputFile(path, kind).isOpen();
+}
+
 bool PelXercesFileSource::load() {
     constexpr std::size_t begin = 4096;
     size = PelPlatform::regularFileSize(path);
@@ -123,8 +127,11 @@ xercesc::BinInputStream* PelXercesFileSource::makeStream() const {
     } else {
         auto* const file = new (&readMemory) FileStream(path, kind, limits);
         stream.reset(file);
-        if (!file->isOpen())
+        if (!file->isOpen()) {
+            readMemory.getEntities().setFailure(getSystemId(),
+                                                PelPlatform::whyUnreadable(path, kind));
             return nullptr;
+        }
     }
     return new (&readMemory)
         PelXercesCheckedStream(readMemory.getStreams(), std::move(stream), getEncoding());

@@ -24,6 +24,8 @@ public:
     /// `base`.
     PelXercesFileSource(const PelString& base, const PelString& name, PelXercesReadMemory& memory);
 
+    bool isReadable() const;
+
     /// Reads the file ahead and keeps its bytes, from which streams are made from then on. False
     /// for what is no regular file, or no plain document at first sight.
     bool load();

@@ -2,12 +2,14 @@
 #include "reading/PelXercesLocalResolver.h"
 
 #include "reading/PelXercesChecked.h"
+#include "reading/PelXercesDOMTreeErrorReporter.h"
 #include "reading/PelXercesFileSource.h"
 #include "reading/PelXercesReadMemory.h"
+#include "reading/PelXercesReadSettings.h"
 
+#include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/framework/URLInputSource.hpp>
 #include <xercesc/framework/XMLBuffer.hpp>
-#include <xercesc/sax/InputSource.hpp>
 #include <xercesc/sax/Locator.hpp>
 #include <xercesc/util/XMLURL.hpp>
 #include <xercesc/util/XMLUni.hpp>
@@ -21,12 +23,26 @@ using xercesc::XMLURL;
 
 namespace {
 
-/// A source that cannot be opened.
+#ifdef QRNDOM_REMOTE_ENTITIES
+constexpr bool areRemoteRead = true;
+#else
+constexpr bool areRemoteRead = false;
+#endif
+
+/// A source that is never opened.
 class UnreadableSource final : public xercesc::InputSource {
 public:
-    UnreadableSource(const XMLCh* systemId, xercesc::MemoryManager& memory)
-        : InputSource(systemId, &memory) {}
-    xercesc::BinInputStream* makeStream() const override { return nullptr; }
+    UnreadableSource(const XMLCh* systemId, const XMLCh* why, PelXercesReadMemory& readMemory)
+        : InputSource(systemId, &readMemory), reason(why), memory(readMemory) {}
+
+    xercesc::BinInputStream* makeStream() const override {
+        memory.getEntities().setFailure(getSystemId(), reason);
+        return nullptr;
+    }
+
+private:
+    const XMLCh* const reason;
+    PelXercesReadMemory& memory;
 };
 
 int hexValue(char digit) {
@@ -61,25 +77,43 @@ bool isLocalFile(const XMLURL& url) {
 
 xercesc::InputSource*
 PelXercesLocalResolver::resolveEntity(xercesc::XMLResourceIdentifier* resource) {
+    PelXercesEntities& entities = memory.getEntities();
+    const bool isSubset = entities.takeExpectsSubset();
     const XMLCh* const name = resource->getSystemId();
     const XMLCh* base = resource->getBaseURI();
     if (base == nullptr || *base == 0)
         base = resource->getLocator() != nullptr ? resource->getLocator()->getSystemId() : u"";
     XMLURL url;
+    std::unique_ptr<PelXercesFileSource> file;
+    const XMLCh* whyUnreadable = nullptr;
     if (!url.setURL(base, name, url) || url.isRelative()) {
         xercesc::XMLBuffer plainName;
         xercesc::XMLUri::normalizeURI(name, plainName);
-        return new (&memory) PelXercesFileSource(base, plainName.getRawBuffer(), memory);
-    }
-    if (isLocalFile(url)) {
+        file.reset(new (&memory) PelXercesFileSource(base, plainName.getRawBuffer(), memory));
+    } else if (isLocalFile(url)) {
         const PelString path = withoutEscapes(url.getPath());
-        if (path.isEmpty() != 0)
-            return new (&memory) UnreadableSource(name, memory);
-        return new (&memory) PelXercesFileSource(PelString(), path, memory);
+        if (path.isEmpty() == 0)
+            file.reset(new (&memory) PelXercesFileSource(PelString(), path, memory));
+        else
+            whyUnreadable = u"no file has such a name";
+    } else if (!areRemoteRead) {
+        whyUnreadable = u"an address on the network is not read";
     }
-#ifdef QRNDOM_REMOTE_ENTITIES
+    const XMLCh* const id = file ? file->getSystemId() : name;
+    entities.add(id, base, name);
+    if (!settings.isAnythingExternalRead())
+        return leaveOut(id, u"is not read, as it was set");
+    if (isSubset && settings.validation == PelDOMReader::NEVER &&
+        (whyUnreadable != nullptr || (file && !file->isReadable())))
+        return leaveOut(id, u"is left out, since it cannot be read");
+    if (whyUnreadable != nullptr)
+        return new (&memory) UnreadableSource(name, whyUnreadable, memory);
+    if (file)
+        return file.release();
     return new (&memory) PelXercesChecked<xercesc::URLInputSource>(memory, url);
-#else
-    return new (&memory) UnreadableSource(name, memory);
-#endif
+}
+
+xercesc::InputSource* PelXercesLocalResolver::leaveOut(const XMLCh* id, const XMLCh* reason) {
+    reporter.note(false, (memory.getEntities().nameOf(id) + u" " + reason).view().data());
+    return new (&memory) xercesc::MemBufInputSource(nullptr, 0, id, false, &memory);
 }

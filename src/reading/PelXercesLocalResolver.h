@@ -1,18 +1,31 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <xercesc/sax/InputSource.hpp>
 #include <xercesc/util/XMLEntityResolver.hpp>
 
+#include <memory>
+
+class PelXercesDOMTreeErrorReporter;
 class PelXercesReadMemory;
+struct PelXercesReadSettings;
 
 /// Finds the external entities and DTDs that a document names: local files only, unless the library
-/// is built with remote entities. A remote one counts as unreadable and is never looked up.
+/// is built with remote entities. A remote one counts as unreadable and is never looked up. What
+/// the settings leave out counts as empty.
 class PelXercesLocalResolver final : public xercesc::XMLEntityResolver {
 public:
-    explicit PelXercesLocalResolver(PelXercesReadMemory& readMemory) : memory(readMemory) {}
+    PelXercesLocalResolver(PelXercesReadMemory& readMemory,
+                           const PelXercesReadSettings& readSettings,
+                           PelXercesDOMTreeErrorReporter& errorReporter)
+        : memory(readMemory), settings(readSettings), reporter(errorReporter) {}
 
     xercesc::InputSource* resolveEntity(xercesc::XMLResourceIdentifier* resource) override;
 
 private:
+    xercesc::InputSource* leaveOut(const XMLCh* id, const XMLCh* reason);
+
     PelXercesReadMemory& memory;
+    const PelXercesReadSettings& settings;
+    PelXercesDOMTreeErrorReporter& reporter;
 };

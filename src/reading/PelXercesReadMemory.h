@@ -2,14 +2,17 @@
 #pragma once
 
 #include "reading/PelXercesCheckedStream.h"
+#include "reading/PelXercesEntities.h"
 #include "reading/PelXercesReadLimits.h"
 #include "xerces/PelXercesMemory.h"
 
-/// The memory of one read but for its tree, the limits that it keeps to, and its open streams.
+/// The memory of one read but for its tree, the limits that it keeps to, its open streams, and
+/// what its entities are called.
 class PelXercesReadMemory final : public PelXercesJobMemory {
 public:
     PelXercesReadLimits& getLimits() noexcept { return limits; }
     PelXercesOpenStreams& getStreams() noexcept { return streams; }
+    PelXercesEntities& getEntities() noexcept { return entities; }
 
     void* allocate(XMLSize_t size) override {
         limits.addMemory(size);
@@ -23,6 +26,7 @@ public:
     }
 
 private:
+    PelXercesEntities entities;
     PelXercesReadLimits limits;
     PelXercesOpenStreams streams; // goes before the limits, and these before the memory
 };

@@ -2,7 +2,6 @@
 #include "reading/PelXercesReader.h"
 
 #include "reading/PelPlainScanner.h"
-#include "reading/PelReadMessage.h"
 #include "reading/PelXercesChecked.h"
 #include "reading/PelXercesFileSource.h"
 #include "xerces/PelXercesTree.h"
@@ -13,24 +12,38 @@
 #include <xercesc/util/XMLString.hpp>
 
 #include <iostream>
+#include <new>
 #include <optional>
 #include <utility>
 
-PelXercesReader::PelXercesReader(PelXercesTreeBuilder::Road ownRoad, Observer ownObserver)
-    : road(ownRoad), observer(std::move(ownObserver)) {
+PelXercesReader::PelXercesReader(const PelXercesReadSettings& readSettings)
+    : settings(readSettings) {
 }
 
 PelXercesReader::Machine::Machine(PelXercesReader& reader)
-    : resolver(reader.memory), parser(reader.memory, reader.road), reporter(reader.observer) {
-    parser.setValidationScheme(PelXercesTreeBuilder::Val_Auto);
+    : resolver(reader.memory, reader.settings, reader.reporter),
+      parser(reader.memory, reader.settings.road) {
+    switch (reader.settings.validation) {
+    case PelDOMReader::NEVER:
+        parser.setValidationScheme(PelXercesTreeBuilder::Val_Never);
+        break;
+    case PelDOMReader::IF_DECLARED:
+        parser.setValidationScheme(PelXercesTreeBuilder::Val_Auto);
+        break;
+    case PelDOMReader::ALWAYS:
+        parser.setValidationScheme(PelXercesTreeBuilder::Val_Always);
+        break;
+    }
+    if (reader.settings.documentType == PelDOMReader::REFUSE)
+        parser.refuseDocumentTypes();
     parser.setDoNamespaces(false);
     parser.setDoSchema(false);
     parser.setValidationSchemaFullChecking(false);
     parser.setCreateEntityReferenceNodes(false);
-    parser.setIncludeIgnorableWhitespace(false);
+    parser.setIncludeIgnorableWhitespace(reader.settings.isIgnorableWhitespaceKept);
     parser.setXMLEntityResolver(&resolver);
     parser.setSecurityManager(&references); // at its default of 50,000 entity expansions
-    parser.setErrorHandler(&reporter);
+    parser.setErrorHandler(&reader.reporter);
 }
 
 PelXercesNodeRef PelXercesReader::readFile(const PelString& name) {
@@ -41,24 +54,26 @@ PelXercesNodeRef PelXercesReader::readFile(const PelString& name) {
                    ? scan(source->getBytes(), source->getSize(), nullptr, source->getSystemId())
                    : nullptr;
     };
-    return read(name, scanFile, [&](Machine& machine) {
+    return read(scanFile, [&](Machine& machine) {
         if (!source)
             source.emplace(name, memory);
-        machine.reporter.setName(name, source->getSystemId());
+        memory.getEntities().addDocument(source->getSystemId(), name, name);
         machine.parser.parse(*source);
     });
 }
 
-PelXercesNodeRef PelXercesReader::readText(const void* bytes, std::size_t size,
-                                           const XMLCh* encoding) {
-    constexpr char name[] = "text";
-    constexpr char16_t systemId[] = u"Dummy";
-    const auto scanText = [&] { return scan(bytes, size, encoding, systemId); };
-    return read(name, scanText, [&](Machine& machine) {
+PelXercesNodeRef PelXercesReader::readText(const PelString& name, const void* bytes,
+                                           std::size_t size, const XMLCh* encoding) {
+    PelString systemId = u"Dummy";
+    if (settings.base.isEmpty() == 0)
+        systemId = PelXercesFileSource(settings.base, memory).getSystemId();
+    const XMLCh* const id = systemId.view().data();
+    const auto scanText = [&] { return scan(bytes, size, encoding, id); };
+    return read(scanText, [&](Machine& machine) {
         limits.addInput(size);
         PelXercesChecked<xercesc::MemBufInputSource> source(
-            memory, static_cast<const XMLByte*>(bytes), size, systemId, false);
-        machine.reporter.setName(name, systemId);
+            memory, static_cast<const XMLByte*>(bytes), size, id, false);
+        memory.getEntities().addDocument(systemId, name, settings.base, bytes, size);
         if (encoding != nullptr)
             source.setEncoding(encoding);
         machine.parser.parse(source);
@@ -76,11 +91,11 @@ PelXercesDocumentPtr PelXercesReader::scan(const void* bytes, std::size_t size,
 }
 
 // What keeps the scanner from reading keeps the engine from it as well, and then there is a
-// message.
+// message. The scanner does not know whether a document without a type is to be refused.
 template <class Scan, class Parse>
-PelXercesNodeRef PelXercesReader::read(const PelString& name, Scan scanDocument, Parse parse) {
-    PelReadMessage::clear();
-    if (road == PelXercesTreeBuilder::Road::plain) {
+PelXercesNodeRef PelXercesReader::read(Scan scanDocument, Parse parse) {
+    if (settings.road == PelXercesTreeBuilder::Road::plain &&
+        settings.validation != PelDOMReader::ALWAYS) {
         PelXercesDocumentPtr document;
         try {
             document = scanDocument();
@@ -90,34 +105,39 @@ PelXercesNodeRef PelXercesReader::read(const PelString& name, Scan scanDocument,
         if (document)
             return PelXercesTree::share(engine, std::move(document));
     }
-    return readByEngine(name, parse);
+    return readByEngine(parse);
 }
 
 template <class Parse>
-PelXercesNodeRef PelXercesReader::readByEngine(const PelString& name, Parse parse) {
+PelXercesNodeRef PelXercesReader::readByEngine(Parse parse) {
     Machine machine(*this);
     bool hasFailed = true;
     try {
         parse(machine);
         hasFailed = false;
     } catch (const xercesc::XMLException& exception) {
-        PelReadMessage::set(name, exception.getMessage());
+        note(exception.getMessage());
     } catch (const xercesc::DOMException& exception) {
         std::cerr << "A DOM error occured during parsing\n   DOMException code: " << exception.code
                   << std::endl;
-        PelReadMessage::set(name, exception.getMessage());
+        if (!reporter.getSawErrors())
+            note(exception.getMessage());
     } catch (...) {
         if (limits.getExcess() == nullptr)
             std::cerr << "An error occured during parsing\n " << std::endl;
-        PelReadMessage::set(name, limits.getExcess() != nullptr ? limits.getExcess()
-                                                                : u"not enough memory");
+        note(limits.getExcess() != nullptr ? limits.getExcess() : u"not enough memory");
     }
     limits.watchMemory(false);
-    const PelXercesDOMTreeErrorReporter& reporter = machine.reporter;
-    if (reporter.getSawErrors())
-        PelReadMessage::set(reporter.getFirstError());
     if (hasFailed || reporter.getSawErrors())
         return {};
     PelXercesDocumentPtr document(machine.parser.adoptDocument());
     return document ? PelXercesTree::share(engine, std::move(document)) : PelXercesNodeRef();
+}
+
+// Without memory for a message there is none.
+void PelXercesReader::note(const XMLCh* text) noexcept {
+    try {
+        reporter.note(true, text);
+    } catch (const std::bad_alloc&) {
+    }
 }

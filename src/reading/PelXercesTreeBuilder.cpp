@@ -4,6 +4,7 @@
 #include "reading/PelXercesReadMemory.h"
 #include "xerces/PelXercesLinks.h"
 
+#include <xercesc/dom/DOMException.hpp>
 #include <xercesc/dom/impl/DOMAttrImpl.hpp>
 #include <xercesc/dom/impl/DOMAttrMapImpl.hpp>
 #include <xercesc/dom/impl/DOMDocumentImpl.hpp>
@@ -16,6 +17,7 @@
 #include <xercesc/framework/XMLNotationDecl.hpp>
 #include <xercesc/internal/XMLScanner.hpp>
 #include <xercesc/util/XMLString.hpp>
+#include <xercesc/util/XMLUni.hpp>
 #include <xercesc/validators/DTD/DTDElementDecl.hpp>
 #include <xercesc/validators/DTD/DTDEntityDecl.hpp>
 
@@ -58,11 +60,58 @@ void keep(xercesc::DOMNamedNodeMap& map, Node& node, const Declaration& declarat
         former->release();
 }
 
+// Without validation the engine drops references to entities that are declared nowhere, as soon as
+// there is a DTD that might declare them.
+struct ScannerAccess : xercesc::XMLScanner {
+    static void requireEntities(xercesc::XMLScanner& scanner) {
+        scanner.*&ScannerAccess::fHasNoDTD = true;
+    }
+};
+
+// Where the engine's own words say little.
+const XMLCh* inPlainWords(unsigned int code, const XMLCh* words) {
+    switch (code) {
+    case xercesc::XMLErrs::InvalidDocumentStructure:
+        return u"this is not XML: a document begins with a declaration or an element";
+    case xercesc::XMLErrs::ExpectedCommentOrPI:
+        return u"only comments and processing instructions may follow the root element";
+    default:
+        return words;
+    }
+}
+
 } // namespace
 
-PelXercesTreeBuilder::PelXercesTreeBuilder(PelXercesReadMemory& memory, Road ownRoad)
-    : XercesDOMParser(nullptr, &memory), limits(memory.getLimits()), road(ownRoad) {
+PelXercesTreeBuilder::PelXercesTreeBuilder(PelXercesReadMemory& readMemory, Road ownRoad)
+    : XercesDOMParser(nullptr, &readMemory), memory(readMemory), limits(memory.getLimits()),
+      road(ownRoad) {
     memory.getStreams().setReaders(getScanner()->getReaderMgr());
+}
+
+void PelXercesTreeBuilder::error(unsigned int code, const XMLCh* domain,
+                                 xercesc::XMLErrorReporter::ErrTypes type, const XMLCh* text,
+                                 const XMLCh* systemId, const XMLCh* publicId, XMLFileLoc line,
+                                 XMLFileLoc column) {
+    const bool isOfScanner = XMLString::equals(domain, xercesc::XMLUni::fgXMLErrDomain);
+    XercesDOMParser::error(code, domain, type, isOfScanner ? inPlainWords(code, text) : text,
+                           systemId, publicId, line, column);
+}
+
+void PelXercesTreeBuilder::reportHere(const XMLCh* text) {
+    xercesc::ReaderMgr::LastExtEntityInfo place;
+    getScanner()->getReaderMgr()->getLastExtEntityInfo(place);
+    XercesDOMParser::error(0, xercesc::XMLUni::fgZeroLenString, ErrType_Fatal, text, place.systemId,
+                           place.publicId, place.lineNumber, place.colNumber);
+}
+
+void PelXercesTreeBuilder::XMLDecl(const XMLCh* version, const XMLCh* encoding,
+                                   const XMLCh* standalone, const XMLCh* actualEncoding) {
+    try {
+        XercesDOMParser::XMLDecl(version, encoding, standalone, actualEncoding);
+    } catch (const xercesc::DOMException&) { // which knows no place
+        reportHere(u"only the versions 1.0 and 1.1 of XML are read");
+        throw;
+    }
 }
 
 // The engine makes the document with the parser's memory manager.
@@ -80,6 +129,8 @@ void PelXercesTreeBuilder::startElement(const xercesc::XMLElementDecl& declarati
     limits.openElement();
     if (isRoot)
         limits.watchMemory(true); // from here on the engine clears nothing up before the end
+    if (isRoot && getValidationScheme() == Val_Never)
+        ScannerAccess::requireEntities(*getScanner());
     const bool isPlain = road != Road::engine && fWithinElement && !declaration.hasAttDefs() &&
                          fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE;
     for (XMLSize_t i = 0; i < count; ++i)
@@ -250,7 +301,13 @@ void PelXercesTreeBuilder::notationDecl(const xercesc::XMLNotationDecl& notation
 
 void PelXercesTreeBuilder::doctypeDecl(const xercesc::DTDElementDecl& root, const XMLCh* publicId,
                                        const XMLCh* systemId, bool hasSubset, bool hasExternal) {
+    if (areTypesRefused) {
+        reportHere(u"documents with a document type are refused, as it was set");
+        throw xercesc::XMLErrs::NoError; // as the engine ends a parse after a fatal error
+    }
     requirePairs(systemId);
+    hasExternalSubset = hasExternal;
+    memory.getEntities().expectSubset(hasExternal && !hasSubset);
     XercesDOMParser::doctypeDecl(root, publicId, systemId, hasSubset, hasExternal);
 }
 
@@ -262,6 +319,7 @@ void PelXercesTreeBuilder::startIntSubset() {
 
 void PelXercesTreeBuilder::endIntSubset() {
     isInSubset = false;
+    memory.getEntities().expectSubset(hasExternalSubset);
     XercesDOMParser::endIntSubset();
 }
 

@@ -30,8 +30,17 @@ public:
     static constexpr Road usualRoad = Road::engine;
 #endif
 
-    PelXercesTreeBuilder(PelXercesReadMemory& memory, Road road);
+    PelXercesTreeBuilder(PelXercesReadMemory& readMemory, Road road);
 
+    /// Ends the parse with an error where a document type begins.
+    void refuseDocumentTypes() noexcept { areTypesRefused = true; }
+
+    void error(unsigned int code, const XMLCh* domain, xercesc::XMLErrorReporter::ErrTypes type,
+               const XMLCh* text, const XMLCh* systemId, const XMLCh* publicId, XMLFileLoc line,
+               XMLFileLoc column) override;
+
+    void XMLDecl(const XMLCh* version, const XMLCh* encoding, const XMLCh* standalone,
+                 const XMLCh* actualEncoding) override;
     void startDocument() override;
 
     void startElement(const xercesc::XMLElementDecl& declaration, unsigned int uriId,
@@ -61,12 +70,16 @@ private:
     using Attributes = xercesc::RefVectorOf<xercesc::XMLAttr>;
 
     void forgetIds(const Attributes& attributes, XMLSize_t count);
+    void reportHere(const XMLCh* text);
     void requirePairs(const XMLCh* literal);
     void endText();
     void reportElement();
 
+    PelXercesReadMemory& memory;
     PelXercesReadLimits& limits;
     const Road road;
+    bool areTypesRefused = false;
+    bool hasExternalSubset = false;
     PelXercesSubset subset{fInternalSubset};
     bool isInSubset = false;
     std::size_t ids = 0;

@@ -20,6 +20,8 @@
 
 namespace {
 
+constexpr char textName[] = "text";
+
 PelDOMDocument documentOn(const PelXercesNodeRef& node) {
     return node ? PelDOMDocument(new PelXercesDOMNode(node)) : PelDOMDocument();
 }
@@ -68,26 +70,21 @@ PelDOMDocument PelXercesDOMUtilities::createDocument(const PelString& rootName) 
 }
 
 PelDOMDocument PelXercesDOMUtilities::readDocument(const PelString& fileName) {
-    PelLog::trace(u"PelXercesDOMUtilities::readDocument()", this);
-    if (!isReadyFor(fileName))
-        return nothingRead();
-    return documentOn(PelXercesReader().readFile(fileName));
+    return read(fileName, [&](PelXercesReader& reader) { return reader.readFile(fileName); });
 }
 
 PelDOMDocument PelXercesDOMUtilities::readDocumentFromStringA(PelString text) {
-    PelLog::trace(u"PelXercesDOMUtilities::readDocument()", this);
-    if (!isReadyFor(text))
-        return nothingRead();
-    return documentOn(PelXercesReader().readText(text.getStringA(), text.view().size()));
+    return read(text, [&](PelXercesReader& reader) {
+        return reader.readText(textName, text.getStringA(), text.view().size());
+    });
 }
 
 PelDOMDocument PelXercesDOMUtilities::readDocumentFromStringW(PelString text) {
-    PelLog::trace(u"PelXercesDOMUtilities::readDocument()", this);
-    if (!isReadyFor(text))
-        return nothingRead();
-    return documentOn(PelXercesReader().readText(
-        text.view().data(), text.view().size() * sizeof(char16_t),
-        beginsWithByteOrderMark(text) ? nullptr : PelPlainScanner::nativeUtf16()));
+    return read(text, [&](PelXercesReader& reader) {
+        return reader.readText(textName, text.view().data(), text.view().size() * sizeof(char16_t),
+                               beginsWithByteOrderMark(text) ? nullptr
+                                                             : PelPlainScanner::nativeUtf16());
+    });
 }
 
 PelDOM::Error PelXercesDOMUtilities::writeDocument(const PelDOMDocument& document,
@@ -106,11 +103,21 @@ PelDOM::Error PelXercesDOMUtilities::writeDocument(const PelDOMDocument& documen
     return writeDocument(document, target, 1, 1, 0);
 }
 
-PelDOMDocument PelXercesDOMUtilities::nothingRead() const {
-    PelReadMessage::set(PelString(), getErrorStatus() == PelDOM::SUCCESS
-                                         ? u"there is nothing to read"
-                                         : u"the engine does not start");
-    return PelDOMDocument();
+template <class Read>
+PelDOMDocument PelXercesDOMUtilities::read(const PelString& argument, Read readBy) {
+    PelLog::trace(u"PelXercesDOMUtilities::readDocument()", this);
+    if (!isReadyFor(argument)) {
+        PelReadMessage::set(PelString(), getErrorStatus() == PelDOM::SUCCESS
+                                             ? u"there is nothing to read"
+                                             : u"the engine does not start");
+        return PelDOMDocument();
+    }
+    PelReadMessage::clear();
+    PelXercesReader reader;
+    const PelXercesNodeRef node = readBy(reader);
+    if (!node)
+        PelReadMessage::set(reader.getMessages());
+    return documentOn(node);
 }
 
 // Starts the engine if need be, even for an argument that is of no use.

@@ -27,6 +27,7 @@ public:
     PelDOM::Error writeDocument(const PelDOMDocument& document, const PelString& fileName) override;
 
 private:
-    PelDOMDocument nothingRead() const;
+    template <class Read>
+    PelDOMDocument read(const PelString& argument, Read readBy);
     bool isReadyFor(const PelString& argument);
 };
