@@ -12,8 +12,8 @@ namespace {
 
 using Road = PelXercesTreeBuilder::Road;
 
-PelXercesNodeRef readOn(Road road, const void* bytes, std::size_t size, const XMLCh* encoding,
-                        std::string& message) {
+PelXercesNodeRef readOn(
+    Road road, const void* bytes, std::size_t size, const XMLCh* encoding, std::string& message) {
     PelXercesReadSettings settings;
     settings.road = road;
     PelXercesReader reader(settings);

@@ -8,7 +8,7 @@ namespace {
 using Road = PelXercesTreeBuilder::Road;
 
 PelXercesNodeRef readOn(Road road, const std::string& bytes, const std::string& file, const XMLCh* encoding,
-                        std::string& message) {
+    std::string& message) {
     PelXercesReadSettings settings;
     settings.road = road;
     PelXercesReader reader(settings);

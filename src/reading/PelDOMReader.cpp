@@ -166,8 +166,8 @@ PelDOMDocument PelDOMReader::readFile(const PelString& name) {
 }
 
 PelDOMDocument PelDOMReader::readBytes(const void* bytes, std::size_t size, const PelString& name) {
-    return body->read(
-        name, [&](PelXercesReader& reader) { return reader.readText(name, bytes, size); });
+    return body->read(name,
+                      [&](PelXercesReader& reader) { return reader.readText(name, bytes, size); });
 }
 
 PelDOMDocument PelDOMReader::readStream(std::istream& stream, const PelString& name) {

@@ -39,9 +39,8 @@ void PelXercesEntities::addDocument(const PelString& id, const PelString& name,
 
 void PelXercesEntities::add(const PelString& id, const PelString& parentId, const PelString& name) {
     const auto parent = entities.find(parentId);
-    const PelString shown = parent != entities.end() && isRelative(name)
-                                ? parent->second.folder + name
-                                : name;
+    const PelString shown =
+        parent != entities.end() && isRelative(name) ? parent->second.folder + name : name;
     entities.insert(
         {id, {shown, folderOf(shown), PelPlatform::fileSystemName(id), nullptr, 0, {}}});
 }

@@ -64,7 +64,7 @@ void keep(xercesc::DOMNamedNodeMap& map, Node& node, const Declaration& declarat
 // there is a DTD that might declare them.
 struct ScannerAccess : xercesc::XMLScanner {
     static void requireEntities(xercesc::XMLScanner& scanner) {
-        scanner.*&ScannerAccess::fHasNoDTD = true;
+        scanner.*& ScannerAccess::fHasNoDTD = true;
     }
 };
 

@@ -33,7 +33,9 @@ public:
     PelXercesTreeBuilder(PelXercesReadMemory& readMemory, Road road);
 
     /// Ends the parse with an error where a document type begins.
-    void refuseDocumentTypes() noexcept { areTypesRefused = true; }
+    void refuseDocumentTypes() noexcept {
+        areTypesRefused = true;
+    }
 
     void error(unsigned int code, const XMLCh* domain, xercesc::XMLErrorReporter::ErrTypes type,
                const XMLCh* text, const XMLCh* systemId, const XMLCh* publicId, XMLFileLoc line,
