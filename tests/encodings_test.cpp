@@ -97,7 +97,7 @@ TEST(IllFormedBytes, AreReportedAtTheirPlace) {
         {"<a>" + repeat(100000, "x\n") + "</a>\xE2\x82", "text:100001:5: invalid multi-byte sequence"},
         {"<a>" + repeat(100000, "\xC3\xA9\n") + "\xFF</a>",
             "text:100001:1: code point 0xFF is invalid for 'UTF-8' encoding"},
-        {"\xFF\xFE<\0a\0>\0\n\0\0\xDC"s, "text:2:1: invalid multi-byte sequence"},
+        {"\xFF\xFE<\0a\0>\0\n\0\0\xDC"s, "text:2:1: code point 0xDC00 is invalid for 'UTF-16LE' encoding"},
         {"<?xml version='1.0' encoding='Shift_JIS'?>\n<a>\x82\xA0\x82</a>",
             "text:2:5: code point 0x82 is invalid for 'Shift_JIS' encoding"},
         {"<?xml version='1.0' encoding='no-such'?><a/>",

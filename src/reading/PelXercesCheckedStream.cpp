@@ -20,31 +20,27 @@ using xercesc::XMLUni;
 namespace {
 
 /// How the engine reads an entity's declaration.
-struct Family {
-    const char* encoding;
-    std::size_t unit; // bytes
-    bool isLittleEndian;
-};
+using Family = PelXercesCheckedStream::Family;
 
 Family familyOf(const XMLByte* bytes, std::size_t size) {
     switch (XMLRecognizer::basicEncodingProbe(bytes, size)) {
     case XMLRecognizer::UTF_16L:
-        return {"UTF-16LE", 2, true};
+        return {"UTF-16LE", {2, true}};
     case XMLRecognizer::UTF_16B:
-        return {"UTF-16BE", 2, false};
+        return {"UTF-16BE", {2, false}};
     case XMLRecognizer::UCS_4L:
-        return {"UTF-32LE", 4, true};
+        return {"UTF-32LE", {4, true}};
     case XMLRecognizer::UCS_4B:
-        return {"UTF-32BE", 4, false};
+        return {"UTF-32BE", {4, false}};
     case XMLRecognizer::EBCDIC:
-        return {"ibm-37", 1, false};
+        return {"ibm-37", {1, false}};
     default:
-        return {"UTF-8", 1, false};
+        return {"UTF-8", {1, false}};
     }
 }
 
 std::size_t markSize(const Family& family, const XMLByte* bytes, std::size_t size) {
-    const std::size_t mark = family.unit == 1 ? 3 : family.unit;
+    const std::size_t mark = family.unit.size == 1 ? 3 : family.unit.size;
     const bool isThere =
         PelEncodingCheck::beginning(family.encoding, bytes, std::min(size, mark), 1) == u"\uFEFF";
     return isThere ? mark : 0;
@@ -118,8 +114,8 @@ bool isNeutralName(std::size_t unit, const std::string& name) {
 // character takes several bytes, only their own encoding can be.
 bool canBeIn(const std::string& name, const Family& family, const XMLByte* bytes,
              std::size_t size) {
-    if (family.unit > 1)
-        return isNeutralName(family.unit, name) ||
+    if (family.unit.size > 1)
+        return isNeutralName(family.unit.size, name) ||
                PelEncodingCheck::areSame(name.c_str(), family.encoding);
     return isDeclaration(PelEncodingCheck::beginning(name.c_str(), bytes, size, 6));
 }
@@ -171,8 +167,13 @@ bool PelXercesCheckedStream::isEngineAtEnd(XMLSize_t wanted) const {
 std::size_t PelXercesCheckedStream::passBytes(const XMLByte* bytes, std::size_t size) {
     const std::size_t good = check->passBytes(bytes, size);
     hasFault = good < size || (size == 0 && !check->mayEnd());
-    if (isOfBytes && good > 0 && good < size)
-        faultyByte = bytes[good];
+    // One that began in the bytes before is not to be seen here.
+    if (hasFault && (good > 0 || calls == 1) && size - good >= unit.size) {
+        faultyUnit = 0;
+        for (std::size_t i = 0; i < unit.size; ++i)
+            faultyUnit =
+                *faultyUnit << 8 | bytes[good + (unit.isLittleEndian ? unit.size - 1 - i : i)];
+    }
     return good;
 }
 
@@ -180,24 +181,26 @@ std::size_t PelXercesCheckedStream::passFirstBytes(XMLByte* bytes, std::size_t s
     if (!encoding.empty()) {
         check = PelEncodingCheck::forEncoding(encoding.c_str());
         hasFault = check == nullptr;
+        if (encoding == "UTF-16LE" || encoding == "UTF-16BE")
+            unit = {2, encoding == "UTF-16LE"};
         return hasFault ? 0 : passBytes(bytes, size);
     }
     const Family family = familyOf(bytes, size);
+    unit = family.unit;
     const std::size_t mark = markSize(family, bytes, size);
     XMLByte* const text = bytes + mark;
     const std::u16string declaration = declarationOf(family, text, size - mark);
     encoding = namedEncoding(declaration);
     if (!encoding.empty() && !canBeIn(encoding, family, text, size - mark)) {
         hasFault = true; // before the declaration ends, and the engine believes it
-        return mark + declaration.size() * family.unit;
+        return mark + declaration.size() * family.unit.size;
     }
-    if (encoding.empty() || family.unit > 1)
+    if (encoding.empty() || family.unit.size > 1)
         encoding = family.encoding;
     // Without this space the engine has decoded what follows before it knows the encoding.
-    if (!declaration.empty() && text[0] == '<' && family.unit == 1)
+    if (!declaration.empty() && text[0] == '<' && family.unit.size == 1)
         text[5] = XMLByte{' '};
     check = PelEncodingCheck::forEncoding(encoding.c_str());
-    isOfBytes = family.unit == 1;
     return mark + passBytes(text, size - mark);
 }
 
@@ -208,10 +211,10 @@ void PelXercesCheckedStream::throwFault() const {
     if (check == nullptr)
         throw TranscodingException(__FILE__, __LINE__, XMLExcepts::Trans_CantCreateCvtrFor,
                                    name.view().data());
-    if (!faultyByte)
+    if (!faultyUnit)
         throw TranscodingException(__FILE__, __LINE__, XMLExcepts::Trans_BadSrcSeq);
-    std::array<XMLCh, 3> digits{};
-    xercesc::XMLString::binToText(*faultyByte, digits.data(), digits.size() - 1, 16);
+    std::array<XMLCh, 9> digits{};
+    xercesc::XMLString::binToText(*faultyUnit, digits.data(), digits.size() - 1, 16);
     throw TranscodingException(__FILE__, __LINE__, XMLExcepts::Trans_BadSrcCP, digits.data(),
                                name.view().data());
 }

@@ -41,6 +41,18 @@ private:
 /// throws the engine's exception, so that the fault is reported at its place.
 class PelXercesCheckedStream final : public xercesc::BinInputStream {
 public:
+    /// What an encoding's characters are made of, in bytes.
+    struct Unit {
+        std::size_t size;
+        bool isLittleEndian;
+    };
+
+    /// Encodings that have the characters of a declaration in common, by one of them.
+    struct Family {
+        const char* encoding;
+        Unit unit;
+    };
+
     /// The bytes are in `knownEncoding`; without one, in the encoding that they begin with.
     PelXercesCheckedStream(PelXercesOpenStreams& streams,
                            std::unique_ptr<xercesc::BinInputStream> ownStream,
@@ -62,10 +74,10 @@ private:
     std::string encoding;
     std::unique_ptr<PelEncodingCheck> check;
     XMLSize_t calls = 0;
-    XMLSize_t room = 0;     // in the engine's buffer when it is empty
-    bool hasFault = false;  // the bytes before it have been read
-    bool isOfBytes = false; // not of words
-    std::optional<unsigned> faultyByte;
+    XMLSize_t room = 0;    // in the engine's buffer when it is empty
+    bool hasFault = false; // the bytes before it have been read
+    Unit unit{1, false};
+    std::optional<unsigned> faultyUnit;
     PelXercesOpenStreams& openStreams;
     const std::list<PelXercesCheckedStream*>::iterator place;
 };
