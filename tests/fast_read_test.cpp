@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "../fuzz/same_tree.h"
+#include "reading/PelPlainNodes.h"
 #include "reading/PelXercesReader.h"
 #include "support.h"
 
@@ -40,6 +41,8 @@ struct BothRoads : testing::Test {
     static void SetUpTestSuite() { services().init(); }
     static void TearDownTestSuite() { services().terminate(); }
 };
+
+TEST_F(BothRoads, KnowTheEnginesNodes) { EXPECT_TRUE(PelPlainNodes::areKnown()); }
 
 TEST_F(BothRoads, GiveTheSameTree) {
     const std::string dtd =

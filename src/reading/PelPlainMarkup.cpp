@@ -218,7 +218,7 @@ bool PelPlainMarkup<Source>::readAttribute() {
     if (!skip('='))
         return false;
     skipSpace();
-    text.begin();
+    text.clear();
     if (!(skip('"') ? readValue<'"'>() : skip('\'') && readValue<'\''>()))
         return false;
     tree.addAttribute(*name, text);
@@ -290,7 +290,7 @@ bool PelPlainMarkup<Source>::readMarkup() {
 
 template <class Source>
 bool PelPlainMarkup<Source>::readText() {
-    text.begin();
+    text.clear();
     while (copy<PelPlainContent>("<"sv)) {
         if (isAt('<')) {
             tree.addText(text);
@@ -350,7 +350,7 @@ bool PelPlainMarkup<Source>::readCharacterReference() {
 template <class Source>
 bool PelPlainMarkup<Source>::readComment() {
     at += 4;
-    text.begin();
+    text.clear();
     while (copy<PelPlainComment>("-->"sv)) {
         if (!isAt('-'))
             return false;
@@ -367,7 +367,7 @@ bool PelPlainMarkup<Source>::readComment() {
 template <class Source>
 bool PelPlainMarkup<Source>::readCdata() {
     at += 9;
-    text.begin();
+    text.clear();
     while (copy<PelPlainCdata>("]]>"sv)) {
         if (!isAt(']'))
             return false;
@@ -390,7 +390,7 @@ bool PelPlainMarkup<Source>::readInstruction() {
     const std::u16string target = unitsFrom(begin);
     if (xercesc::XMLString::compareIStringASCII(target.c_str(), u"xml") == 0)
         return false;
-    text.begin();
+    text.clear();
     if (!skipSpace()) {
         tree.addInstruction(target, text);
         return skip("?>"sv);

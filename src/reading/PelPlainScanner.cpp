@@ -42,7 +42,7 @@ PelXercesDocumentPtr PelPlainScanner::read(const void* bytes, std::size_t size, 
                                            const XMLCh* systemId) {
     try {
         // The process can tell the engine to take other characters for line ends too.
-        if (xercesc::XMLPlatformUtils::isNELRecognized())
+        if (xercesc::XMLPlatformUtils::isNELRecognized() || !PelPlainNodes::areKnown())
             return nullptr;
         if (encoding == Encoding::utf8)
             return readAs<PelPlainUtf8>(bytes, size, systemId, XMLUni::fgUTF8EncodingString);

@@ -16,7 +16,8 @@ public:
     PelPlainText(const PelPlainText&) = delete;
     PelPlainText& operator=(const PelPlainText&) = delete;
 
-    void begin() {
+    /// Begins a new one.
+    void clear() {
         end = units;
         large = nullptr;
     }
@@ -42,6 +43,7 @@ public:
 
     /// Of a short text.
     std::size_t size() const { return static_cast<std::size_t>(end - units); }
+    const char16_t* begin() const { return units; }
     const char16_t* terminated() {
         *end = 0;
         return units;

@@ -5,10 +5,8 @@
 #include "xerces/PelXercesMemory.h"
 
 #include <xercesc/dom/DOMImplementation.hpp>
-#include <xercesc/dom/impl/DOMAttrMapImpl.hpp>
 #include <xercesc/dom/impl/DOMCDATASectionImpl.hpp>
 #include <xercesc/dom/impl/DOMCommentImpl.hpp>
-#include <xercesc/dom/impl/DOMNodeVector.hpp>
 #include <xercesc/dom/impl/DOMProcessingInstructionImpl.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
@@ -19,18 +17,12 @@ using xercesc::DOMBuffer;
 using xercesc::DOMDocumentImpl;
 using xercesc::DOMElementImpl;
 using xercesc::DOMMemoryManager;
-using xercesc::DOMNodeVector;
-using xercesc::DOMTextImpl;
+using xercesc::DOMNode;
 
 namespace {
 
 // Up to here sorting by insertion is faster.
 constexpr std::size_t fewAttributes = 12;
-
-// The list of attributes of an element that has none so far.
-struct AttributeMap : xercesc::DOMAttrMapImpl {
-    static DOMNodeVector*& nodesOf(DOMAttrMapImpl& map) { return map.*(&AttributeMap::fNodes); }
-};
 
 // What a node consists of, which some kinds of node keep from others.
 template <class Node>
@@ -57,7 +49,7 @@ const XMLCh* shortOf(PelPlainText& text) {
 PelPlainTree::PelPlainTree(const XMLCh* systemId, const XMLCh* encoding)
     : owner(
           xercesc::DOMImplementation::getImplementation()->createDocument(&PelXercesMemory::get())),
-      document(static_cast<DOMDocumentImpl&>(*owner)) {
+      document(static_cast<DOMDocumentImpl&>(*owner)), nodes(document) {
     document.setErrorChecking(false);
     document.setDocumentURI(systemId);
     document.setInputEncoding(encoding);
@@ -77,25 +69,22 @@ PelXercesDocumentPtr PelPlainTree::take() {
 }
 
 void PelPlainTree::openElement(const Name& name) {
-    auto* const element = new (&document, DOMMemoryManager::ELEMENT_OBJECT)
-        DOMElementImpl(&document, nullptr); // without a look into the pool of names
-    element->fName = name.pooled;
+    DOMElementImpl& element = nodes.makeElement();
+    element.fName = name.pooled;
     if (levels.empty())
-        document.appendChild(element);
+        document.appendChild(&element);
     else
-        append(*element);
-    levels.push_back({element, nullptr, nullptr, nullptr});
+        append(element);
+    levels.push_back({&element, nullptr, nullptr, nullptr});
 }
 
 void PelPlainTree::addAttribute(const Name& name, PelPlainText& value) {
-    auto* const attribute =
-        new (&document, DOMMemoryManager::ATTR_OBJECT) DOMAttrImpl(&document, nullptr);
-    attribute->fName = name.pooled;
-    DOMElementImpl* const element = levels.back().element;
-    attribute->fNode.fOwnerNode = element;
-    attribute->fNode.isOwned(true);
-    PelXercesLinks::append(*attribute, makeText(value));
-    attributes.push_back({name, attribute});
+    DOMAttrImpl& attribute = nodes.makeAttribute();
+    attribute.fName = name.pooled;
+    attribute.fNode.fOwnerNode = levels.back().element;
+    attribute.fNode.isOwned(true);
+    PelXercesLinks::append(attribute, makeText(value));
+    attributes.push_back({name, &attribute});
 }
 
 // The engine keeps attributes in the order of their names.
@@ -111,15 +100,12 @@ bool PelPlainTree::endTag() {
         for (auto next = attributes.begin() + 1; next < attributes.end(); ++next)
             for (auto at = next; at != attributes.begin() && isBefore(*at, *(at - 1)); --at)
                 std::swap(*at, *(at - 1));
-    auto* const nodes = new (&document) DOMNodeVector(&document, attributes.size());
-    const XMLCh* previous = nullptr;
-    for (const Attribute& attribute : attributes) {
-        if (attribute.name.pooled == previous)
+    DOMNode** const list = nodes.makeAttributeList(*levels.back().element, attributes.size());
+    for (std::size_t i = 0; i < attributes.size(); ++i) {
+        list[i] = attributes[i].node;
+        if (i > 0 && attributes[i].name.pooled == attributes[i - 1].name.pooled)
             return false;
-        previous = attribute.name.pooled;
-        nodes->addElement(attribute.node);
     }
-    AttributeMap::nodesOf(*levels.back().element->fAttributes) = nodes;
     attributes.clear();
     return true;
 }
@@ -178,10 +164,7 @@ void PelPlainTree::append(Node& node) {
     level.lastLinks = &links;
 }
 
-DOMTextImpl& PelPlainTree::makeText(PelPlainText& text) {
-    if (!text.isLong())
-        return *new (&document, DOMMemoryManager::TEXT_OBJECT)
-            DOMTextImpl(&document, text.terminated(), text.size());
-    return withText(new (&document, DOMMemoryManager::TEXT_OBJECT) DOMTextImpl(&document, u"", 0),
-                    text);
+xercesc::DOMTextImpl& PelPlainTree::makeText(PelPlainText& text) {
+    return text.isLong() ? withText(&nodes.makeText(u"", 0), text)
+                         : nodes.makeText(text.begin(), text.size());
 }

@@ -2,12 +2,9 @@
 #pragma once
 
 #include "reading/PelPlainNames.h"
+#include "reading/PelPlainNodes.h"
 #include "reading/PelPlainText.h"
 #include "xerces/PelXercesTree.h"
-
-#include <xercesc/dom/impl/DOMAttrImpl.hpp>
-#include <xercesc/dom/impl/DOMElementImpl.hpp>
-#include <xercesc/dom/impl/DOMTextImpl.hpp>
 
 #include <string>
 #include <vector>
@@ -62,6 +59,7 @@ private:
 
     PelXercesDocumentPtr owner;
     xercesc::DOMDocumentImpl& document;
+    PelPlainNodes nodes;
     std::vector<Level> levels;
     std::vector<Attribute> attributes;
 };
