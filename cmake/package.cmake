@@ -87,8 +87,9 @@ foreach(component runtime development tools)
 endforeach()
 install(FILES README.md DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/${development}
     COMPONENT development EXCLUDE_FROM_ALL)
-install(FILES examples/outline.cpp examples/outline.h examples/tour.cpp examples/sample.xml
+install(DIRECTORY examples/
     DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/${development}/examples
-    COMPONENT development EXCLUDE_FROM_ALL)
+    COMPONENT development EXCLUDE_FROM_ALL
+    FILES_MATCHING PATTERN "*.cpp" PATTERN "*.h" PATTERN "*.xml")
 
 include(CPack)

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+//
+// Answers orders, one on each line of the standard input, and ends with a journal of the last
+// three.
+//
+//     message_loop < orders
+
+#include <qrndom/QRNDOM.h>
+
+#include <iostream>
+
+int main() {
+    PelDOMUtilites& services = *PelDOMUtilites::getUtilities(PelDOM::PLATFORM_XERCES);
+    PelDOMDocument journal = services.createDocument("journal");
+    PelDOMElement entries = journal.getDocumentElement();
+    PelDOMWriter writer;
+    for (std::string line; std::getline(std::cin, line);) {
+        PelDOMElement answer = journal.createElement("answer");
+        const PelDOMElement order = services.readDocumentFromStringW(line).getDocumentElement();
+        if (order) {
+            long cents = 0;
+            for (PelDOMElement item : order.getChildElements("item"))
+                cents += item.getAttributeOr("pieces", 1L) * item.getAttributeOr("cents", 0L);
+            answer.setAttribute("order", order.getAttribute("id"));
+            answer.setAttribute("cents", cents);
+            entries.appendChild(journal.importNode(order, true));
+            if (entries.getChildNodes().length() > 3)
+                entries.removeChild(entries.getFirstChild()); // and its memory is given back
+        } else {
+            answer.setTextContent(PelDOMUtilites::getLastReadMessage());
+        }
+        writer.writeStream(answer, std::cout);
+        std::cout << std::endl;
+    }
+    return writer.writeStream(journal, std::cout);
+}

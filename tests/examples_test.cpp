@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+#include "support.h"
+
+#include <random>
+
+namespace {
+
+/// What a program prints, and what it ends with unless that is 0.
+std::string run(const ScratchFolder& folder, const std::string& program, const std::string& input = {}) {
+    const std::string command = "cd '" + folder.path + "' && '" QRNDOM_EXAMPLES "'/" + program + " < '" +
+                                folder.write("in", input) + "' > out 2> errors";
+    const int status = std::system(command.c_str());
+    const std::string end = status != 0 ? "ended with " + std::to_string(WEXITSTATUS(status)) + "\n" : "";
+    return bytesOf(folder.file("out")) + bytesOf(folder.file("errors")) + end;
+}
+
+const std::string declaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+
+TEST(Examples, EditAConfigurationFile) {
+    const ScratchFolder folder;
+    folder.write("c.xml",
+        "<!-- ours -->\n<config revision='9'>\n  <!-- listens here -->\n"
+        "  <option name='port' value='80'/>\n  <option name='user' value='www'/>\n</config>");
+    EXPECT_EQ(run(folder, "edit_config c.xml port 8080 user '' 'log file' 'a&b'"), "");
+    const std::string edited = declaration +
+                               "<!-- ours -->\n<config revision=\"10\">\n  <!-- listens here -->\n"
+                               "  <option name=\"port\" value=\"8080\"/>\n"
+                               "  <option name=\"log file\" value=\"a&amp;b\"/>\n</config>\n";
+    EXPECT_EQ(bytesOf(folder.file("c.xml")), edited);
+    EXPECT_EQ(run(folder, "edit_config c.xml user '' port 8080"), "");
+    EXPECT_EQ(bytesOf(folder.file("c.xml")), std::string(edited).replace(edited.find("10"), 2, "11"));
+    EXPECT_NE(run(folder, "edit_config none.xml a b").find("ended with 1"), std::string::npos);
+}
+
+TEST(Examples, ReadAFeed) {
+    const ScratchFolder folder;
+    folder.write("f.xml",
+        "<rss version='2.0' xmlns:by='http://purl.org/dc/elements/1.1/' xmlns:x='urn:x'><channel>"
+        "<title>Nights</title><item><title>M 42</title><by:creator>Ana &amp; Jörg</by:creator>"
+        "<x:creator>nobody</x:creator><enclosure url='m42.png' length='20480'/>"
+        "<description>A <![CDATA[<b>clear</b>]]> sky</description></item>"
+        "<item><title>Clouds</title><enclosure url='c.png' length='?'/></item></channel></rss>");
+    EXPECT_EQ(run(folder, "read_feed f.xml"), "Nights\n\nM 42\nby Ana & Jörg\nm42.png (20 KiB)\n"
+                                              "A <b>clear</b> sky\n\nClouds\nc.png (0 KiB)\n\n");
+}
+
+TEST(Examples, MergeFiles) {
+    const ScratchFolder folder;
+    std::map<long, std::string> expected, found;
+    std::string command = "merge_files merged.xml";
+    for (long file = 0; file < 3; ++file) {
+        std::string contacts;
+        for (long id = 50 * file; id < 50 * file + 100; ++id) {
+            expected[id] = "Jörg " + std::to_string(file);
+            contacts +=
+                "<contact id='" + std::to_string(id) + "'>\n<name>" + expected[id] + "</name></contact>\n";
+        }
+        const std::string name = std::to_string(file) + ".xml";
+        folder.write(name, "<book>" + contacts + "<contact/><other/></book>");
+        command += " " + name;
+    }
+    EXPECT_EQ(run(folder, command), "");
+    const PelDOMElement merged = readFile(folder.file("merged.xml")).getDocumentElement();
+    long last = -1, anonymous = 0;
+    for (PelDOMElement contact : merged.getChildElements("contact")) {
+        const long id = contact.getAttributeOr("id", -1L);
+        anonymous += id < 0 ? 1 : 0;
+        if (id < 0) continue;
+        EXPECT_EQ(id, std::exchange(last, id) + 1); // in the place of the one that it replaces
+        found[id] = contact.getChildElement("name").getTextContent().toUtf8();
+    }
+    EXPECT_EQ(found, expected);
+    EXPECT_EQ(anonymous, 3);
+    EXPECT_NE(run(folder, "merge_files new.xml 0.xml none.xml").find("ended with 1"), std::string::npos);
+    EXPECT_FALSE(std::filesystem::exists(folder.file("new.xml")));
+}
+
+TEST(Examples, TurnTablesIntoXmlAndBack) {
+    const ScratchFolder folder;
+    const std::string csv = "Title,\"Price (EUR)\"\nMoby-Dick,9.90\n\"a, \"\"b\"\"\nc\",\nmore,1,2\n";
+    const std::string xml = run(folder, "csv_xml", csv);
+    EXPECT_EQ(
+        xml, declaration +
+                 "<table>\n <row>\n  <cell column=\"Title\">Moby-Dick</cell>\n"
+                 "  <cell column=\"Price (EUR)\">9.90</cell>\n </row>\n <row>\n"
+                 "  <cell column=\"Title\">a, \"b\"\nc</cell>\n  <cell column=\"Price (EUR)\"/>\n </row>\n"
+                 " <row>\n  <cell column=\"Title\">more</cell>\n  <cell column=\"Price (EUR)\">1</cell>\n"
+                 " </row>\n</table>\n");
+    folder.write("t.xml", xml);
+    EXPECT_EQ(run(folder, "csv_xml t.xml"), "\"Title\",\"Price (EUR)\"\n\"Moby-Dick\",\"9.90\"\n"
+                                            "\"a, \"\"b\"\"\nc\",\"\"\n\"more\",\"1\"\n");
+    std::mt19937 random(1);
+    std::string table = "\"a\",\"b\",\"c\"\n";
+    const char* const parts[] = {
+        "", "x", " ", ",", "\n", "\"\"", "<&>'", "\r\n", "\t", "\xC3\xA9", "\xF0\x9F\x98\x80"};
+    for (int cell = 0; cell < 3000; ++cell) {
+        table += cell % 3 == 0 ? "\"" : ",\"";
+        for (int i = 0; i < 3; ++i) table += parts[random() % std::size(parts)];
+        table += cell % 3 == 2 ? "\"\n" : "\"";
+    }
+    folder.write("t.xml", run(folder, "csv_xml", table));
+    EXPECT_EQ(run(folder, "csv_xml t.xml"), table);
+    EXPECT_EQ(run(folder, "csv_xml", "a,b\n\x01,2\n").find("XML has no such character: \x01\n"),
+        run(folder, "csv_xml", "a,b\n,2\n").size());
+}
+
+TEST(Examples, PrintTheTextOfAPage) {
+    const ScratchFolder folder;
+    folder.write("p.html",
+        "<!DOCTYPE html>\n<html><head><title>The\n night</title><style>p {}</style></head>\n"
+        "<body><script>var a;</script><h1>Clear<br/>sky</h1><p>Hello <b>wo</b>rld,\n\t and "
+        "<![CDATA[<more>]]>.</p><ul><li>one</li><li><p>two</p></li></ul> tail <!-- no --></body></html>");
+    EXPECT_EQ(
+        run(folder, "page_text p.html"), "The night\nClear\nsky\nHello world, and <more>.\none\ntwo\ntail\n");
+}
+
+TEST(Examples, FindAndSort) {
+    const ScratchFolder folder;
+    folder.write("b.xml", "<books><!-- all -->\n<book price='30'>A</book><book price='9.9'>B</book>\n"
+                          "<book>C</book><book price='9.5'>D</book><book price='9.9'>E</book></books>");
+    EXPECT_EQ(run(folder, "find_sort b.xml 9.9"),
+        declaration + "<books>\n  <!-- all -->\n  <book>C</book>\n  <book price=\"9.5\">D</book>\n"
+                      "  <book price=\"9.9\">B</book>\n  <book price=\"9.9\">E</book>\n</books>\n");
+    for (const char* const arguments : {"b.xml", "b.xml cheap", "none.xml 1"})
+        EXPECT_EQ(run(folder, std::string("find_sort ") + arguments).find("usage"), 0U) << arguments;
+}
+
+TEST(Examples, PrintPrettily) {
+    const ScratchFolder folder;
+    folder.write("p.xml", "<a><b><c/>  <d>text <e/></d></b>\n\n<!-- f --></a>");
+    const std::string pretty =
+        declaration + "<a>\n  <b>\n    <c/>\n    <d>text <e/></d>\n  </b>\n  <!-- f -->\n</a>\n";
+    EXPECT_EQ(run(folder, "pretty_print p.xml"), pretty);
+    folder.write("p.xml", pretty);
+    EXPECT_EQ(run(folder, "pretty_print p.xml"), pretty);
+    EXPECT_EQ(run(folder, "pretty_print " QRNDOM_SAMPLE).find(declaration), 0U);
+    EXPECT_NE(run(folder, "pretty_print none.xml").find("none.xml"), std::string::npos);
+}
+
+TEST(Examples, AnswerMessages) {
+    const ScratchFolder folder;
+    std::string messages = "<order id='a'>\n\n", expected =
+                                                     "<answer>text:1:15: input ended before all started tags "
+                                                     "were ended; last tag started is 'order'</answer>\n"
+                                                     "<answer>:0:0: there is nothing to read</answer>\n";
+    for (long i = 1; i <= 2000; ++i) {
+        const std::string id = std::to_string(i), pieces = std::to_string(i % 7);
+        messages +=
+            "<order id='" + id + "'><item pieces='" + pieces + "' cents='150'/><item cents='5'/></order>\n";
+        expected += "<answer cents=\"" + std::to_string(i % 7 * 150 + 5) + "\" order=\"" + id + "\"/>\n";
+    }
+    const std::string printed = run(folder, "message_loop", messages);
+    EXPECT_EQ(printed.substr(0, expected.size()), expected);
+    EXPECT_EQ(printed.substr(expected.size()),
+        declaration +
+            "<journal><order id=\"1998\"><item cents=\"150\" pieces=\"3\"/><item cents=\"5\"/></order>"
+            "<order id=\"1999\"><item cents=\"150\" pieces=\"4\"/><item cents=\"5\"/></order>"
+            "<order id=\"2000\"><item cents=\"150\" pieces=\"5\"/><item cents=\"5\"/></order></journal>\n");
+}
+
+} // namespace
