@@ -1,0 +1,240 @@
+// SPDX-License-Identifier: MIT
+#include "support.h"
+
+#include <sstream>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+using namespace std::string_literals;
+using Reader = PelDOMReader;
+
+/// In a folder of its own, with a file, an entity, a DTD and another folder in it.
+class Reading : public testing::Test {
+protected:
+    Reading() {
+        std::filesystem::create_directories(folder + "/sub");
+        std::filesystem::current_path(folder);
+        write("a.xml", "<a>\n <b></c></a>");
+        write("inner.ent", "inner");
+        write("sub/outer.ent", "(&e;)");
+        write("a.dtd", "<!ELEMENT a ANY><!ENTITY f 'from the DTD'>");
+    }
+
+    ~Reading() override {
+        std::filesystem::current_path("/");
+        std::filesystem::remove_all(folder);
+    }
+
+    static void write(const char* name, const std::string& bytes) { std::ofstream(name) << bytes; }
+
+    /// The document in one line, or "null", then each message.
+    static std::string read(Reader& reader, const std::string& bytes) {
+        return told(reader, reader.readBytes(bytes.data(), bytes.size(), "d.xml"));
+    }
+
+    static std::string told(const Reader& reader, const PelDOMDocument& document) {
+        std::string result = show(document.getDocumentElement());
+        for (const PelDOMMessage& message : reader.getMessages())
+            result += (message.isError ? "; E " : "; W ") + message.toLine().toUtf8();
+        return result;
+    }
+
+    const std::string folder = testing::TempDir() + "qrndom-reader-" + std::to_string(getpid());
+};
+
+std::string utf16(const std::u16string& text) {
+    return "\xFF\xFE" + std::string(reinterpret_cast<const char*>(text.data()), 2 * text.size());
+}
+
+std::string repeated(const std::string& text, int times) {
+    std::string result;
+    while (times-- > 0) result += text;
+    return result;
+}
+
+TEST_F(Reading, TellsEachFaultAtItsPlaceInLinesAndCharacters) {
+    const std::string smile = "\xF0\x9F\x98\x80";
+    const struct {
+        int line;
+        std::string bytes, message;
+    } rows[] = {
+        {__LINE__, "<a>\n <b>x</c>\n</a>", "2:8: expected end of tag 'b'"},
+        {__LINE__, "<a>\r\n <b>x</c>\r\n</a>", "2:8: expected end of tag 'b'"},
+        {__LINE__, "<a>\r\t<b>x</c></a>", "2:8: expected end of tag 'b'"},
+        {__LINE__, "<a>\n " + smile + smile + "<b>x</c></a>", "2:10: expected end of tag 'b'"},
+        {__LINE__, "<a>" + smile + "\n<b>x</c></a>", "2:7: expected end of tag 'b'"},
+        {__LINE__, utf16(u"<a>\r\n\U0001F600<b>\U0001F600</c></a>"), "2:8: expected end of tag 'b'"},
+        {__LINE__, "<?xml version='1.0' encoding='ISO-8859-1'?>\n<a>\xE9\xE9<b></c></a>",
+            "2:11: expected end of tag 'b'"},
+        {__LINE__, "<?xml version='1.0' encoding='GB18030'?>\n<a>\x94\x39\xDA\x33<b></c></a>",
+            "2:10: expected end of tag 'b'"},
+        {__LINE__, "<a>\n<b>",
+            "2:4: input ended before all started tags were ended; last tag started is 'b'"},
+        {__LINE__, "<a/>\n<b/>",
+            "2:1: only comments and processing instructions may follow the root element"},
+        {__LINE__, "hello", "1:1: this is not XML: a document begins with a declaration or an element"},
+        {__LINE__, "", "1:1: this is not XML: a document begins with a declaration or an element"},
+        {__LINE__, "<a b='1' b='2'/>", "1:12: attribute 'b' is already specified for element 'a'"},
+        {__LINE__, "<a>&nope;</a>", "1:10: entity 'nope' not found"},
+        {__LINE__, "<a>\n x\xFFy</a>", "2:3: code point 0xFF is invalid for 'UTF-8' encoding"},
+        {__LINE__, "<a>\n" + repeated("<row>some text</row>\n", 5000) + smile + "\xC3(</a>",
+            "5002:2: code point 0xC3 is invalid for 'UTF-8' encoding"},
+        {__LINE__, "<a/>\n\0x"s, "2:1: code point 0x0 is invalid for 'UTF-8' encoding"},
+        {__LINE__, "<a>\n caf\xC3", "2:5: invalid multi-byte sequence"},
+        {__LINE__, "<?xml version='1.7'?><a/>", "1:22: only the versions 1.0 and 1.1 of XML are read"},
+        {__LINE__, "<?xml version='1.0' encoding='nope-8'?><a/>",
+            "1:39: unable to create converter for 'nope-8' encoding"},
+        {__LINE__, "<!DOCTYPE a [\n<!ELEMENT a (b>]><a/>", "2:15: expected ',', '|', or ')'"},
+        {__LINE__, "<!DOCTYPE a SYSTEM 'gone.dtd'>\n<a/>", "1:31: gone.dtd: no such file"},
+        {__LINE__, "<!DOCTYPE a SYSTEM 'sub'>\n<a/>", "1:26: sub: is a folder"},
+        {__LINE__, "<!DOCTYPE a SYSTEM '/dev/null'>\n<a/>", "1:32: /dev/null: is no regular file"},
+        {__LINE__, "<!DOCTYPE a SYSTEM 'http://x.test/a.dtd'>\n<a/>",
+            "1:42: http://x.test/a.dtd: an address on the network is not read"},
+        {__LINE__, "<!DOCTYPE a SYSTEM 'file:///%00'>\n<a/>", "1:34: file:///%00: no file has such a name"},
+        {__LINE__, "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e 'e'>]>\n<a>\n" + repeated("&e;", 50'001) + "</a>",
+            "3:150004: parser has encountered more than '50000' entity expansions in the document; this is "
+            "the "
+            "limit imposed by the application"},
+    };
+    for (const auto& row : rows) {
+        Reader reader;
+        EXPECT_EQ(read(reader, row.bytes), "null; E d.xml:" + row.message) << "line " << row.line;
+    }
+}
+
+TEST_F(Reading, NamesFilesAsTheCallerAndTheDocumentNameThem) {
+    write("sub/d.xml", "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e SYSTEM 'e.ent'>]>\n<a>&e;</a>");
+    write("sub/e.ent", "\n\xF0\x9F\x98\x80&x;");
+    Reader reader;
+    const auto file = [&](const char* name) { return told(reader, reader.readFile(name)); };
+    EXPECT_EQ(file("a.xml"), "null; E a.xml:2:7: expected end of tag 'b'");
+    EXPECT_EQ(file("./sub/../a.xml"), "null; E ./sub/../a.xml:2:7: expected end of tag 'b'");
+    EXPECT_EQ(file("sub/d.xml"), "null; E sub/e.ent:2:5: entity 'x' not found");
+    EXPECT_EQ(file("gone.xml"), "null; E gone.xml:0:0: no such file");
+    EXPECT_EQ(file("sub"), "null; E sub:0:0: is a folder");
+    EXPECT_EQ(file(""), "null; E :0:0: there is nothing to read");
+
+    reader.setBase("sub/other.xml");
+    EXPECT_EQ(read(reader, "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e SYSTEM 'e.ent'>]><a>&e;</a>"),
+        "null; E sub/e.ent:2:5: entity 'x' not found");
+    EXPECT_EQ(PelDOMUtilites::getLastReadMessage(), PelString()); // the services' own
+}
+
+TEST_F(Reading, ReadsAsItIsSet) {
+    const auto none = [](Reader&) {};
+    const auto never = [](Reader& reader) { reader.setValidation(Reader::NEVER); };
+    const auto always = [](Reader& reader) { reader.setValidation(Reader::ALWAYS); };
+    const auto noDTD = [=](Reader& reader) { never(reader), reader.setExternalDTD(false); };
+    const auto noEntities = [=](Reader& reader) { never(reader), reader.setExternalEntities(false); };
+    const auto refuse = [](Reader& reader) { reader.setDocumentType(Reader::REFUSE); };
+    const auto spaces = [](Reader& reader) { reader.setKeepIgnorableWhitespace(true); };
+    const auto two = [](Reader& reader) { reader.setMaxMessages(2); };
+    const auto quiet = [](Reader& reader) { reader.setMaxMessages(0); };
+    const std::string entities = "<!DOCTYPE a [<!ENTITY e SYSTEM 'inner.ent'>]><a>&e;</a>";
+    const std::string page = "<!DOCTYPE a PUBLIC 'p' 'http://x.test/a.dtd'><a/>";
+    const std::string outside = "<!DOCTYPE a SYSTEM 'a.dtd' [<!ENTITY e SYSTEM 'inner.ent'>]><a>&f;</a>";
+    const std::string model = "<!DOCTYPE a [<!ELEMENT a (b)><!ELEMENT b EMPTY>]><a> <b/> </a>";
+    const std::string wrong =
+        "<!DOCTYPE a [<!ELEMENT a EMPTY><!ATTLIST a b CDATA #REQUIRED>]><a><c/><d/></a>";
+    const std::string missing = "; E d.xml:1:67: missing required attribute 'b'";
+    const std::string unknown = "; E d.xml:1:69: no declaration found for element 'c'";
+    const struct {
+        int line;
+        std::function<void(Reader&)> set;
+        std::string bytes, told;
+    } rows[] = {
+        {__LINE__, none, entities, "null; E d.xml:1:48: no declaration found for element 'a'"},
+        {__LINE__, never, entities, "a(|inner|)"},
+        {__LINE__, noDTD, entities, "a; W d.xml:1:52: inner.ent is not read, as it was set"},
+        {__LINE__, noEntities, entities, "a; W d.xml:1:52: inner.ent is not read, as it was set"},
+        {__LINE__, none, outside, "a(|from the DTD|)"},
+        {__LINE__, never, outside, "a(|from the DTD|)"},
+        {__LINE__, noDTD, "<!DOCTYPE a SYSTEM 'a.dtd'><a/>",
+            "a; W d.xml:1:28: a.dtd is not read, as it was set"},
+        {__LINE__, noEntities, outside,
+            "null; W d.xml:1:61: a.dtd is not read, as it was set; E d.xml:1:67: entity 'f' not found"},
+        {__LINE__, never, "<!DOCTYPE a [<!ENTITY e 'e'>]><a>&x;</a>",
+            "null; E d.xml:1:37: entity 'x' not found"},
+        {__LINE__, never, page, "a; W d.xml:1:46: http://x.test/a.dtd is left out, since it cannot be read"},
+        {__LINE__, never, "<!DOCTYPE a SYSTEM 'gone.dtd'><a/>",
+            "a; W d.xml:1:31: gone.dtd is left out, since it cannot be read"},
+        {__LINE__, never, "<!DOCTYPE a [<!ENTITY e SYSTEM 'gone.ent'>]><a>&e;</a>",
+            "null; E d.xml:1:51: gone.ent: no such file"},
+        {__LINE__, always, "<a/>", "null; E d.xml:1:3: no declaration found for element 'a'"},
+        {__LINE__, always, model, "a(b)"},
+        {__LINE__, spaces, model, "a(| | b | |)"},
+        {__LINE__, refuse, "<a/>", "a"},
+        {__LINE__, refuse, page,
+            "null; E d.xml:1:45: documents with a document type are refused, as it was set"},
+        {__LINE__, refuse, utf16(u"<!DOCTYPE a><a/>"),
+            "null; E d.xml:1:13: documents with a document type are refused, as it was set"},
+        {__LINE__, none, wrong,
+            "null" + missing + unknown + "; E d.xml:1:73: no declaration found for element 'd'" +
+                "; E d.xml:1:79: element 'c' is not allowed for content model 'EMPTY'"},
+        {__LINE__, two, wrong, "null" + missing + unknown},
+        {__LINE__, quiet, wrong, "null"},
+        {__LINE__, none, "<!DOCTYPE a [<!ELEMENT a ANY><!ATTLIST a b CDATA ''><!ATTLIST a b CDATA ''>]><a/>",
+            "a b=; W d.xml:1:66: attribute 'b' has already been declared for element 'a'"},
+    };
+    for (const auto& row : rows) {
+        Reader reader;
+        row.set(reader);
+        EXPECT_EQ(read(reader, row.bytes), row.told) << "line " << row.line;
+        Reader copy(reader);
+        EXPECT_EQ(told(copy, PelDOMDocument()), "null") << "copies have no messages";
+        EXPECT_EQ(read(copy, row.bytes), row.told) << "line " << row.line << ", by a copy";
+    }
+}
+
+TEST_F(Reading, KeepsAnErrorRatherThanAWarning) {
+    Reader reader;
+    reader.setMaxMessages(1);
+    EXPECT_EQ(
+        read(reader, "<!DOCTYPE a [<!ELEMENT a ANY><!ATTLIST a b CDATA ''><!ATTLIST a b CDATA ''>]><a/><a/>"),
+        "null; E d.xml:1:82: only comments and processing instructions may follow the root element");
+}
+
+TEST_F(Reading, ReadsStreamsToTheirEnd) {
+    const std::string bytes =
+        "<?xml version='1.0' encoding='ISO-8859-1'?><a>\xE9" + repeated("x", 200'000) + "</a>";
+    Reader reader;
+    std::istringstream stream(bytes);
+    const PelDOMDocument document = reader.readStream(stream, "s");
+    EXPECT_EQ(document.getDocumentElement().getTextContent().toUtf8(), "\xC3\xA9" + repeated("x", 200'000));
+    EXPECT_TRUE(stream.eof());
+    EXPECT_EQ(told(reader, reader.readStream(stream, "s")), "null; E s:0:0: the stream cannot be read");
+
+    struct Broken : std::streambuf {
+        int_type underflow() override { throw std::runtime_error("cut off"); }
+    } broken;
+    std::istream cutOff(&broken);
+    EXPECT_EQ(told(reader, reader.readStream(cutOff, "c")), "null; E c:0:0: the stream cannot be read");
+    std::istringstream strict("<a/>");
+    strict.exceptions(std::ios_base::eofbit);
+    EXPECT_EQ(told(reader, reader.readStream(strict, "s")), "a");
+}
+
+TEST_F(Reading, WorksInSeveralThreadsAndBesideTheServices) {
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i)
+        threads.emplace_back([] {
+            Reader reader;
+            for (int round = 0; round < 50; ++round) {
+                EXPECT_EQ(read(reader, "<!DOCTYPE a SYSTEM 'a.dtd'><a>&f;</a>"), "a(|from the DTD|)");
+                EXPECT_EQ(read(reader, "<a>"),
+                    "null; E d.xml:1:4: input ended before all started tags were ended; "
+                    "last tag started is 'a'");
+            }
+        });
+    for (std::thread& thread : threads) thread.join();
+    Reader reader;
+    PelDOMDocument document = reader.readBytes("<a/>", 4, "d");
+    services().init();
+    services().terminate();
+    EXPECT_EQ(read(reader, "<b/>"), "b");
+    EXPECT_EQ(show(document.getDocumentElement()), "a");
+}
+
+} // namespace
