@@ -14,10 +14,10 @@ bool isDigit(char16_t unit) {
     return unit >= u'0' && unit <= u'9';
 }
 
-// Whether a number can hold it: "-1.5e+3", "0x1p-3", "infinity", "nan(payload_1)".
+// Whether a number can hold it: "-1.5e+3", "0x1p-3", "infinity". All NaNs are one.
 bool isOfNumber(char16_t unit) {
     return isDigit(unit) || (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z') ||
-           std::u16string_view(u"+-.()_").find(unit) != std::u16string_view::npos;
+           std::u16string_view(u"+-.").find(unit) != std::u16string_view::npos;
 }
 
 std::u16string_view withoutLeadingSpace(std::u16string_view text) {
