@@ -66,9 +66,7 @@ DOMNode* PelXercesList::first() const {
 DOMNode* PelXercesList::last() const {
     if (ofChildNodes)
         return root->getLastChild();
-    DOMNode* node = root.getNode();
-    while (DOMNode* const child = node->getLastChild())
-        node = child;
+    DOMNode* const node = PelXercesWalk::lastWithin(root.getNode());
     return matches(*node) ? node : previous(node);
 }
 
@@ -76,7 +74,7 @@ DOMNode* PelXercesList::next(DOMNode* node) const {
     if (ofChildNodes)
         return node->getNextSibling();
     do {
-        node = nextInTree(node);
+        node = PelXercesWalk::nextInTree(*root.getNode(), node);
     } while (node != nullptr && !matches(*node));
     return node;
 }
@@ -85,29 +83,8 @@ DOMNode* PelXercesList::previous(DOMNode* node) const {
     if (ofChildNodes)
         return node->getPreviousSibling();
     do {
-        node = previousInTree(node);
+        node = PelXercesWalk::previousInTree(*root.getNode(), node);
     } while (node != nullptr && !matches(*node));
-    return node;
-}
-
-DOMNode* PelXercesList::nextInTree(DOMNode* node) const {
-    if (DOMNode* const child = node->getFirstChild())
-        return child;
-    for (; node != root.getNode(); node = node->getParentNode())
-        if (DOMNode* const sibling = node->getNextSibling())
-            return sibling;
-    return nullptr;
-}
-
-DOMNode* PelXercesList::previousInTree(DOMNode* node) const {
-    DOMNode* const sibling = node->getPreviousSibling();
-    if (sibling == nullptr) {
-        DOMNode* const parent = node->getParentNode();
-        return parent != root.getNode() ? parent : nullptr;
-    }
-    node = sibling;
-    while (DOMNode* const child = node->getLastChild())
-        node = child;
     return node;
 }
 

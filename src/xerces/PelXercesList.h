@@ -35,8 +35,6 @@ private:
     xercesc::DOMNode* last() const;
     xercesc::DOMNode* next(xercesc::DOMNode* node) const;
     xercesc::DOMNode* previous(xercesc::DOMNode* node) const;
-    xercesc::DOMNode* nextInTree(xercesc::DOMNode* node) const;
-    xercesc::DOMNode* previousInTree(xercesc::DOMNode* node) const;
     bool matches(const xercesc::DOMNode& node) const;
     bool matches(const XMLCh* tagName) const;
 

@@ -44,6 +44,13 @@ DOMNode* PelXercesWalk::nextBehind(const DOMNode& root, const DOMNode* node) {
     return nullptr;
 }
 
+DOMNode* PelXercesWalk::previousInTree(const DOMNode& root, DOMNode* node) {
+    if (DOMNode* const sibling = node->getPreviousSibling())
+        return lastWithin(sibling);
+    DOMNode* const parent = node->getParentNode();
+    return parent != &root ? parent : nullptr;
+}
+
 DOMNode* PelXercesWalk::lastWithin(DOMNode* node) {
     while (DOMNode* const child = node->getLastChild())
         node = child;

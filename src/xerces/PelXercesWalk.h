@@ -26,6 +26,9 @@ public:
     /// The same without the nodes below that one.
     static xercesc::DOMNode* nextBehind(const xercesc::DOMNode& root, const xercesc::DOMNode* node);
 
+    /// The node before another one in document order, below `root`; null before the first.
+    static xercesc::DOMNode* previousInTree(const xercesc::DOMNode& root, xercesc::DOMNode* node);
+
     /// The last node in document order among a node and all below it.
     static xercesc::DOMNode* lastWithin(xercesc::DOMNode* node);
 
