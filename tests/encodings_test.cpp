@@ -66,7 +66,7 @@ TEST(IllFormedBytes, AreRefusedInDocumentsAndInWhatTheyName) {
         const std::string document = start + in1("<a>") + bytes + in1(rest + "</a>");
         const std::string path = "SYSTEM '" + folder.file("part.");
         return answers({parseBytes(document).isNull(), readFile(folder.write("f.xml", document)).isNull(),
-            parseBytes(start + in1("<a/>") + (bytes == in.good ? "" : bytes)).isNull(),
+            parseBytes(start + in1("<a/>") + bytes.substr(in.good.size())).isNull(),
             naming("<!ENTITY e " + path + "xml'>"), naming("<!ENTITY e ''><!ENTITY % p " + path + "dtd'>%p;"),
             readFile(folder.write("g.xml", "<!DOCTYPE a SYSTEM 'part.dtd'><a/>")).isNull()});
     };
