@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "core/PelEncodingCheck.h"
 
-#include <unicode/ucnv.h>
-#include <unicode/ucnv_err.h>
+#include "core/PelConverterCheck.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
-#include <new>
 #include <string_view>
 
 namespace {
@@ -206,91 +204,10 @@ private:
     const Byte last;
 };
 
-struct CloseConverter {
-    void operator()(UConverter* converter) const { ucnv_close(converter); }
-};
-
-using Converter = std::unique_ptr<UConverter, CloseConverter>;
-
-// Null when nobody knows the name. It stops at what it cannot convert, and replaces nothing.
-Converter openConverter(const char* name) {
-    UErrorCode status = U_ZERO_ERROR;
-    Converter converter(ucnv_open(name, &status));
-    if (status == U_MEMORY_ALLOCATION_ERROR)
-        throw std::bad_alloc();
-    if (converter)
-        ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
-                            &status);
-    return converter;
-}
-
-/// Any other encoding: its converter has to take every byte.
-class ConverterCheck final : public PelEncodingCheck {
-public:
-    explicit ConverterCheck(Converter ownConverter) : converter(std::move(ownConverter)) {}
-
-    // A byte 0 is fed alone: it may or may not be a U+0000, and where is known.
-    std::size_t passBytes(const Byte* bytes, std::size_t size) override {
-        for (std::size_t done = 0; done < size;) {
-            const void* const zero = std::memchr(bytes + done, 0, std::min(size - done, longest));
-            const std::size_t end =
-                zero == nullptr ? std::min(size, done + longest)
-                : zero == bytes + done
-                    ? done + 1
-                    : static_cast<std::size_t>(static_cast<const Byte*>(zero) - bytes);
-            const std::size_t taken = convert(bytes + done, end - done);
-            if (taken < end - done)
-                return done + taken;
-            done = end;
-        }
-        return size;
-    }
-
-    bool mayEnd() override {
-        feed(nullptr, nullptr, true);
-        return isGood();
-    }
-
-private:
-    static constexpr std::size_t longest = 4096;
-
-    std::size_t convert(const Byte* bytes, std::size_t size) {
-        const char* next = reinterpret_cast<const char*>(bytes);
-        const char* const end = next + size;
-        do {
-            next = feed(next, end, false);
-        } while (isGood() && (next < end || status == U_BUFFER_OVERFLOW_ERROR));
-        if (isGood())
-            return hasNul ? 0 : size;
-        std::array<char, 32> invalid{};
-        auto count = static_cast<std::int8_t>(invalid.size());
-        UErrorCode ignored = U_ZERO_ERROR;
-        ucnv_getInvalidChars(converter.get(), invalid.data(), &count, &ignored);
-        const auto taken = next - reinterpret_cast<const char*>(bytes);
-        return static_cast<std::size_t>(std::max<std::ptrdiff_t>(taken - count, 0));
-    }
-
-    const char* feed(const char* next, const char* end, bool isEnd) {
-        UChar* target = units.data();
-        status = U_ZERO_ERROR;
-        ucnv_toUnicode(converter.get(), &target, target + units.size(), &next, end, nullptr,
-                       static_cast<UBool>(isEnd), &status);
-        hasNul = hasNul || std::find(units.data(), target, u'\0') != target;
-        return next;
-    }
-
-    bool isGood() const { return U_SUCCESS(status) || status == U_BUFFER_OVERFLOW_ERROR; }
-
-    const Converter converter;
-    std::array<UChar, 1024> units{};
-    UErrorCode status = U_ZERO_ERROR;
-    bool hasNul = false;
-};
-
 } // namespace
 
 std::unique_ptr<PelEncodingCheck> PelEncodingCheck::forEncoding(const char* name) {
-    Converter converter = openConverter(name);
+    PelConverter::Handle converter = PelConverter::open(name);
     if (!converter)
         return nullptr;
     switch (ucnv_getType(converter.get())) {
@@ -305,13 +222,13 @@ std::unique_ptr<PelEncodingCheck> PelEncodingCheck::forEncoding(const char* name
     case UCNV_LATIN_1:
         return std::make_unique<ByteCheck>(Byte{0xFF});
     default:
-        return std::make_unique<ConverterCheck>(std::move(converter));
+        return std::make_unique<PelConverterCheck>(std::move(converter));
     }
 }
 
 std::u16string PelEncodingCheck::beginning(const char* name, const Byte* bytes, std::size_t size,
                                            std::size_t most) {
-    const Converter converter = openConverter(name);
+    const PelConverter::Handle converter = PelConverter::open(name);
     std::u16string text(most, u'\0');
     if (!converter)
         return {};
@@ -325,8 +242,8 @@ std::u16string PelEncodingCheck::beginning(const char* name, const Byte* bytes, 
 }
 
 bool PelEncodingCheck::areSame(const char* name, const char* otherName) {
-    const Converter one = openConverter(name);
-    const Converter other = openConverter(otherName);
+    const PelConverter::Handle one = PelConverter::open(name);
+    const PelConverter::Handle other = PelConverter::open(otherName);
     UErrorCode status = U_ZERO_ERROR;
     return one && other &&
            std::strcmp(ucnv_getName(one.get(), &status), ucnv_getName(other.get(), &status)) == 0;
