@@ -89,6 +89,32 @@ static_assert(takesAll<PelDOMNode&, PelDOMElement&, PelDOMText&, PelDOMDocument&
 static_assert(
     !std::is_convertible_v<PelDOMNode, PelDOMElement> && std::is_constructible_v<PelDOMElement, PelDOMNode>);
 
+// Nodes come and go as temporaries; only what an older call changes has to have a name.
+extern PelDOMDocument tree;
+constexpr auto placeNode =
+    CALL(node.appendChild(a), node.insertBefore(a, a), node.insertBefore(a, PelDOMNode()),
+        node.replaceChild(a, a), node.removeChild(a), tree.importNode(a, true));
+static_assert(takesAll<PelDOMNode, PelDOMNode&, const PelDOMNode&, PelDOMElement, PelDOMElement&,
+    const PelDOMText&, PelDOMDocument>(placeNode));
+static_assert(takesNone<int, std::nullptr_t, PelString, const char*, PelDOMNodeList>(placeNode));
+constexpr auto nameNode =
+    CALL(tree.createElement(a), tree.createTextNode(a), tree.createComment(a), tree.createCDATASection(a),
+        tree.createProcessingInstruction(a, a), element.setTagName(a), node.setNodeValue(a),
+        node.setTextContent(a), constElement.getChildElement(a), constElement.getChildElements(a),
+        constElement.getElementsByTagName(a), constElement.lookupNamespaceURI(a));
+static_assert(
+    takesAll<const char (&)[3], const char16_t*, std::string, const std::string&, std::u16string, PelString>(
+        nameNode));
+static_assert(takesNone<int, bool, char, PelDOMNode, std::string_view>(nameNode));
+constexpr auto fillHandle =
+    CALL(constNode.getParentNode(a), constNode.getOwnerDocument(tree), constNode.getChildNodes());
+static_assert(takesAll<PelDOMNode&, PelDOMElement&>(fillHandle) && takesNone<const PelDOMNode&>(fillHandle));
+
+template <class Handle, class Range>
+constexpr bool gives = std::is_same_v<decltype(*std::declval<const Range&>().begin()), Handle>;
+static_assert(gives<PelDOMNode, PelDOMNodeList> && gives<PelDOMElement, PelDOMElementRange>);
+static_assert(gives<const PelDOMAttribute&, decltype(constElement.getAttributes())>);
+
 TEST(Calls, TakeStandardStringsWhereTheyTakeStrings) {
     const std::string name = "a", value = "\xC3\xA9", empty;
     const std::u16string wide = u"w";

@@ -100,9 +100,9 @@ TEST(Values, ReadBackAsTheyWereWritten) {
         {DBL_MAX, "1.7976931348623157e+308"}, {HUGE_VAL, "INF"}, {-HUGE_VAL, "-INF"}};
     for (const auto& [value, text] : reals) EXPECT_EQ(written(value), text);
     EXPECT_EQ(written(0.1F) + " " + written(16777216.0F) + " " + written(FLT_TRUE_MIN) + " " +
-                  written(FLT_MAX) + " " + written(0.1L) + " " + written(-HUGE_VALF) + " " +
-                  written(std::nan("")),
-        "0.1 16777216 1e-45 3.4028235e+38 0.1 -INF NaN");
+                  written(-0x1p63F) + " " + written(0x1p63F) + " " + written(FLT_MAX) + " " + written(0.1L) +
+                  " " + written(-HUGE_VALF) + " " + written(std::nan("")),
+        "0.1 16777216 1e-45 -9223372036854775808 9.223372e+18 3.4028235e+38 0.1 -INF NaN");
     std::mt19937_64 random(1);
     for (int i = 0; i < 20'000; ++i) {
         const std::uint64_t bits = random();

@@ -92,7 +92,8 @@ PelString printReal(Number number) {
     if (std::isinf(number))
         return number < 0 ? u"-INF" : u"INF";
     constexpr Number beyondLong = -static_cast<Number>(std::numeric_limits<long>::min());
-    const bool fitsLong = std::abs(number) < beyondLong && std::trunc(number) == number;
+    const bool fitsLong =
+        number >= -beyondLong && number < beyondLong && std::trunc(number) == number;
     return fitsLong ? print(number, std::chars_format::fixed) : print(number);
 }
 
