@@ -186,6 +186,37 @@ void moving() {
     }
 }
 
+constexpr int comings = 550'000; // of nodes that go again, in a round
+
+// No handle is left to what was removed.
+void comingAndGoing() {
+    PelDOMElement root = living().root;
+    for (int i = 0; i < comings; ++i) {
+        PelDOMElement made = living().document.createElement("made");
+        require(made.setAttribute("number", valueOf(i)), "setting");
+        require(made.appendTextElement("text", valueOf(i + 1)), "filling");
+        require(root.appendChild(made), "appending");
+        require(root.removeChild(made), "removing");
+    }
+}
+
+// A handle leads into a part of the last one, and another one to what was made and never used.
+void copyingAndReplacing() {
+    PelDOMElement root = living().root;
+    PelDOMNode held;
+    PelDOMNode unused;
+    for (int i = 0; i < comings / 10; ++i) {
+        const PelDOMNode last = root.getLastChild();
+        const PelDOMNode copy = living().document.importNode(last, true);
+        require(root.replaceChild(copy, last), "replacing");
+        held = last.getFirstChild();
+        unused = living().document.createProcessingInstruction("unused", valueOf(i));
+        unused = living().document.createComment(valueOf(i));
+        require(PelDOMElement(copy).setTagName(i % 2 == 0 ? "e" : "f"), "renaming");
+    }
+    require(PelDOMElement(root.getLastChild()).setTagName("e"), "renaming");
+}
+
 void engine() {
     const PelDOMDocument kept = services().createDocument("kept");
     for (int i = 0; i < starts; ++i) {
@@ -218,7 +249,9 @@ const Phase phases[] = {{"start and stop the engine", engineAlone},
                         {"set an ID attribute", identifier},
                         {"set a text", text},
                         {"set and remove attributes", removal},
-                        {"move elements", moving}};
+                        {"move elements", moving},
+                        {"elements that come and go", comingAndGoing},
+                        {"copy, replace, rename", copyingAndReplacing}};
 
 /// Whether the memory stayed flat.
 bool measure(const Phase& phase, std::chrono::duration<double> share) {

@@ -57,6 +57,13 @@ inline bool failsAt(long allocation, const std::function<void()>& use) {
     ++FailingMemory::alive;
     return std::malloc(size);
 }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    try {
+        return operator new(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
 [[gnu::noinline]] void operator delete(void* memory) noexcept {
     FailingMemory::alive -= memory != nullptr ? 1 : 0;
     std::free(memory);

@@ -108,6 +108,65 @@ TEST(AUseWithoutMemory, IsDoneOrNotDoneAndLosesNothing) {
     }
 }
 
+// What a change has made by the time that it fails goes back, and nothing of the tree has changed.
+TEST(AChangeWithoutMemory, LeavesTheTreeAsItWas) {
+    const std::string large(9999, 'x'); // whatever holds it needs a block of its own
+    const PelString text(("<!DOCTYPE r [<!ELEMENT r ANY><!ELEMENT a ANY><!ELEMENT c ANY><!ATTLIST a b CDATA "
+                          "#IMPLIED d CDATA '" +
+                          large + "'><!ATTLIST c b CDATA '" + large + "' d CDATA 'c' e CDATA '" + large +
+                          "'>]><r><a b='" + large + "' d='own'>" + large + "</a><a b='2'/><c/></r>")
+                             .c_str());
+    const PelDOMDocument other = parse(text);
+    const auto at = [](const PelDOMDocument& document, long index) {
+        return childAt(rootOf(document), index);
+    };
+    const std::function<void(PelDOMDocument&)> changes[] = {
+        [&](auto& document) { rootOf(document).removeChild(at(document, 0)); },
+        [&](auto& document) { rootOf(document).insertBefore(document.createElement("n"), at(document, 1)); },
+        [&](auto& document) { rootOf(document).insertBefore(document.createElement("c"), at(document, 1)); },
+        [&](auto& document) {
+            rootOf(document).insertBefore(document.createComment(large), at(document, 1));
+        },
+        [&](auto& document) {
+            rootOf(document).insertBefore(document.createProcessingInstruction("p", large), at(document, 1));
+        },
+        [&](auto& document) {
+            rootOf(document).replaceChild(at(document, 0).cloneNode(true), at(document, 1));
+        },
+        [&](auto& document) {
+            rootOf(document).replaceChild(document.importNode(at(other, 0), true), at(document, 1));
+        },
+        [&](auto& document) {
+            rootOf(document).insertBefore(document.importNode(rootOf(other), true), at(document, 1));
+        },
+        [&](auto& document) { PelDOMElement(at(document, 0)).setTagName("c"); },
+        [&](auto& document) { PelDOMElement(at(document, 2)).setTagName("a"); },
+        [&](auto& document) { PelDOMElement(at(document, 0)).removeAttribute("d"); },
+        [&](auto& document) { PelDOMElement(at(document, 2)).removeAttribute("b"); },
+        [&](auto& document) { rootOf(document).appendTextElement("c", large); },
+        [&](auto& document) { rootOf(document).setTextContent(large); }};
+    for (const auto& change : changes) {
+        std::set<std::string> states{show(parse(text))};
+        bool hasFailed = true;
+        long n = 0;
+        for (; hasFailed; ++n) {
+            PelDOMDocument document = parse(text);
+            const PelDOMNodeList elements = rootOf(document).getElementsByTagName("*");
+            hasFailed = FailingMemory::failsAt(n, [&] { change(document); });
+            states.insert(show(document));
+            EXPECT_EQ(elements.length(), rootOf(document).getElementsByTagName("*").length());
+            // What was taken back is whole, and what was not is still in the tree.
+            const PelDOMNode copy = rootOf(document).cloneNode(true);
+            EXPECT_EQ(show(copy), show(rootOf(document)));
+            for (int i = 0; i < 600; ++i)
+                document.createElement("a").insertBefore(document.createTextNode("t"), PelDOMNode());
+            EXPECT_EQ(show(copy), show(rootOf(document)));
+        }
+        EXPECT_LE(states.size(), 2U) << &change - changes;
+        EXPECT_GT(n, 2) << &change - changes;
+    }
+}
+
 TEST(AFileThatFails, IsAnsweredAndSpoilsNothing) {
     const ScratchFolder folder;
     const PelDOMDocument document = parse("<a>text</a>");

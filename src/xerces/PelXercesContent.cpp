@@ -38,17 +38,6 @@ bool isCharacters(const DOMNode& node) {
            node.getNodeType() == DOMNode::CDATA_SECTION_NODE;
 }
 
-// The engine empties a node before it makes room for the new value. The old one fits again.
-void setKeeping(DOMNode& node, const XMLCh* value) {
-    const PelString old(node.getNodeValue());
-    try {
-        node.setNodeValue(value);
-    } catch (...) {
-        node.setNodeValue(old.view().data());
-        throw;
-    }
-}
-
 } // namespace
 
 PelString PelXercesContent::valueOf(const PelXercesNodeRef& node) {
@@ -64,13 +53,9 @@ PelString PelXercesContent::valueOf(const PelXercesNodeRef& node) {
 }
 
 PelDOM::Error PelXercesContent::setValue(const PelXercesNodeRef& node, const PelString& value) {
-    const PelDOM::NodeType type = node.getType();
-    if (!isAllowed(type, value.view()))
+    if (!isAllowed(node.getType(), value.view()))
         return PelDOM::INVALID_VALUE;
-    if (type == PelDOM::TEXT_NODE)
-        PelXercesLinks::setData(*node.as<xercesc::DOMText>(), value.view().data());
-    else
-        setKeeping(*node.getNode(), value.view().data());
+    node.getTree().nodes.setData(*node.getNode(), value.view().data());
     return PelDOM::SUCCESS;
 }
 
@@ -110,13 +95,6 @@ PelDOM::Error PelXercesContent::setText(const PelXercesNodeRef& node, const PelS
         return setValue(node, text);
     if (!PelXercesRules::isText(text.view()))
         return PelDOM::INVALID_VALUE;
-    const PelXercesNodeRef made = node.to(
-        text.isEmpty() != 0
-            ? nullptr
-            : static_cast<DOMNode*>(node.getDocument()->createTextNode(text.view().data())));
-    while (DOMNode* const child = node->getFirstChild())
-        PelXercesEditing::remove(node, node.to(child));
-    if (made)
-        PelXercesEditing::appendNew(node, *made.as<xercesc::DOMText>());
+    PelXercesEditing::replaceChildren(node, text.isEmpty() != 0 ? nullptr : text.view().data());
     return PelDOM::SUCCESS;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/PelXercesCopy.h"
 
+#include "xerces/PelXercesAttributes.h"
 #include "xerces/PelXercesLinks.h"
 #include "xerces/PelXercesRules.h"
 
@@ -16,29 +17,43 @@ using xercesc::DOMNode;
 
 namespace {
 
-/// Makes the nodes of a copy, one at a time.
+/// Makes a copy node by node.
 class Copier {
 public:
     Copier(const PelXercesNodeRef& owner, const PelXercesNodeRef& source)
-        : document(*static_cast<xercesc::DOMDocumentImpl*>(owner.getDocument())),
+        : nodes(owner.getTree().nodes), document(*owner.getDocument()),
           isClone(&owner.getTree() == &source.getTree()),
           hasOtherNames(source.getDocument()->getXmlVersion() != document.getXmlVersion()) {}
 
-    // Null where there is none.
-    DOMNode* copy(const DOMNode& source) {
+    // Null where there is none; an exception finds all taken back.
+    DOMNode* copyAll(DOMNode& source) {
+        DOMNode* const copy = copyOne(source);
+        try {
+            if (copy != nullptr && copyBelow(source, *copy))
+                return copy;
+        } catch (...) {
+            nodes.takeBack(*copy);
+            throw;
+        }
+        if (copy != nullptr)
+            nodes.takeBack(*copy);
+        return nullptr;
+    }
+
+    DOMNode* copyOne(const DOMNode& source) {
         const XMLCh* const value = source.getNodeValue();
         switch (source.getNodeType()) {
         case DOMNode::ELEMENT_NODE:
             return copyElement(source);
         case DOMNode::TEXT_NODE:
-            return document.createTextNode(value);
+            return &nodes.makeText(value);
         case DOMNode::CDATA_SECTION_NODE:
-            return document.createCDATASection(value);
+            return &nodes.makeCDATASection(value);
         case DOMNode::COMMENT_NODE:
-            return document.createComment(value);
+            return &nodes.makeComment(value);
         case DOMNode::PROCESSING_INSTRUCTION_NODE:
             return isAllowed(source.getNodeName())
-                       ? document.createProcessingInstruction(source.getNodeName(), value)
+                       ? &nodes.makeInstruction(source.getNodeName(), value)
                        : nullptr;
         default:
             return nullptr;
@@ -53,35 +68,69 @@ private:
     DOMElementImpl* copyElement(const DOMNode& source) {
         if (!isAllowed(source.getNodeName()))
             return nullptr;
-        auto* const element =
-            static_cast<DOMElementImpl*>(document.createElementNoCheck(source.getNodeName()));
-        const xercesc::DOMNamedNodeMap& attributes = *source.getAttributes();
-        for (XMLSize_t i = attributes.getLength(); i-- > 0;) {
+        DOMElementImpl& element = nodes.makeElement(source.getNodeName());
+        try {
+            if (copyAttributes(*source.getAttributes(), element))
+                return &element;
+        } catch (...) {
+            nodes.takeBack(element);
+            throw;
+        }
+        nodes.takeBack(element);
+        return nullptr;
+    }
+
+    bool copyAttributes(const xercesc::DOMNamedNodeMap& attributes, DOMElementImpl& element) {
+        for (XMLSize_t i = 0; i < attributes.getLength(); ++i) {
             const auto& attribute = static_cast<const DOMAttrImpl&>(*attributes.item(i));
             if (!isClone && !attribute.getSpecified())
                 continue; // a default of the other document
             if (!isAllowed(attribute.getName()))
-                return nullptr;
-            auto* const made =
-                static_cast<DOMAttrImpl*>(document.createAttribute(attribute.getName()));
-            made->setValueFast(PelXercesLinks::valueOf(attribute));
-            made->setSpecified(attribute.getSpecified());
-            element->setAttributeNode(made);
+                return false;
+            PelXercesAttributes::add(nodes, element,
+                                     nodes.makeAttribute(attribute.getName(),
+                                                         PelXercesLinks::valueOf(attribute),
+                                                         attribute.getSpecified()));
         }
-        return element;
+        return true;
     }
 
-    xercesc::DOMDocumentImpl& document;
+    // Whether all below a node could be copied.
+    bool copyBelow(DOMNode& source, DOMNode& copy) {
+        DOMNode* from = &source;
+        DOMNode* to = &copy;
+        for (;;) {
+            if (DOMNode* const child = from->getFirstChild()) {
+                from = child;
+            } else {
+                for (; from != &source && from->getNextSibling() == nullptr;
+                     to = to->getParentNode())
+                    from = from->getParentNode();
+                if (from == &source)
+                    return true;
+                from = from->getNextSibling();
+                to = to->getParentNode();
+            }
+            DOMNode* const child = copyOne(*from);
+            if (child == nullptr)
+                return false;
+            append(*to, *child);
+            to = child;
+        }
+    }
+
+    static void append(DOMNode& parent, DOMNode& child) {
+        if (PelXercesLinks::areKnown)
+            PelXercesLinks::insert(static_cast<DOMElementImpl&>(parent), child, nullptr);
+        else
+            parent.appendChild(&child);
+    }
+
+    PelXercesNodePool& nodes;
+    xercesc::DOMDocument& document;
     const bool isClone;
     const bool hasOtherNames;
 };
-
-void append(DOMNode& parent, DOMNode& child) {
-    if (PelXercesLinks::areKnown)
-        PelXercesLinks::insert(static_cast<DOMElementImpl&>(parent), child, nullptr);
-    else
-        parent.appendChild(&child);
-}
 
 } // namespace
 
@@ -89,29 +138,13 @@ PelXercesNodeRef PelXercesCopy::make(const PelXercesNodeRef& owner, const PelXer
                                      bool isDeep) {
     if (source.getType() == PelDOM::XML_DECL_NODE)
         return {};
+    PelXercesLooseNodes& loose = owner.getTree().loose;
+    loose.prepare();
     Copier copier(owner, source);
-    DOMNode* const copy = copier.copy(*source.getNode());
+    DOMNode* const copy =
+        isDeep ? copier.copyAll(*source.getNode()) : copier.copyOne(*source.getNode());
     if (copy == nullptr)
         return {};
-    const DOMNode* from = source.getNode();
-    DOMNode* to = copy;
-    while (isDeep) {
-        if (const DOMNode* const child = from->getFirstChild()) {
-            from = child;
-        } else {
-            for (; from != source.getNode() && from->getNextSibling() == nullptr;
-                 to = to->getParentNode())
-                from = from->getParentNode();
-            if (from == source.getNode())
-                break;
-            from = from->getNextSibling();
-            to = to->getParentNode();
-        }
-        DOMNode* const child = copier.copy(*from);
-        if (child == nullptr)
-            return {};
-        append(*to, *child);
-        to = child;
-    }
+    loose.add(*copy);
     return owner.to(copy);
 }

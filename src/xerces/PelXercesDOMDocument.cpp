@@ -5,11 +5,22 @@
 #include "xerces/PelXercesDOMNode.h"
 #include "xerces/PelXercesRules.h"
 
-#include <xercesc/dom/DOMCDATASection.hpp>
-#include <xercesc/dom/DOMComment.hpp>
 #include <xercesc/dom/DOMElement.hpp>
-#include <xercesc/dom/DOMProcessingInstruction.hpp>
-#include <xercesc/dom/DOMText.hpp>
+
+namespace {
+
+PelXercesNodePool& prepare(const PelXercesNodeRef& document) {
+    document.getTree().loose.prepare();
+    return document.getTree().nodes;
+}
+
+// A node that was made with that pool.
+PelXercesNodeRef loose(const PelXercesNodeRef& document, xercesc::DOMNode& node) {
+    document.getTree().loose.add(node);
+    return document.to(&node);
+}
+
+} // namespace
 
 PelDOMElement PelXercesDOMDocument::getDocumentElement() {
     const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
@@ -18,20 +29,23 @@ PelDOMElement PelXercesDOMDocument::getDocumentElement() {
     return PelDOMElement(new PelXercesDOMNode(node->to(node->getDocument()->getDocumentElement())));
 }
 
+// A name that XML forbids ends with the engine's exception.
 PelDOMElement PelXercesDOMDocument::createElement(const PelString& tagName) {
     const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
     if (node == nullptr)
         return PelDOMElement();
-    return PelDOMElement(
-        new PelXercesDOMNode(node->to(node->getDocument()->createElement(tagName.view().data()))));
+    const XMLCh* const name = tagName.view().data();
+    PelXercesNodePool& nodes = prepare(*node);
+    nodes.requireName(name);
+    return PelDOMElement(new PelXercesDOMNode(loose(*node, nodes.makeElement(name))));
 }
 
 PelDOMText PelXercesDOMDocument::createTextNode(const PelString& text) {
     const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
     if (node == nullptr)
         return PelDOMText();
-    return PelDOMText(
-        new PelXercesDOMNode(node->to(node->getDocument()->createTextNode(text.view().data()))));
+    PelXercesNodePool& nodes = prepare(*node);
+    return PelDOMText(new PelXercesDOMNode(loose(*node, nodes.makeText(text.view().data()))));
 }
 
 PelDOMNode PelXercesDOMDocument::importNode(const PelDOMNode& source, bool deep) {
@@ -46,16 +60,18 @@ PelDOMNode PelXercesDOMDocument::createComment(const PelString& data) {
     const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
     if (node == nullptr || !PelXercesRules::isComment(data.view()))
         return PelDOMNode();
-    return PelDOMNode(PelXercesDOMNode::quietly(
-        node->to(node->getDocument()->createComment(data.view().data()))));
+    PelXercesNodePool& nodes = prepare(*node);
+    return PelDOMNode(
+        PelXercesDOMNode::quietly(loose(*node, nodes.makeComment(data.view().data()))));
 }
 
 PelDOMNode PelXercesDOMDocument::createCDATASection(const PelString& data) {
     const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
     if (node == nullptr || !PelXercesRules::isCDATA(data.view()))
         return PelDOMNode();
-    return PelDOMNode(PelXercesDOMNode::quietly(
-        node->to(node->getDocument()->createCDATASection(data.view().data()))));
+    PelXercesNodePool& nodes = prepare(*node);
+    return PelDOMNode(
+        PelXercesDOMNode::quietly(loose(*node, nodes.makeCDATASection(data.view().data()))));
 }
 
 PelDOMNode PelXercesDOMDocument::createProcessingInstruction(const PelString& target,
@@ -65,7 +81,7 @@ PelDOMNode PelXercesDOMDocument::createProcessingInstruction(const PelString& ta
         !PelXercesRules::isInstructionTarget(target.view(), *node->getDocument()) ||
         !PelXercesRules::isInstruction(data.view()))
         return PelDOMNode();
-    return PelDOMNode(
-        PelXercesDOMNode::quietly(node->to(node->getDocument()->createProcessingInstruction(
-            target.view().data(), data.view().data()))));
+    PelXercesNodePool& nodes = prepare(*node);
+    return PelDOMNode(PelXercesDOMNode::quietly(
+        loose(*node, nodes.makeInstruction(target.view().data(), data.view().data()))));
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/PelXercesDOMElement.h"
 
+#include "xerces/PelXercesAttributes.h"
 #include "xerces/PelXercesContent.h"
 #include "xerces/PelXercesCursor.h"
 #include "xerces/PelXercesDOMNode.h"
@@ -12,12 +13,9 @@
 
 #include <qrndom/PelDOMNodeList.h>
 
-#include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
-#include <xercesc/dom/DOMText.hpp>
 
-using xercesc::DOMAttr;
 using xercesc::DOMElement;
 
 namespace {
@@ -43,30 +41,15 @@ xercesc::DOMNode* attributeNamed(const PelDOMNodeContentImp& content, const PelS
                               : nullptr;
 }
 
-// The engine's own way leaves an empty value behind when no memory is left. Nor does its table of
-// IDs ever forget one: each new value would take a further place, up to a number at which it fails.
-void setValue(DOMElement& element, const XMLCh* name, const XMLCh* value) {
-    DOMAttr* const attribute = element.getAttributeNode(name);
-    if (attribute != nullptr && PelXercesLinks::textOf(*attribute) != nullptr) {
-        PelXercesLinks::setData(*PelXercesLinks::textOf(*attribute), value);
-        static_cast<xercesc::DOMAttrImpl*>(attribute)->setSpecified(true);
-        return;
-    }
-    DOMAttr* const made = element.getOwnerDocument()->createAttribute(name);
-    made->setValue(value);
-    if (DOMAttr* const replaced = element.setAttributeNode(made))
-        replaced->release();
-}
-
 } // namespace
 
 PelDOM::Error PelXercesDOMElement::removeAttribute(const PelString& name) {
     if (PelDOM::checkString(name, 0) != PelDOM::SUCCESS)
         return PelDOM::INVALID_VALUE;
-    DOMElement* const element = elementOf(*this);
-    if (element == nullptr)
+    const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
+    if (node == nullptr)
         return PelDOM::INTERNAL_ERROR;
-    element->removeAttribute(name.view().data());
+    PelXercesAttributes::remove(*node, name.view().data());
     return PelDOM::SUCCESS;
 }
 
@@ -89,10 +72,10 @@ PelDOM::Error PelXercesDOMElement::setAttribute(const PelString& name, const Pel
     if (PelDOM::checkString(name, 0) != PelDOM::SUCCESS ||
         PelDOM::checkString(value, 1) != PelDOM::SUCCESS)
         return PelDOM::INVALID_VALUE;
-    DOMElement* const element = elementOf(*this);
-    if (element == nullptr)
+    const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
+    if (node == nullptr)
         return PelDOM::INTERNAL_ERROR;
-    setValue(*element, name.view().data(), value.view().data());
+    PelXercesAttributes::set(*node, name.view().data(), value.view().data());
     return PelDOM::SUCCESS;
 }
 
@@ -103,11 +86,7 @@ PelDOM::Error PelXercesDOMElement::appendTextElement(const PelString& name, cons
     const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
     if (node == nullptr)
         return PelDOM::INTERNAL_ERROR;
-    xercesc::DOMDocument* const document = node->getDocument();
-    DOMElement* const element = document->createElement(name.view().data());
-    xercesc::DOMText* const content = document->createTextNode(text.view().data());
-    PelXercesEditing::appendNew(*node, *element);
-    PelXercesEditing::appendNew(node->to(element), *content);
+    PelXercesEditing::appendTextElement(*node, name.view().data(), text.view().data());
     return PelDOM::SUCCESS;
 }
 
@@ -154,13 +133,13 @@ bool PelXercesDOMElement::hasAttribute(const PelString& name) {
 }
 
 PelDOM::Error PelXercesDOMElement::putAttribute(const PelString& name, const PelString& value) {
-    DOMElement* const element = elementOf(*this);
-    if (element == nullptr)
+    const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
+    if (node == nullptr)
         return PelDOM::INTERNAL_ERROR;
-    if (!PelXercesRules::isName(name.view(), *element->getOwnerDocument()) ||
+    if (!PelXercesRules::isName(name.view(), *node->getDocument()) ||
         !PelXercesRules::isText(value.view()))
         return PelDOM::INVALID_VALUE;
-    setValue(*element, name.view().data(), value.view().data());
+    PelXercesAttributes::set(*node, name.view().data(), value.view().data());
     return PelDOM::SUCCESS;
 }
 

@@ -2,7 +2,6 @@
 #include "xerces/PelXercesDOMText.h"
 
 #include "xerces/PelXercesDOMNode.h"
-#include "xerces/PelXercesLinks.h"
 
 #include <xercesc/dom/DOMText.hpp>
 
@@ -12,7 +11,7 @@ PelDOM::Error PelXercesDOMText::setValue(const PelString& value) {
     const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
     if (node == nullptr)
         return PelDOM::INTERNAL_ERROR;
-    PelXercesLinks::setData(*node->as<xercesc::DOMText>(), value.view().data());
+    node->getTree().nodes.setData(*node->getNode(), value.view().data());
     return PelDOM::SUCCESS;
 }
 

@@ -70,15 +70,13 @@ void link(const PelXercesNodeRef& parent, xercesc::DOMNode& child, xercesc::DOMN
     parent.getTree().changes.record(insertionOf(child));
 }
 
-template <class EngineNode, class Node>
-void linkNew(const PelXercesNodeRef& parent, Node& child, const XMLCh* name) {
-    auto& element = *parent.as<xercesc::DOMElementImpl>();
-    if (linkedElement(element) != nullptr)
-        PelXercesLinks::append(element, static_cast<EngineNode&>(child));
+// The same for a new node, as the last child of an element.
+void linkNew(PelXercesTree& tree, xercesc::DOMNode& parent, xercesc::DOMNode& child) {
+    if (xercesc::DOMElementImpl* const element = linkedElement(parent))
+        PelXercesLinks::insert(*element, child, nullptr);
     else
-        element.appendChild(&child);
-    parent.getTree().changes.record(
-        {parent.getNode(), &child, nullptr, nullptr, name, false, true});
+        parent.appendChild(&child);
+    tree.changes.record(insertionOf(child));
 }
 
 } // namespace
@@ -96,12 +94,21 @@ void PelXercesEditing::append(const PelXercesNodeRef& parent, xercesc::DOMNode& 
         {parent.getNode(), &child, nullptr, nullptr, removal.name, false, removal.isLeaf});
 }
 
-void PelXercesEditing::appendNew(const PelXercesNodeRef& parent, xercesc::DOMElement& child) {
-    linkNew<xercesc::DOMElementImpl>(parent, child, child.getTagName());
-}
-
-void PelXercesEditing::appendNew(const PelXercesNodeRef& parent, xercesc::DOMText& child) {
-    linkNew<xercesc::DOMTextImpl>(parent, child, nullptr);
+void PelXercesEditing::appendTextElement(const PelXercesNodeRef& parent, const XMLCh* name,
+                                         const XMLCh* text) {
+    PelXercesTree& tree = parent.getTree();
+    tree.loose.prepare(0);
+    tree.nodes.requireName(name);
+    xercesc::DOMElementImpl& element = tree.nodes.makeElement(name);
+    xercesc::DOMNode* content = nullptr;
+    try {
+        content = &tree.nodes.makeText(text);
+    } catch (...) {
+        tree.nodes.takeBack(element);
+        throw;
+    }
+    linkNew(tree, *parent.getNode(), element); // empty: of no concern to lists of other names
+    linkNew(tree, element, *content);
 }
 
 bool PelXercesEditing::insert(const PelXercesNodeRef& parent, const PelXercesNodeRef& child,
@@ -124,7 +131,9 @@ bool PelXercesEditing::replace(const PelXercesNodeRef& parent, const PelXercesNo
     xercesc::DOMNode* const next = old->getNextSibling();
     if (!PelXercesPlace(parent, next, old.getNode()).allows(child))
         return false;
+    parent.getTree().loose.prepare();
     unlink(parent.getTree(), *old.getNode());
+    parent.getTree().loose.add(*old.getNode());
     link(parent, *child.getNode(), next);
     return true;
 }
@@ -132,15 +141,33 @@ bool PelXercesEditing::replace(const PelXercesNodeRef& parent, const PelXercesNo
 bool PelXercesEditing::remove(const PelXercesNodeRef& parent, const PelXercesNodeRef& child) {
     if (child->getParentNode() != parent.getNode())
         return false;
+    parent.getTree().loose.prepare();
     unlink(parent.getTree(), *child.getNode());
+    parent.getTree().loose.add(*child.getNode());
     return true;
+}
+
+void PelXercesEditing::replaceChildren(const PelXercesNodeRef& parent, const XMLCh* text) {
+    PelXercesTree& tree = parent.getTree();
+    std::size_t count = 0;
+    for (xercesc::DOMNode* child = parent->getFirstChild(); child != nullptr;
+         child = child->getNextSibling())
+        ++count;
+    tree.loose.prepare(count);
+    xercesc::DOMNode* const made = text != nullptr ? &tree.nodes.makeText(text) : nullptr;
+    while (xercesc::DOMNode* const child = parent->getFirstChild()) {
+        unlink(tree, *child);
+        tree.loose.add(*child);
+    }
+    if (made != nullptr)
+        linkNew(tree, *parent.getNode(), *made);
 }
 
 // The lists of elements with the old name lose it, those with the new one gain it.
 void PelXercesEditing::rename(const PelXercesNodeRef& element, const XMLCh* name) {
     auto& renamed = *element.as<xercesc::DOMElementImpl>();
     const XMLCh* const former = renamed.getTagName();
-    PelXercesRenaming::rename(renamed, name);
+    PelXercesRenaming::rename(renamed, name, element.getTree().nodes);
     PelXercesChanges& changes = element.getTree().changes;
     for (const XMLCh* const concerned : {former, renamed.getTagName()})
         changes.record({nullptr, &renamed, nullptr, nullptr, concerned, false, true});

@@ -3,8 +3,7 @@
 
 #include "xerces/PelXercesNodeRef.h"
 
-#include <xercesc/dom/DOMElement.hpp>
-#include <xercesc/dom/DOMText.hpp>
+#include <xercesc/dom/DOMNode.hpp>
 
 /// Changes to the structure of a tree. Every one goes through here, so that live lists learn of it.
 class PelXercesEditing {
@@ -13,10 +12,10 @@ public:
     /// forbids that, throws the engine's DOM exception and changes nothing.
     static void append(const PelXercesNodeRef& parent, xercesc::DOMNode& child);
 
-    /// The same for a node of the same document that is new and empty, and an element as the
-    /// parent: the DOM never forbids that.
-    static void appendNew(const PelXercesNodeRef& parent, xercesc::DOMElement& child);
-    static void appendNew(const PelXercesNodeRef& parent, xercesc::DOMText& child);
+    /// Makes an element whose only child is a text, as the last child of an element. A name that
+    /// XML forbids ends with the engine's exception.
+    static void appendTextElement(const PelXercesNodeRef& parent, const XMLCh* name,
+                                  const XMLCh* text);
 
     /// Puts `child` in front of `before`, a child of `parent`; makes it the last child when that is
     /// none. These answer whether XML and the DOM allow the change, and else change nothing.
@@ -29,6 +28,9 @@ public:
 
     /// Takes `child` from `parent`.
     static bool remove(const PelXercesNodeRef& parent, const PelXercesNodeRef& child);
+
+    /// Replaces all children of an element by one text; by none when that is null.
+    static void replaceChildren(const PelXercesNodeRef& parent, const XMLCh* text);
 
     /// Gives an element another name, which XML allows.
     static void rename(const PelXercesNodeRef& element, const XMLCh* name);

@@ -118,21 +118,19 @@ public:
         return text != nullptr ? text->getData() : attribute.getNodeValue();
     }
 
-    /// Replaces the data of a text. When no memory is left for that, the exception finds the old
-    /// data there, while the engine's own way would have emptied the text.
-    static void setData(xercesc::DOMText& text, const XMLCh* data) {
-        auto& known = static_cast<xercesc::DOMTextImpl&>(text);
-        if (!areKnown || known.fNode.isReadOnly()) {
-            text.setData(data);
-            return;
-        }
-        auto* const spare =
-            static_cast<xercesc::DOMTextImpl*>(text.getOwnerDocument()->createTextNode(data));
-        std::swap(known.fCharacterData.fDataBuf, spare->fCharacterData.fDataBuf);
-        spare->release();
+    /// Bits of a node's flags that the engine leaves free.
+    enum Mark : unsigned short { isLoose = 1U << 14U, isHeld = 1U << 15U };
+
+    static bool hasMark(const xercesc::DOMNodeImpl& node, Mark mark) {
+        return (node.flags & mark) != 0;
     }
 
-    /// What each node that can be a child has.
+    static void setMark(xercesc::DOMNodeImpl& node, Mark mark, bool isSet) {
+        node.flags = static_cast<unsigned short>(isSet ? node.flags | mark : node.flags & ~mark);
+    }
+
+    /// What each node that can be a child has. Elements and texts, most of all, need no run-time
+    /// cast.
     static xercesc::DOMNodeImpl& implOf(xercesc::DOMNode* child) {
         switch (child->getNodeType()) {
         case xercesc::DOMNode::ELEMENT_NODE:
@@ -144,8 +142,6 @@ public:
         }
     }
 
-private:
-    // Elements and texts, most of all children, need no run-time cast.
     static xercesc::DOMChildNode& linksOf(xercesc::DOMNode* child) {
         switch (child->getNodeType()) {
         case xercesc::DOMNode::ELEMENT_NODE:

@@ -9,33 +9,31 @@
 
 #include <utility>
 
-/// A counted reference to one node of an engine tree, or to no node.
+/// A reference to one node of an engine tree, or to no node. The tree knows all references into it:
+/// the last one takes it along, and no node goes that one of them leads to.
 class PelXercesNodeRef {
 public:
     PelXercesNodeRef() noexcept = default;
 
     /// A reference to `engineNode` of `ownTree`; to no node when it is null.
     PelXercesNodeRef(PelXercesTree& ownTree, xercesc::DOMNode* engineNode) noexcept
-        : tree(engineNode != nullptr ? &ownTree : nullptr), node(engineNode) {
-        if (tree != nullptr)
-            ++tree->references;
+        : node(engineNode) {
+        join(engineNode != nullptr ? &ownTree : nullptr);
     }
 
-    PelXercesNodeRef(const PelXercesNodeRef& other) noexcept : tree(other.tree), node(other.node) {
-        if (tree != nullptr)
-            ++tree->references;
+    PelXercesNodeRef(const PelXercesNodeRef& other) noexcept : node(other.node) {
+        join(other.tree);
     }
 
-    PelXercesNodeRef& operator=(PelXercesNodeRef other) noexcept {
-        std::swap(tree, other.tree);
-        std::swap(node, other.node);
+    PelXercesNodeRef& operator=(const PelXercesNodeRef& other) noexcept {
+        const PelXercesNodeRef former(*this); // both may be the last
+        leave();
+        join(other.tree);
+        node = other.node;
         return *this;
     }
 
-    ~PelXercesNodeRef() {
-        if (tree != nullptr && --tree->references == 0)
-            delete tree;
-    }
+    ~PelXercesNodeRef() { leave(); }
 
     explicit operator bool() const noexcept { return node != nullptr; }
     xercesc::DOMNode* operator->() const noexcept { return node; }
@@ -56,10 +54,35 @@ public:
     /// A reference to another node of the same tree, or to none.
     PelXercesNodeRef to(xercesc::DOMNode* other) const noexcept { return {*tree, other}; }
 
+    /// The reference into the same tree that is next older; null after the last.
+    const PelXercesNodeRef* getOlder() const noexcept { return older; }
+
     /// NO_NODE for a reference to none.
     PelDOM::NodeType getType() const;
 
 private:
+    void join(PelXercesTree* ownTree) noexcept {
+        tree = ownTree;
+        if (tree == nullptr)
+            return;
+        newer = nullptr;
+        older = std::exchange(tree->newest, this);
+        if (older != nullptr)
+            older->newer = this;
+    }
+
+    void leave() noexcept {
+        if (tree == nullptr)
+            return;
+        (newer != nullptr ? newer->older : tree->newest) = older;
+        if (older != nullptr)
+            older->newer = newer;
+        else if (newer == nullptr)
+            delete tree;
+    }
+
     PelXercesTree* tree = nullptr;
     xercesc::DOMNode* node = nullptr;
+    PelXercesNodeRef* newer = nullptr;
+    PelXercesNodeRef* older = nullptr;
 };

@@ -62,7 +62,8 @@ void takeSpecified(DOMAttrMapImpl& attributes) {
 } // namespace
 
 // Both maps of a new element with that name are got ready and then exchanged.
-void PelXercesRenaming::rename(DOMElementImpl& element, const XMLCh* name) {
+void PelXercesRenaming::rename(DOMElementImpl& element, const XMLCh* name,
+                               PelXercesNodePool& nodes) {
     auto& document = static_cast<xercesc::DOMDocumentImpl&>(*element.fParent.fOwnerDocument);
     if (!PelXercesLinks::areKnown) {
         document.renameNode(&element, nullptr, name);
@@ -72,12 +73,13 @@ void PelXercesRenaming::rename(DOMElementImpl& element, const XMLCh* name) {
         element.fName = document.getPooledString(name);
         return;
     }
-    auto& spare = *static_cast<DOMElementImpl*>(document.createElementNoCheck(name));
+    DOMElementImpl& spare = nodes.makeElement(name);
     try {
         addSpecified(element, spare);
     } catch (...) {
         takeSpecified(*spare.fAttributes);
         setOwner(*element.fAttributes, element);
+        nodes.takeBack(spare);
         throw;
     }
     takeSpecified(*element.fAttributes);
@@ -88,5 +90,5 @@ void PelXercesRenaming::rename(DOMElementImpl& element, const XMLCh* name) {
     setOwner(*element.fDefaultAttributes, element);
     setOwner(*spare.fAttributes, spare);
     setOwner(*spare.fDefaultAttributes, spare);
-    spare.release();
+    nodes.takeBack(spare);
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "xerces/PelXercesNodePool.h"
+
 #include <xercesc/dom/impl/DOMElementImpl.hpp>
 
 /// The renaming of an element in place, with the attributes that its document's type adds.
@@ -8,5 +10,6 @@ class PelXercesRenaming {
 public:
     /// Gives `element` a name that XML allows. When no memory is left for that, the exception finds
     /// it as it was.
-    static void rename(xercesc::DOMElementImpl& element, const XMLCh* name);
+    static void rename(xercesc::DOMElementImpl& element, const XMLCh* name,
+                       PelXercesNodePool& nodes);
 };

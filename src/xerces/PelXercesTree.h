@@ -3,6 +3,8 @@
 
 #include "xerces/PelXercesChanges.h"
 #include "xerces/PelXercesEngine.h"
+#include "xerces/PelXercesLooseNodes.h"
+#include "xerces/PelXercesNodePool.h"
 
 #include <xercesc/dom/DOMDocument.hpp>
 
@@ -36,11 +38,16 @@ public:
 
 private:
     friend class PelXercesNodeRef;
+    friend class PelXercesLooseNodes;
 
     PelXercesTree(const PelXercesEngine::Share& engine, PelXercesDocumentPtr ownDocument)
-        : engineShare(engine), document(std::move(ownDocument)) {}
+        : engineShare(engine), document(std::move(ownDocument)), nodes(*document), loose(*this) {}
 
     const PelXercesEngine::Share engineShare; // outlives the document
     const PelXercesDocumentPtr document;
-    long references = 0; // plain: a tree is used by one thread at a time
+    PelXercesNodeRef* newest = nullptr; // plain: a tree is used by one thread at a time
+
+public:
+    PelXercesNodePool nodes;
+    PelXercesLooseNodes loose;
 };

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#include "xerces/PelXercesLooseNodes.h"
+
+#include "xerces/PelXercesLinks.h"
+#include "xerces/PelXercesNodeRef.h"
+#include "xerces/PelXercesTree.h"
+
+#include <algorithm>
+
+using xercesc::DOMNode;
+using xercesc::DOMNodeImpl;
+
+namespace {
+
+// The node above, by links alone; null for the document, and above it.
+DOMNode* parentOf(const DOMNodeImpl& node) {
+    if (!node.isOwned() || node.fOwnerNode->getNodeType() == DOMNode::DOCUMENT_NODE)
+        return nullptr;
+    return node.fOwnerNode;
+}
+
+// Sets or takes away the mark of a node and those above it, up to one that is so already. Answers
+// their number.
+std::size_t markUpwards(DOMNode* node, bool isHeld) {
+    std::size_t count = 0;
+    if (node->getNodeType() == DOMNode::DOCUMENT_NODE)
+        return count;
+    while (node != nullptr) {
+        DOMNodeImpl& impl = PelXercesLinks::implOf(node);
+        if (PelXercesLinks::hasMark(impl, PelXercesLinks::isHeld) == isHeld)
+            break;
+        PelXercesLinks::setMark(impl, PelXercesLinks::isHeld, isHeld);
+        node = parentOf(impl);
+        ++count;
+    }
+    return count;
+}
+
+} // namespace
+
+void PelXercesLooseNodes::prepare(std::size_t count) {
+    if (!PelXercesLinks::areKnown)
+        return;
+    if (tree.nodes.getMade() + removed >= due)
+        collect();
+    if (nodes.capacity() - nodes.size() < count)
+        nodes.reserve(std::max(nodes.size() + count, 2 * nodes.size()));
+}
+
+void PelXercesLooseNodes::add(DOMNode& node) noexcept {
+    if (!PelXercesLinks::areKnown || node.getNodeType() == DOMNode::DOCUMENT_TYPE_NODE)
+        return;
+    ++removed;
+    DOMNodeImpl& impl = PelXercesLinks::implOf(&node);
+    if (PelXercesLinks::hasMark(impl, PelXercesLinks::isLoose))
+        return;
+    PelXercesLinks::setMark(impl, PelXercesLinks::isLoose, true);
+    nodes.push_back(&node);
+}
+
+void PelXercesLooseNodes::collect() noexcept {
+    std::size_t work = nodes.size();
+    dropAttached();
+    if (!nodes.empty()) {
+        work += markHeld();
+        const auto isHeld = [](DOMNode* node) {
+            return PelXercesLinks::hasMark(PelXercesLinks::implOf(node), PelXercesLinks::isHeld);
+        };
+        const auto unheld = std::partition(nodes.begin(), nodes.end(), isHeld);
+        std::for_each(unheld, nodes.end(), [this](DOMNode* node) { tree.nodes.takeBack(*node); });
+        nodes.erase(unheld, nodes.end());
+        unmarkHeld();
+    }
+    due = tree.nodes.getMade() + removed + std::max(work, leastWork);
+}
+
+void PelXercesLooseNodes::dropAttached() noexcept {
+    const auto isAttached = [](DOMNode* node) {
+        DOMNodeImpl& impl = PelXercesLinks::implOf(node);
+        PelXercesLinks::setMark(impl, PelXercesLinks::isLoose, !impl.isOwned());
+        return impl.isOwned();
+    };
+    nodes.erase(std::remove_if(nodes.begin(), nodes.end(), isAttached), nodes.end());
+}
+
+std::size_t PelXercesLooseNodes::markHeld() noexcept {
+    std::size_t count = 0;
+    for (const PelXercesNodeRef* ref = tree.newest; ref != nullptr; ref = ref->getOlder())
+        count += 1 + markUpwards(ref->getNode(), true);
+    return count;
+}
+
+void PelXercesLooseNodes::unmarkHeld() noexcept {
+    for (const PelXercesNodeRef* ref = tree.newest; ref != nullptr; ref = ref->getOlder())
+        markUpwards(ref->getNode(), false);
+}
