@@ -204,13 +204,30 @@ TEST(Failures, OfFilesAndTextAreContained) {
         const ScratchFolder folder;
         const PelDOMDocument document = services().createDocument("r");
         PelDOMElement root = document.getDocumentElement();
+        const auto message = [] { return PelDOMUtilites::getLastWriteMessage().toUtf8(); };
+        EXPECT_EQ(written(toString, PelDOMDocument()), "null-node 'kept'");
+        EXPECT_EQ(message(), "there is no document to write");
         EXPECT_EQ(written(toFile, PelDOMDocument()), "null-node ''");
+        EXPECT_NE(message().find(".xml: there is no document to write"), std::string::npos);
         EXPECT_EQ(services().writeDocument(document, ""), PelDOM::INVALID_VALUE);
-        for (const std::string& lost : {folder.file("no/such/folder"), folder.path, std::string("/dev/full")})
-            EXPECT_EQ(services().writeDocument(document, lost.c_str()), PelDOM::SUCCESS) << lost;
+        EXPECT_EQ(message(), "the file has no name");
+        const std::pair<std::string, std::string> losses[] = {
+            {folder.file("no/such"), "No such file or directory"}, {folder.path, "Is a directory"},
+            {"/dev/full", "No space left on device"}};
+        const PelDOMDocument large = services().createDocument("r"); // more than the stream holds back
+        large.getDocumentElement().setAttribute("k", PelString(std::u16string(100000, u'k')));
+        for (const auto& [lost, reason] : losses) {
+            for (const PelDOMDocument& one : {document, large}) {
+                EXPECT_EQ(services().writeDocument(one, lost.c_str()), PelDOM::SUCCESS);
+                EXPECT_EQ(message(), lost + ": " + reason);
+                EXPECT_EQ(written(toFile, one).substr(0, 5), "<?xml");
+                EXPECT_EQ(message(), "");
+            }
+        }
         for (const auto* bad : {u"\xD800", u"\xDC00", u"a\xDBFF", u"\xD83D\xD83D\xDE00", u"\xDE00\xD83D"}) {
             root.setAttribute("k", bad);
             EXPECT_EQ(written(toString, document), "internal 'kept'");
+            EXPECT_EQ(message().substr(0, 42), "the document holds half a surrogate pair, ");
             EXPECT_EQ(written(toFile, document).substr(0, 9), "internal ");
         }
         root.setAttribute("k", u"\xD83D\xDE00");

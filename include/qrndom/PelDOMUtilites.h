@@ -28,6 +28,10 @@ public:
     /// named it, "text" for a string; a failure that has no place in it has line and column 0.
     static PelString getLastReadMessage();
 
+    /// Why what the calling thread's last writeDocument wrote did not arrive whole, as one line for
+    /// people: "a.xml: No space left on device", whatever its code. Empty when it did.
+    static PelString getLastWriteMessage();
+
     /// A services object that has not started its engine: NOT_INITIALIZED.
     PelDOMUtilites();
 
@@ -89,7 +93,7 @@ public:
     ///
     /// NULL_NODE for a null document (a named file is emptied all the same), INTERNAL_ERROR for an
     /// output encoding that the engine does not know or text that is not well-formed UTF-16. A file
-    /// that cannot be opened or written is not reported.
+    /// that cannot be opened or written changes no code: only getLastWriteMessage tells.
     virtual PelDOM::Error writeDocument(const PelDOMDocument& document, PelString& target,
                                         int toFile, int newlines, int terminator) = 0;
 

@@ -4,12 +4,30 @@
 #include "core/PelPlatform.h"
 
 #include <algorithm>
+#include <cerrno>
 
 PelTextModeStream::PelTextModeStream(const PelString& name) : std::ostream(nullptr) {
     init(&buffer);
     const auto mode = std::ios_base::out | std::ios_base::trunc | std::ios_base::binary;
-    if (buffer.file.open(PelPlatform::fileSystemName(name), mode) == nullptr)
+    errno = 0;
+    if (!buffer.check(buffer.file.open(PelPlatform::fileSystemName(name), mode) != nullptr))
         setstate(failbit);
+}
+
+bool PelTextModeStream::close() {
+    errno = 0;
+    return buffer.check(buffer.file.close() != nullptr) && good();
+}
+
+bool PelTextModeStream::Buffer::check(bool isGood) {
+    if (!isGood && error == 0)
+        error = errno != 0 ? errno : EIO;
+    return isGood;
+}
+
+bool PelTextModeStream::Buffer::store(const char* bytes, std::streamsize count) {
+    errno = 0;
+    return check(file.sputn(bytes, count) == count);
 }
 
 PelTextModeStream::Buffer::int_type PelTextModeStream::Buffer::overflow(int_type character) {
@@ -21,7 +39,7 @@ PelTextModeStream::Buffer::int_type PelTextModeStream::Buffer::overflow(int_type
 
 std::streamsize PelTextModeStream::Buffer::xsputn(const char* bytes, std::streamsize count) {
     if (!isText)
-        return file.sputn(bytes, count);
+        return store(bytes, count) ? count : 0;
     converted.clear();
     const char* const end = bytes + count;
     for (const char* run = bytes; run != end;) {
@@ -33,10 +51,10 @@ std::streamsize PelTextModeStream::Buffer::xsputn(const char* bytes, std::stream
             ++run;
         }
     }
-    const auto length = static_cast<std::streamsize>(converted.size());
-    return file.sputn(converted.data(), length) == length ? count : 0;
+    return store(converted.data(), static_cast<std::streamsize>(converted.size())) ? count : 0;
 }
 
 int PelTextModeStream::Buffer::sync() {
-    return file.pubsync();
+    errno = 0;
+    return check(file.pubsync() == 0) ? 0 : -1;
 }

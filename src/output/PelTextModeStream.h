@@ -19,11 +19,21 @@ public:
     /// Off until it is set: the bytes are stored as they are.
     void setTextMode(bool isText) { buffer.isText = isText; }
 
+    /// Whether everything has arrived in the file, which is closed.
+    bool close();
+
+    /// The system's number of the first error.
+    int getError() const { return buffer.error; }
+
 private:
     class Buffer final : public std::streambuf {
     public:
         bool isText = false;
         std::filebuf file;
+        int error = 0;
+
+        /// Keeps the reason of the first failure.
+        bool check(bool isGood);
 
     protected:
         int_type overflow(int_type character) override;
@@ -31,6 +41,8 @@ private:
         int sync() override;
 
     private:
+        bool store(const char* bytes, std::streamsize count);
+
         std::string converted; // kept for its room
     };
 

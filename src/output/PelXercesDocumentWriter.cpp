@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "output/PelXercesDocumentWriter.h"
 
+#include "core/PelPlatform.h"
 #include "output/PelOutputSettings.h"
+#include "output/PelWriteMessage.h"
 #include "output/PelXercesEncoder.h"
 #include "output/PelXercesMarkup.h"
 #include "output/PelXercesNodeWriter.h"
@@ -37,21 +39,31 @@ PelXercesDocumentWriter::PelXercesDocumentWriter(PelString& target, bool toFile,
 }
 
 PelDOM::Error PelXercesDocumentWriter::write(const PelDOMDocument& document) {
+    const auto fail = [this](const PelString& reason) {
+        PelWriteMessage::set(file ? text : PelString(), reason);
+    };
     const PelDOMNodeImp* const imp = document.getNodeImp();
     const PelXercesNodeRef node = imp != nullptr ? PelXercesDOMNode::of(*imp) : PelXercesNodeRef();
-    if (!node)
+    PelWriteMessage::clear();
+    if (!node) {
+        fail(u"there is no document to write");
         return PelDOM::NULL_NODE;
+    }
     const std::u16string& encoding = PelOutputSettings::encoding(wantedEncoding(*node.getNode()));
     try {
         if (file)
             writeToFile(*node.getNode(), encoding);
         else
             writeToString(*node.getNode(), encoding);
-    } catch (const PelXercesRefusal&) {
+    } catch (const PelXercesRefusal& refusal) {
+        fail(refusal.reason);
         return PelDOM::INTERNAL_ERROR;
-    } catch (const xercesc::XMLException&) {
+    } catch (const xercesc::XMLException& exception) {
+        fail(exception.getMessage());
         return PelDOM::INTERNAL_ERROR;
     }
+    if (file && !file->close())
+        fail(PelPlatform::errorText(file->getError()));
     return PelDOM::SUCCESS;
 }
 

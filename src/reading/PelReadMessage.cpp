@@ -1,50 +1,29 @@
 // SPDX-License-Identifier: MIT
 #include "reading/PelReadMessage.h"
 
+#include "core/PelThreadMessage.h"
+
 #include <algorithm>
-#include <array>
 #include <new>
 #include <string>
-#include <string_view>
-#include <type_traits>
 #include <utility>
 
 namespace {
 
-/// What needs no destructor: with one, the library could not be unloaded before the thread ends,
-/// and reads at the process's end would come after it.
-struct Message {
-    std::array<char16_t, 2048> text;
-    std::size_t length;
-};
-static_assert(std::is_trivially_destructible_v<Message>);
-
-thread_local Message lastMessage = {};
+thread_local PelThreadMessage lastMessage = {};
 
 } // namespace
 
 PelString PelReadMessage::get() {
-    return PelString(std::u16string_view(lastMessage.text.data(), lastMessage.length));
+    return lastMessage.get();
 }
 
-// The end of a line says more than the beginning of a long path.
 void PelReadMessage::set(const PelString& line) noexcept {
-    constexpr char16_t ellipsis = u'\u2026';
-    Message& message = lastMessage;
-    std::u16string_view kept = line.view();
-    const bool isLong = kept.size() > message.text.size();
-    if (isLong)
-        kept.remove_prefix(kept.size() - message.text.size());
-    std::copy(kept.begin(), kept.end(), message.text.begin());
-    message.length = kept.size();
-    if (isLong && (message.text[1] & 0xFC00) == 0xDC00)
-        message.text[1] = ellipsis; // for its other half as well
-    if (isLong)
-        message.text[0] = ellipsis;
+    lastMessage.set(line);
 }
 
 void PelReadMessage::clear() noexcept {
-    lastMessage.length = 0;
+    lastMessage.clear();
 }
 
 // Without memory for the message there is none.

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "output/PelWriteMessage.h"
 #include "reading/PelReadMessage.h"
 #include "services/PelXercesDOMUtilities.h"
 
@@ -22,6 +23,10 @@ void PelDOMUtilites::releaseUtilities() {
 
 PelString PelDOMUtilites::getLastReadMessage() {
     return PelReadMessage::get();
+}
+
+PelString PelDOMUtilites::getLastWriteMessage() {
+    return PelWriteMessage::get();
 }
 
 PelDOMUtilites::PelDOMUtilites() = default;

@@ -2,6 +2,7 @@
 #include "services/PelXercesDOMUtilities.h"
 
 #include "core/PelLog.h"
+#include "output/PelWriteMessage.h"
 #include "output/PelXercesDocumentWriter.h"
 #include "reading/PelPlainScanner.h"
 #include "reading/PelReadMessage.h"
@@ -97,8 +98,10 @@ PelDOM::Error PelXercesDOMUtilities::writeDocument(const PelDOMDocument& documen
 
 PelDOM::Error PelXercesDOMUtilities::writeDocument(const PelDOMDocument& document,
                                                    const PelString& fileName) {
-    if (PelDOM::checkString(fileName, 0) != PelDOM::SUCCESS)
+    if (PelDOM::checkString(fileName, 0) != PelDOM::SUCCESS) {
+        PelWriteMessage::set(PelString(), u"the file has no name");
         return PelDOM::INVALID_VALUE;
+    }
     PelString target = fileName;
     return writeDocument(document, target, 1, 1, 0);
 }
