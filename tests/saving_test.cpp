@@ -226,8 +226,8 @@ TEST(Saving, WritesXml11SoThatItReadsBack) {
     root.replaceChild(engine.createCDATASection(u"a\x85\x1]"), root.getFirstChild());
     EXPECT_NE(saved(document).find("><![CDATA[a]]>&#x85;&#x1;<![CDATA[]]]><!--"), std::string::npos);
     root.appendChild(engine.createComment(u"\x7F"));
-    EXPECT_EQ(saved(document), "internal: a comment holds U+007F, which can stand there neither itself nor "
-                               "as a reference (in the element 'r')");
+    EXPECT_EQ(saved(document),
+        "internal: a comment holds U+007F, which XML takes as a reference only (in the element 'r')");
 }
 
 TEST(SavingEncodings, PutsReferencesWhereTheyMeanSomething) {
@@ -236,16 +236,16 @@ TEST(SavingEncodings, PutsReferencesWhereTheyMeanSomething) {
         {"<r><![CDATA[a\xD0\x96\xD0\x96]]\xC3\xA9]]></r>",
             "<r><![CDATA[a]]>&#x416;&#x416;<![CDATA[]]\xE9]]></r>\n"},
         {"<r><![CDATA[\xD0\x96]]></r>", "<r>&#x416;</r>\n"},
-        {"<r><!--\xD0\x96--></r>", "internal: a comment holds U+0416, which can stand there neither itself "
-                                   "nor as a reference (in the element 'r')"},
-        {"<r><?p \xF0\x9F\x98\x80?></r>", "internal: an instruction holds U+1F600, which can stand there "
-                                          "neither itself nor as a reference (in the element 'r')"},
+        {"<r><!--\xD0\x96--></r>",
+            "internal: a comment holds U+0416, which the encoding does not have (in the element 'r')"},
+        {"<r><?p \xF0\x9F\x98\x80?></r>",
+            "internal: an instruction holds U+1F600, which the encoding does not have (in the element 'r')"},
         {"<r><?\xD0\x96?></r>",
             "internal: the name '\xD0\x96' holds a character that cannot be written (in the element 'r')"},
         {"<r><a \xD0\x96='1'/></r>",
             "internal: the name '\xD0\x96' holds a character that cannot be written (in the element 'a')"}};
     for (const auto& [text, expected] : cases) EXPECT_EQ(saved(parse(text), latin), expected);
-    const std::string cannot = ", which can stand there neither itself nor as a reference";
+    const std::string cannot = ", which the encoding does not have";
     const ScratchFolder folder;
     folder.write("\xD0\x96", "<!ELEMENT r ANY>");
     const std::string file = folder.write("f.xml", "<!DOCTYPE r SYSTEM '\xD0\x96' []><r/>");

@@ -54,17 +54,16 @@ std::u16string_view entityFor(char16_t unit) {
     }
 }
 
-[[noreturn]] void refuse(const char16_t* units, const PelXercesPlace& place) {
-    const bool isBeyondXml = (*units < u' ' && !place.isVersion11) || *units >= 0xFFFE;
+[[noreturn]] void refuse(const char16_t* units, const PelXercesPlace& place, bool isInEncoding) {
+    const bool isInXml = *units < 0xFFFE && (*units >= u' ' || place.isVersion11);
     PelString reason;
     if (isSurrogate(*units) && !isPair(units[0], units[1]))
         reason.format(u"%s holds half a surrogate pair, U+%04X", place.name, unsigned{*units});
     else
-        reason.format(
-            isBeyondXml
-                ? u"%s holds U+%04X, which XML forbids"
-                : u"%s holds U+%04X, which can stand there neither itself nor as a reference",
-            place.name, static_cast<unsigned>(characterAt(units)));
+        reason.format(!isInXml       ? u"%s holds U+%04X, which XML forbids"
+                      : isInEncoding ? u"%s holds U+%04X, which XML takes as a reference only"
+                                     : u"%s holds U+%04X, which the encoding does not have",
+                      place.name, static_cast<unsigned>(characterAt(units)));
     throw PelXercesRefusal{reason};
 }
 
@@ -147,7 +146,7 @@ const char16_t* PelXercesMarkup::addOther(const char16_t* characters, const PelX
             append(u"]");
         return characters + (characters[1] == u']' && characters[2] == u'>' ? 3 : 1);
     case Fate::refused:
-        refuse(characters, place);
+        refuse(characters, place, isUniversal || (units == 1 && repertoire.holds(*characters)));
     }
     return characters + units;
 }
