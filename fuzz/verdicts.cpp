@@ -69,6 +69,13 @@ std::string declarationOf(const std::string& bytes) {
     return begin < 4 && end != plain.npos ? plain.substr(begin, end - begin) : "";
 }
 
+Verdict judge(const std::string& bytes) {
+    std::u16string units;
+    for (const char byte : bytes) units.push_back(static_cast<unsigned char>(byte));
+    const PelDOMDocument document = services().readDocumentFromStringA(PelString(std::move(units)));
+    return {document.isNull() == 0, 0, PelDOMUtilites::getLastReadMessage().toUtf8()};
+}
+
 struct Allowance {
     const char* reason;
     bool (*isMeant)(const Case& one);
@@ -96,11 +103,13 @@ const Allowance allowances[] = {
     {"they do not know UCS-4", [](const Case& one) { return one.ours.isGood && one.isUcs4(); }},
     {"they overlook what is undecodable after the root",
         [](const Case& one) {
-            const std::size_t last = std::max(one.bytes.rfind("</") + 1, one.bytes.rfind("/>") + 1);
-            return one.theirs.isGood && has(declarationOf(one.bytes), "encoding") &&
-                   std::any_of(one.bytes.begin() + static_cast<std::ptrdiff_t>(last), one.bytes.end(),
-                       [](char byte) { return (byte & 0x80) != 0; });
+            if (!one.theirs.isGood || !has(declarationOf(one.bytes), "encoding")) return false;
+            for (std::size_t at = 0; at < one.bytes.size(); ++at)
+                if ((one.bytes[at] & 0x80) != 0 && judge(one.bytes.substr(0, at)).isGood) return true;
+            return false;
         }},
+    {"they convert from a UTF-8- that drops bytes",
+        [](const Case& one) { return one.theirs.isGood && has(declarationOf(one.bytes), "\"UTF-8-\""); }},
     {"they convert Shift_JIS and windows-1252 by other tables",
         [](const Case& one) {
             const std::string declaration = declarationOf(one.bytes);
@@ -110,7 +119,7 @@ const Allowance allowances[] = {
         }},
     {"we take no character outside the basic plane for part of a name",
         [](const Case& one) {
-            return one.theirs.isGood && has(one.bytes, "\xF0\x9F\x98\x80") &&
+            return one.theirs.isGood && has(one.bytes, "\xF0") &&
                    has(one.ours.message, "invalid or illegal XML character");
         }},
     {"they need no space behind UTF-8",
@@ -223,13 +232,6 @@ private:
     const Seeds& seeds;
     std::mt19937_64 engine;
 };
-
-Verdict judge(const std::string& bytes) {
-    std::u16string units;
-    for (const char byte : bytes) units.push_back(static_cast<unsigned char>(byte));
-    const PelDOMDocument document = services().readDocumentFromStringA(PelString(std::move(units)));
-    return {document.isNull() == 0, 0, PelDOMUtilites::getLastReadMessage().toUtf8()};
-}
 
 // Their verdict, and whether the document has a type.
 Verdict judgeByLibxml2(const std::string& bytes, bool& hasType) {
