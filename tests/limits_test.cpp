@@ -1,23 +1,34 @@
 // SPDX-License-Identifier: MIT
-#include "reading/PelXercesReadLimits.h"
+#include "reading/PelXercesReader.h"
 #include "support.h"
 
-using Limits = PelXercesReadLimits;
+static const PelXercesReadLimits::Bounds bounds;
 
-// A piece so many times, with the number of the repetition for $ in it, and the next one's for @.
-static std::string repeat(std::size_t count, const std::string& piece) {
+using Name = std::function<std::string(std::size_t)>;
+
+static std::string numbered(std::size_t number) { return std::to_string(number); }
+
+// Different names that the engine's hash does not tell apart.
+static std::string alike(std::size_t number) {
+    std::string name = "n";
+    for (int i = 0; i < 10; ++i, number /= 3) name += std::string("AzBTC.").substr(number % 3 * 2, 2);
+    return name;
+}
+
+// A piece so many times, with the repetition's number or name for $ in it, and the next one's for @.
+static std::string repeat(std::size_t count, const std::string& piece, const Name& name = numbered) {
     std::string all;
     for (std::size_t i = 0; i < count; ++i)
         for (const char c : piece)
             if (c == '$' || c == '@')
-                all += std::to_string(c == '$' ? i : i + 1);
+                all += name(c == '$' ? i : i + 1);
             else
                 all += c;
     return all;
 }
 
-static std::string withSubset(const std::string& subset, const std::string& content = "<a/>") {
-    return "<!DOCTYPE a [<!ELEMENT a ANY>" + subset + "]>" + content;
+static std::string withSubset(const std::string& declarations, const std::string& content = "<a/>") {
+    return "<!DOCTYPE a [<!ELEMENT a ANY>" + declarations + "]>" + content;
 }
 
 static std::string choiceOf(std::size_t count) {
@@ -30,40 +41,145 @@ static std::string modelOf(std::size_t nodes) {
 
 static std::string namesOf(std::size_t count) { return "<r>" + repeat(count, "<a b$=''/>") + "</r>"; }
 
-// A refusal is silent; what is just within a bound is read.
-TEST(Limits, RefuseWhatGrowsOutOfProportion) {
+static std::string within(const std::string& content) { return "<a>" + content + "</a>"; }
+
+// However slow the machine is.
+static PelXercesReadLimits::Bounds unhurried() {
+    PelXercesReadLimits::Bounds own;
+    own.seconds = 1e9;
+    return own;
+}
+
+// What a read by the engine says; nothing when it gives a document.
+static std::string refusal(
+    const std::string& xml, const std::string& file = "", PelXercesReadLimits::Bounds own = unhurried()) {
+    PelXercesReadSettings settings;
+    settings.road = PelXercesTreeBuilder::Road::fast;
+    settings.bounds = own;
+    PelXercesReader reader(settings);
+    const bool isRead(
+        file.empty() ? reader.readText("text", xml.data(), xml.size()) : reader.readFile(file.c_str()));
+    const auto& messages = reader.getMessages();
+    EXPECT_EQ(isRead, messages.empty() || !messages[0].isError);
+    return isRead ? "" : messages.at(0).text.toUtf8();
+}
+
+// A refusal is silent but for its message; what is just within a bound is read.
+TEST(Limits, NameWhatGrowsOutOfProportion) {
     const std::string block(20000, 'x');
     const std::string entity = "<!ENTITY e '" + block + "'>";
     const std::string defaults = "<!ATTLIST a b CDATA '" + block + "'>";
-    const std::size_t most = Limits::freeExpansion / block.size();
+    const std::string many = "<!ATTLIST a" + repeat(10000, " k$ CDATA #IMPLIED") + ">";
+    const std::string choice = "<!ATTLIST a k (v" + repeat(9000, "|v$") + ") #IMPLIED>";
+    const std::string mixed = "<!ELEMENT b (#PCDATA" + repeat(3000, "|v$") + ")*><!ELEMENT v9 EMPTY>";
+    const std::size_t most = bounds.expansion / block.size();
+    const std::string text = "too much text from entities, default attributes or files read again";
+    const std::string names = "too many names that the parser can hardly tell apart";
+    const std::string references = "too many references to entities";
     const ScratchFolder folder;
     for (const char* const name : {"part.txt", "again.txt"}) folder.write(name, std::string(2000000, 'x'));
-    const auto readParts = [&](std::size_t count) {
-        const std::string text = withSubset("<!ENTITY p SYSTEM 'part.txt'><!ENTITY q SYSTEM './again.txt'>",
-            "<a>&q;" + repeat(count, "&p;") + "</a>");
-        return readFile(folder.write("f.xml", text)).isNull();
+    const auto parts = [&](std::size_t count) {
+        const std::string declarations = "<!ENTITY p SYSTEM 'part.txt'><!ENTITY q SYSTEM './again.txt'>";
+        return folder.write("f.xml", withSubset(declarations, within("&q;" + repeat(count, "&p;"))));
     };
-    testing::internal::CaptureStderr();
-    for (const std::string& text :
-        {withSubset("<!ENTITY % e0 ' '>" + repeat(18, "<!ENTITY % e@ '&#37;e$;&#37;e$;'>") + "%e18;"),
+    const struct {
+        int line;
+        std::string xml;
+        std::string says;
+    } rows[] = {
+        {__LINE__,
+            withSubset("<!ENTITY % e0 ' '>" + repeat(18, "<!ENTITY % e@ '&#37;e$;&#37;e$;'>") + "%e18;"),
+            references},
+        {__LINE__,
             withSubset(
                 "<!ENTITY e0 ' '>" + repeat(18, "<!ENTITY e@ '&e$;&e$;'>") + "<!ATTLIST a k CDATA '&e18;'>"),
-            withSubset(repeat(40000, "<!ENTITY e$ '&e@;'>") + "<!ENTITY e40000 ''>", "<a>&e0;</a>"),
-            withSubset(entity, "<a>" + repeat(most * 2, "&e;") + "</a>"),
-            withSubset(entity + "<!ATTLIST a k CDATA ''>", "<a k='" + repeat(most * 2, "&e;") + "'/>"),
-            withSubset(defaults, "<a>" + repeat(most * 2, "<a/>") + "</a>"),
-            withSubset(repeat(20000, "<!ATTLIST a k$ CDATA ''>")),
-            "<!DOCTYPE a [<!ELEMENT a ((a|b)*,a," + repeat(20, "(a|b),") + "a)><!ELEMENT b ANY>]><a><a/></a>",
-            withSubset(repeat(Limits::maxNames + 1, "<!NOTATION n$ SYSTEM 'n'>")), namesOf(Limits::maxNames),
-            choiceOf(Limits::maxChoice / 4), modelOf(Limits::maxModelNodes + 1), modelOf(1000000)})
-        EXPECT_EQ(parse(text.c_str()).isNull(), 1) << text.substr(0, 80);
-    EXPECT_EQ(readParts(30), 1);
+            references},
+        {__LINE__, withSubset(repeat(40000, "<!ENTITY e$ '&e@;'>") + "<!ENTITY e40000 ''>", within("&e0;")),
+            "too much memory"},
+        {__LINE__, withSubset("<!ENTITY e '" + repeat(500, "<a/>") + "'>", within(repeat(3300, "&e;"))),
+            "too much memory"},
+        {__LINE__, withSubset("<!ELEMENT b ((v|w)*,v," + repeat(20, "(v|w),") + "v)>", within("<b/>")),
+            "too much memory"},
+        {__LINE__, withSubset(entity, within(repeat(most * 2, "&e;"))), text},
+        {__LINE__, withSubset(entity, within(repeat(most / 2, "&e;"))), ""},
+        {__LINE__, withSubset(entity + "<!ATTLIST a k CDATA ''>", "<a k='" + repeat(most * 2, "&e;") + "'/>"),
+            text},
+        {__LINE__, withSubset(defaults, within(repeat(most * 2, "<a/>"))), text},
+        {__LINE__, withSubset(defaults, within(repeat(most / 2, "<a/>"))), ""},
+        {__LINE__, withSubset(repeat(bounds.names + 1, "<!NOTATION n$ SYSTEM 'n'>")),
+            "too many declarations"},
+        {__LINE__, namesOf(bounds.names), "too many different names"},
+        {__LINE__, namesOf(bounds.names - 2), ""},
+        {__LINE__, choiceOf(bounds.listCharacters / 4), "too many values for an attribute"},
+        {__LINE__, choiceOf(bounds.listCharacters / 8), ""},
+        {__LINE__, modelOf(bounds.modelParts + 1), "too large a content model"},
+        {__LINE__, modelOf(1000000), "too large a content model"},
+        {__LINE__, modelOf(bounds.modelParts - 1), ""},
+        {__LINE__, within(repeat(bounds.alikeNames + 1, "<$/>", alike)), names},
+        {__LINE__, within(repeat(bounds.alikeNames, "<$/>", alike)), ""},
+        {__LINE__, within(repeat(bounds.alikeNames + 1, "<b $=''/>", alike)), names},
+        {__LINE__, "<a " + repeat(bounds.alikeNames + 1, "$='' ", alike) + "/>", names},
+        {__LINE__, withSubset(repeat(bounds.alikeNames + 1, "<!ELEMENT $ ANY>", alike)), names},
+        {__LINE__, withSubset("<!ELEMENT b (a" + repeat(bounds.alikeNames + 1, "|$", alike) + ")>"), names},
+        {__LINE__, withSubset(repeat(bounds.alikeNames + 1, "<!ENTITY $ ''>", alike)), names},
+        {__LINE__, withSubset(repeat(bounds.alikeNames + 1, "<!ENTITY % $ ''>", alike)), names},
+        {__LINE__, withSubset(repeat(bounds.alikeNames + 1, "<!NOTATION $ SYSTEM ''>", alike)), names},
+        {__LINE__, withSubset("<!ATTLIST a" + repeat(bounds.alikeNames + 1, " $ CDATA ''", alike) + ">"),
+            names},
+        {__LINE__,
+            withSubset(
+                "<!ATTLIST a k ID #IMPLIED>", within(repeat(bounds.alikeNames + 1, "<a k='$'/>", alike))),
+            names},
+        {__LINE__,
+            withSubset("<!ATTLIST a k IDREFS #IMPLIED>",
+                "<a k='" + repeat(bounds.alikeNames + 1, "$ ", alike) + "'/>"),
+            names},
+        {__LINE__,
+            withSubset(
+                "<!ATTLIST a k ID #IMPLIED l IDREFS #IMPLIED>", "<a k='x' l='" + repeat(1000, "x ") + "'/>"),
+            ""},
+        {__LINE__, withSubset(many, within(repeat(9000, "<a/>"))),
+            "too much work for the attributes of elements"},
+        {__LINE__, withSubset(many, within(repeat(900, "<a/>"))), ""},
+        {__LINE__, within("<b " + repeat(40000, "k$='' ") + "/>" + repeat(150000, "<b c=''/>")),
+            "too much work for the attributes of elements"},
+        {__LINE__, withSubset("<!ATTLIST a" + repeat(60000, " k$ CDATA ''") + ">"),
+            "too much work for declarations"},
+        {__LINE__, withSubset("<!ATTLIST a" + repeat(10000, " k$ CDATA ''") + ">"), ""},
+        {__LINE__, withSubset(choice, within(repeat(20000, "<a k='v8999'/>"))),
+            "too much work for checking attribute values"},
+        {__LINE__, withSubset(choice, "<a k='" + repeat(20000, "v8999 ") + "'/>"),
+            "too much work for checking attribute values"},
+        {__LINE__, withSubset(repeat(10, "<!ATTLIST b$ k (v" + repeat(7000, "|w$") + ") #IMPLIED>")),
+            "too much work for checking attribute values"},
+        {__LINE__, withSubset(choice, within(repeat(2000, "<a k='v8999'/>"))), ""},
+        {__LINE__, withSubset(mixed, within("<b>" + repeat(150000, "<v9/>") + "</b>")),
+            "too much work for checking content"},
+        {__LINE__, withSubset(mixed, within("<b>" + repeat(10000, "<v9/>") + "</b>")), ""},
+        {__LINE__, withSubset("<!ELEMENT b (a?" + repeat(3300, ",v$?") + ")>", within("<b/>")),
+            "too much work for content models"},
+        {__LINE__, withSubset("<!ELEMENT b (a?" + repeat(600, ",v$?") + ")>", within("<b/>")), ""},
+        {__LINE__, withSubset("<!ENTITY e SYSTEM '" + repeat(10000, "b/../") + "'>", within("&e;")),
+            "too much work for finding files"},
+        {__LINE__, withSubset("<!ENTITY e SYSTEM '" + repeat(20000, "%41") + "'>", within("&e;")),
+            "too much work for finding files"},
+        {__LINE__, withSubset(repeat(90000, "<!ATTLIST a k CDATA ''>")), "too many errors"},
+    };
+    testing::internal::CaptureStderr();
+    for (const auto& row : rows) EXPECT_EQ(refusal(row.xml), row.says) << row.line;
+    EXPECT_EQ(refusal("", parts(30)), text);
+    EXPECT_EQ(refusal("", parts(10)), "");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    for (const std::string& text : {withSubset(entity, "<a>" + repeat(most / 2, "&e;") + "</a>"),
-             withSubset(defaults, "<a>" + repeat(most / 2, "<a/>") + "</a>"), namesOf(Limits::maxNames / 2),
-             choiceOf(Limits::maxChoice / 8), modelOf(Limits::maxModelNodes - 1)})
-        EXPECT_EQ(parse(text.c_str()).isNull(), 0) << text.substr(0, 80);
-    EXPECT_EQ(readParts(10), 0);
+}
+
+TEST(Limits, EndReadsThatTakeTooLongFromWhereverTheyAre) {
+    PelXercesReadLimits::Bounds own;
+    own.seconds = 0.02;
+    own.secondsPerByte = 0;
+    for (const std::string& text : {within(repeat(1000000, "<b/>")), within(repeat(1000000, "x<!---->")),
+             "<a " + repeat(200000, "b$='' ") + "/>", withSubset(repeat(50000, "<!ELEMENT e$ ANY>")),
+             withSubset("<!ELEMENT b (a" + repeat(3000, ",x$?") + ")>", within("<b/>"))})
+        EXPECT_EQ(refusal(text, "", own), "too much processor time") << text.substr(0, 40);
 }
 
 TEST(Limits, LetLargeDocumentsThrough) {
@@ -72,4 +188,18 @@ TEST(Limits, LetLargeDocumentsThrough) {
              "<a><!--" + large + "--><?p " + large + "?></a>", "<a " + repeat(10000, "b$='' ") + "/>",
              "<a>" + repeat(1000000, "<b/>") + "</a>", repeat(1000000, "<a>") + repeat(1000000, "</a>")})
         EXPECT_EQ(services().readDocumentFromStringA(text.c_str()).isNull(), 0) << text.substr(0, 20);
+}
+
+// One of ICU's converters goes through the engine's array of places twice as fast as it should.
+TEST(Encodings, CannotOverrunWhatTheEngineHasForThem) {
+    const ScratchFolder folder;
+    const std::string text =
+        "<?xml version='1.0' encoding='gsm-03.38-2009'?><a>\x1b<" + std::string(60000, 'a') + "</a>";
+    const std::string words = "[" + std::string(60000, 'a');
+    folder.write("part.xml", text);
+    EXPECT_EQ(show(readFile(folder.file("part.xml"))), "#9(a(|" + words + "|))");
+    const std::string entity = withSubset("<!ENTITY e SYSTEM 'part.xml'>", within("&e;"));
+    folder.write(
+        "part.xml", text.substr(0, text.find("<a>")) + "<a>\x1b<" + std::string(60000, 'a') + "</a>");
+    EXPECT_EQ(show(readFile(folder.write("whole.xml", entity))), "#9(#10 a(a(|" + words + "|)))");
 }

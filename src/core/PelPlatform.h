@@ -60,6 +60,9 @@ public:
     /// The process's current directory; empty when it is gone.
     static PelString currentDirectory();
 
+    /// What the calling thread has taken of the processor so far, in seconds.
+    static double processorTime() noexcept;
+
     /// Says that new memory is about to be filled whole, so that the system may bring its pages in
     /// at once and not one fault at a time.
     static void willBeFilled(void* memory, std::size_t size) noexcept;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <fcntl.h>
 #include <linux/magic.h>
 #include <locale.h>
@@ -142,6 +143,12 @@ PelString PelPlatform::whyUnreadable(const std::string& path, InputFile::Kind ki
 PelString PelPlatform::currentDirectory() {
     const std::unique_ptr<char, decltype(&std::free)> path(getcwd(nullptr, 0), &std::free);
     return PelString(path.get());
+}
+
+double PelPlatform::processorTime() noexcept {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
 }
 
 void PelPlatform::willBeFilled(void* memory, std::size_t size) noexcept {

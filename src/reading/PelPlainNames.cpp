@@ -66,7 +66,7 @@ PelPlainNames::PelPlainNames(DOMDocumentImpl& ownDocument)
 
 const PelPlainNames::Name* PelPlainNames::add(const void* bytes, std::size_t size,
                                               const std::u16string& name) {
-    if (++count > PelXercesReadLimits::maxNames)
+    if (++count > PelXercesReadLimits::Bounds().names)
         return nullptr;
     if (count * 2 > slots.size())
         grow();

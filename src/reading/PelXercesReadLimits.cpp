@@ -1,18 +1,55 @@
 // SPDX-License-Identifier: MIT
 #include "reading/PelXercesReadLimits.h"
 
+#include "core/PelPlatform.h"
+
 #include <xercesc/internal/XMLReader.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
-#include <xercesc/util/XMLString.hpp>
+#include <xercesc/util/QName.hpp>
 
-#include <vector>
+#include <algorithm>
+#include <chrono>
+#include <exception>
 
-using xercesc::ContentSpecNode;
+namespace {
+
+// What the engine takes for an object of a class.
+template <class Object>
+bool isFor(std::size_t bytes) {
+    static const std::size_t header =
+        xercesc::XMLPlatformUtils::alignPointerForNewBlockAllocation(sizeof(void*));
+    return bytes == sizeof(Object) + header;
+}
+
+// In the order of PelXercesReadLimits::Work.
+constexpr const char16_t* kindsOfWork[] = {u"too much work for the attributes of elements",
+                                           u"too much work for declarations",
+                                           u"too much work for checking attribute values",
+                                           u"too much work for checking content",
+                                           u"too much work for content models",
+                                           u"too much work for finding files"};
+
+} // namespace
+
+PelXercesReadLimits::PelXercesReadLimits() {
+    setBounds({});
+}
+
+void PelXercesReadLimits::setBounds(const Bounds& newBounds) {
+    bounds = newBounds;
+    addInput(0);
+}
+
+void PelXercesReadLimits::addInput(std::size_t bytes) noexcept {
+    input += bytes;
+    workBound = bounds.work + bounds.workPerByte * input;
+    memoryBound = bounds.memory + bounds.memoryPerByte * input;
+}
 
 void PelXercesReadLimits::addExpansion(std::size_t characters) {
     expansion += characters;
-    require(expansion <= freeExpansion + expansionPerByte * input,
+    require(expansion <= bounds.expansion + bounds.expansionPerByte * input,
             u"too much text from entities, default attributes or files read again");
 }
 
@@ -20,53 +57,54 @@ void PelXercesReadLimits::addEntity(std::size_t length) {
     longestEntity = std::max(longestEntity, length);
 }
 
-// The engine makes an automaton of a model by recursion over its nodes.
-void PelXercesReadLimits::addContentModel(const ContentSpecNode* model) {
-    std::size_t nodes = 0;
-    std::vector<const ContentSpecNode*> open = {model};
-    while (!open.empty()) {
-        const ContentSpecNode* const node = open.back();
-        open.pop_back();
-        if (node == nullptr)
-            continue;
-        require(++nodes <= maxModelNodes, u"too large a content model");
-        open.push_back(node->getFirst());
-        open.push_back(node->getSecond());
-    }
-}
-
-// The engine looks for a value from the first to the last, and for each in all that follow it.
-void PelXercesReadLimits::addChoice(const XMLCh* values) {
-    require(xercesc::XMLString::stringLen(values) <= maxChoice,
-            u"too many values for an attribute");
-}
-
-// The engine keeps the names of a document in a table that does not grow.
-void PelXercesReadLimits::addRareName(const XMLCh* name) {
-    names.insert(name);
-    require(names.size() <= maxNames, u"too many different names");
-}
-
 // Each reference to an entity, wherever it stands, takes one reader; nothing else tells of those in
-// attribute values and in document types.
-void PelXercesReadLimits::addMemory(std::size_t bytes) {
-    static const std::size_t readerBytes =
-        sizeof(xercesc::XMLReader) +
-        xercesc::XMLPlatformUtils::alignPointerForNewBlockAllocation(sizeof(void*));
-    const bool isReference = bytes == readerBytes;
-    memory += bytes;
+// attribute values and in document types. Names are what models and start tags are made of.
+void PelXercesReadLimits::addMemory(std::size_t bytes, std::size_t overhead) {
+    const bool isReference = isFor<xercesc::XMLReader>(bytes);
+    memory += bytes + overhead;
+    addEvent();
+    if (bytes == stateBytes)
+        addWork(Work::models, stepsPerState);
     if (isReference) {
-        require(++references <= maxReferences, u"too many references to entities");
+        require(++references <= bounds.references, u"too many references to entities");
         addExpansion(longestEntity);
     }
-    if (isReference || isWatched)
-        require(memory <= freeMemory + memoryPerByte * input + memoryPerLevel * deepest,
-                u"too much memory for parsing");
+    if (isWatched || isReference || isFor<xercesc::QName>(bytes))
+        requireMemory();
 }
 
-// Only the first time: what the engine clears up after that must not fail.
-void PelXercesReadLimits::require(bool isWithin, const char16_t* what) {
-    if (isWithin || excess != nullptr)
+void PelXercesReadLimits::addTreeMemory(std::size_t bytes) {
+    memory += bytes;
+    requireMemory();
+}
+
+void PelXercesReadLimits::requireMemory() {
+    require(memory <= memoryBound, u"too much memory");
+}
+
+void PelXercesReadLimits::exceedWork() {
+    exceed(kindsOfWork[std::max_element(shares.begin(), shares.end()) - shares.begin()]);
+}
+
+// Processor time takes a call of the system, the other clock does not.
+void PelXercesReadLimits::lookAtClock() {
+    constexpr double pause = 0.02;
+    const double now =
+        std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+    if (now < nextLook)
+        return;
+    nextLook = now + pause;
+    const double time = PelPlatform::processorTime();
+    if (start < 0)
+        start = time;
+    require(time - start <= bounds.seconds + bounds.secondsPerByte * static_cast<double>(input),
+            u"too much processor time");
+}
+
+// Only the first time, and never while something else is thrown: what the engine clears up then
+// must not fail. Without any input there is nothing to refuse.
+void PelXercesReadLimits::exceed(const char16_t* what) {
+    if (excess != nullptr || input == 0 || std::uncaught_exceptions() > 0)
         return;
     excess = what;
     throw xercesc::OutOfMemoryException();

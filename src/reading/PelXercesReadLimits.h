@@ -1,41 +1,53 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <xercesc/validators/common/ContentSpecNode.hpp>
-
-#include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <set>
 #include <string>
-#include <unordered_set>
 
-/// Bounds on what one read may make of its input, so that little input cannot take much time or
-/// memory; most of them grow with the input. The engine bounds only references to entities in
-/// content and attribute values. Whoever sees something that counts reports it here, and a bound
-/// that is passed ends the read by the engine's OutOfMemoryException.
+/// What one read has taken, and what it may take for the input that it has got, so that little
+/// input cannot take much time or memory. Whoever sees something that counts reports it here,
+/// before the engine does it where there is a way; a bound that is passed ends the read by the
+/// engine's OutOfMemoryException.
+///
+/// Work is counted in steps of about a nanosecond. Its kinds have one bound together, since they
+/// add up; the one with the greatest share is named.
 class PelXercesReadLimits {
 public:
-    static constexpr std::size_t freeExpansion = std::size_t{8} << 20; ///< Characters.
-    static constexpr std::size_t expansionPerByte = 8;
-    static constexpr std::size_t freeMemory = std::size_t{64} << 20; ///< Bytes, the tree left out.
-    static constexpr std::size_t memoryPerByte = 48;
-    static constexpr std::size_t memoryPerLevel = 512;
-    static constexpr std::size_t maxReferences = 100'000;
-    static constexpr std::size_t maxNames = 100'000;
-    static constexpr std::size_t maxModelNodes = 10'000;
-    static constexpr std::size_t maxChoice = std::size_t{1} << 16; ///< Characters.
+    /// What every document may take, and what it may take besides for each byte of input.
+    struct Bounds {
+        std::size_t work = 800'000'000; ///< Steps.
+        std::size_t workPerByte = 500;
+        std::size_t memory = std::size_t{80} << 20; ///< Bytes, of the parser and the tree.
+        std::size_t memoryPerByte = 280;
+        std::size_t expansion = std::size_t{8} << 20; ///< Characters.
+        std::size_t expansionPerByte = 8;
+        double seconds = 1.8; ///< Of processor time: a last guard, where nothing else is counted.
+        double secondsPerByte = 0.95e-6;
+        std::size_t references = 100'000;
+        std::size_t names = 100'000;      ///< Different ones in the tree; declarations of a kind.
+        std::size_t alikeNames = 400;     ///< In one chain of a table that grows.
+        std::size_t alikeInFixed = 1'000; ///< In one chain of a table that does not.
+        std::size_t modelParts = 10'000;
+        std::size_t listCharacters = std::size_t{1} << 16;
+        std::size_t reportCharacters = std::size_t{4} << 20;
+    };
 
-    PelXercesReadLimits() = default;
+    enum class Work { attributes, declarations, values, content, models, files };
+
+    PelXercesReadLimits();
     PelXercesReadLimits(const PelXercesReadLimits&) = delete;
     PelXercesReadLimits& operator=(const PelXercesReadLimits&) = delete;
+
+    void setBounds(const Bounds& newBounds);
+    const Bounds& getBounds() const noexcept { return bounds; }
 
     /// What was too much, in words; null as long as all is within bounds.
     const char16_t* getExcess() const noexcept { return excess; }
 
     /// Bytes of input have been read.
-    void addInput(std::size_t bytes) noexcept { input += bytes; }
+    void addInput(std::size_t bytes) noexcept;
 
     /// Bytes of a file have been read; those of a file that was read before are no new input.
     void addFileInput(std::size_t bytes, bool isAgain) {
@@ -45,59 +57,79 @@ public:
     /// Whether the file has been opened before; it has from now on.
     bool opensAgain(const std::string& path) { return !files.insert(path).second; }
 
+    /// The engine is about to do some work, or has just done it.
+    void addWork(Work kind, std::size_t steps) {
+        shares[static_cast<std::size_t>(kind)] += steps;
+        if ((work += steps) > workBound)
+            exceedWork();
+    }
+
+    /// Something has happened. Looks at the clock now and then.
+    void addEvent() {
+        if (++events % eventsPerLook == 0)
+            lookAtClock();
+    }
+
     /// Characters have come into the document that are not written where they stand.
     void addExpansion(std::size_t characters);
 
-    /// The document has declared an element, an entity or a notation, the `number`th of its kind.
-    void addDeclaration(std::size_t number) {
-        require(number < maxNames, u"too many declarations");
-    }
-
-    /// What has been declared: an entity's length, an element's content model, the values from
-    /// which an attribute may choose, if any.
+    /// An entity of this length has been declared.
     void addEntity(std::size_t length);
-    void addContentModel(const xercesc::ContentSpecNode* model);
-    void addChoice(const XMLCh* values);
-
-    /// An element begins, or ends; the parser keeps a record of each level for good.
-    void openElement() noexcept { deepest = std::max(deepest, ++depth); }
-    void closeElement() noexcept { --depth; }
-
-    /// An element or an attribute has come into the document. A name is at the same address as long
-    /// as the document lives.
-    void addName(const XMLCh* name) {
-        const XMLCh*& seen =
-            seenNames[reinterpret_cast<std::uintptr_t>(name) / 8 % seenNames.size()];
-        if (seen != name)
-            addRareName(seen = name);
-    }
 
     /// The reference that took memory last is to an entity of this length. The length of one that
     /// nobody tells counts as that of the longest.
     void addReferenceTo(std::size_t length) noexcept { expansion -= longestEntity - length; }
 
-    /// The parser takes memory, or gives it back.
-    void addMemory(std::size_t bytes);
-    void removeMemory(std::size_t bytes) noexcept { memory -= bytes; }
+    /// An error or a warning has this many characters.
+    void addReport(std::size_t characters) {
+        require((reports += characters) <= bounds.reportCharacters, u"too many errors");
+    }
 
-    /// Memory is bounded only while it is watched: much of the engine's clearing up takes some, and
-    /// must not fail.
+    /// The parser takes memory, or gives it back; the tree only takes some.
+    void addMemory(std::size_t bytes, std::size_t overhead);
+    void removeMemory(std::size_t bytes) noexcept { memory -= bytes; }
+    void addTreeMemory(std::size_t bytes);
+
+    /// Memory is bounded at any time only while it is watched. Before, it is where the engine
+    /// begins something; some of its clearing up takes memory, too, and must not fail.
     void watchMemory(bool isToBeWatched) noexcept { isWatched = isToBeWatched; }
 
-private:
-    void require(bool isWithin, const char16_t* what);
-    void addRareName(const XMLCh* name);
+    /// While an automaton is made, each state takes one table of this size, and these steps.
+    void expectStates(std::size_t tableBytes, std::size_t steps) noexcept {
+        stateBytes = tableBytes;
+        stepsPerState = steps;
+    }
 
+    void require(bool isWithin, const char16_t* what) {
+        if (!isWithin)
+            exceed(what);
+    }
+
+private:
+    static constexpr unsigned eventsPerLook = 32;
+
+    void exceed(const char16_t* what);
+    void exceedWork();
+    void lookAtClock();
+    void requireMemory();
+
+    Bounds bounds;
     std::size_t input = 0;
+    std::size_t work = 0;
+    std::size_t workBound = 0;
+    std::size_t memory = 0;
+    std::size_t memoryBound = 0;
+    std::array<std::size_t, 6> shares{};
     std::size_t expansion = 0;
     std::size_t longestEntity = 0;
     std::size_t references = 0;
-    std::size_t memory = 0;
-    std::size_t depth = 0;
-    std::size_t deepest = 0;
+    std::size_t reports = 0;
+    std::size_t stateBytes = 0;
+    std::size_t stepsPerState = 0;
     std::set<std::string> files;
-    std::unordered_set<const XMLCh*> names;
-    std::array<const XMLCh*, 256> seenNames{};
+    unsigned events = 0;
+    double nextLook = 0;
+    double start = -1;
     bool isWatched = false;
     const char16_t* excess = nullptr;
 };

@@ -3,6 +3,7 @@
 
 #include "reading/PelXercesCheckedStream.h"
 #include "reading/PelXercesEntities.h"
+#include "reading/PelXercesNameLimits.h"
 #include "reading/PelXercesReadLimits.h"
 #include "xerces/PelXercesMemory.h"
 
@@ -13,20 +14,38 @@ public:
     PelXercesReadLimits& getLimits() noexcept { return limits; }
     PelXercesOpenStreams& getStreams() noexcept { return streams; }
     PelXercesEntities& getEntities() noexcept { return entities; }
+    PelXercesNameLimits& getNames() noexcept { return names; }
 
-    void* allocate(XMLSize_t size) override {
-        limits.addMemory(size);
-        return PelXercesJobMemory::allocate(size);
-    }
+    void* allocate(XMLSize_t size) override;
+    void deallocate(void* memory) override;
 
-    void deallocate(void* memory) override {
-        if (memory != nullptr)
-            limits.removeMemory(sizeOf(memory));
-        PelXercesJobMemory::deallocate(memory);
-    }
+    /// Whether memory is zero when it is new.
+    void setCleared(bool isToBeCleared) noexcept { isCleared = isToBeCleared; }
 
 private:
+    bool isCleared = false;
     PelXercesEntities entities;
     PelXercesReadLimits limits;
+    PelXercesNameLimits names{limits};
     PelXercesOpenStreams streams; // goes before the limits, and these before the memory
+};
+
+/// The memory of trees that are read: like that of all trees, but what a read takes of it counts.
+class PelXercesTreeMemory final : public PelXercesMemory {
+public:
+    static PelXercesTreeMemory& get();
+
+    void* allocate(XMLSize_t size) override;
+
+    /// While it lives, what trees take on its thread is reported to `limits`.
+    class Report {
+    public:
+        explicit Report(PelXercesReadLimits& limits) noexcept;
+        ~Report();
+        Report(const Report&) = delete;
+        Report& operator=(const Report&) = delete;
+
+    private:
+        PelXercesReadLimits* const previous;
+    };
 };

@@ -15,6 +15,7 @@ struct PelXercesReadSettings {
     bool isIgnorableWhitespaceKept = false;
     PelString base;
     std::size_t maxMessages = 1;
+    PelXercesReadLimits::Bounds bounds;
     PelXercesTreeBuilder::Road road = PelXercesTreeBuilder::usualRoad;
 
     bool isAnythingExternalRead() const { return isExternalDTDRead && areExternalEntitiesRead; }

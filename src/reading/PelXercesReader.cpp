@@ -18,6 +18,7 @@
 
 PelXercesReader::PelXercesReader(const PelXercesReadSettings& readSettings)
     : settings(readSettings) {
+    limits.setBounds(settings.bounds);
 }
 
 PelXercesReader::Machine::Machine(PelXercesReader& reader)
@@ -44,6 +45,7 @@ PelXercesReader::Machine::Machine(PelXercesReader& reader)
     parser.setXMLEntityResolver(&resolver);
     parser.setSecurityManager(&references); // at its default of 50,000 entity expansions
     parser.setErrorHandler(&reader.reporter);
+    parser.setValidationConstraintFatal(reader.settings.maxMessages <= 1); // one error is enough
 }
 
 PelXercesNodeRef PelXercesReader::readFile(const PelString& name) {

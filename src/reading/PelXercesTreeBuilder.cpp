@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "reading/PelXercesTreeBuilder.h"
 
+#include "reading/PelXercesModelCost.h"
 #include "reading/PelXercesReadMemory.h"
+#include "reading/PelXercesValidator.h"
 #include "xerces/PelXercesLinks.h"
 
 #include <xercesc/dom/DOMException.hpp>
@@ -16,13 +18,19 @@
 #include <xercesc/framework/XMLErrorCodes.hpp>
 #include <xercesc/framework/XMLNotationDecl.hpp>
 #include <xercesc/internal/XMLScanner.hpp>
+#include <xercesc/util/XMLResourceIdentifier.hpp>
 #include <xercesc/util/XMLString.hpp>
 #include <xercesc/util/XMLUni.hpp>
 #include <xercesc/validators/DTD/DTDElementDecl.hpp>
 #include <xercesc/validators/DTD/DTDEntityDecl.hpp>
 
+#include <algorithm>
+#include <string_view>
 #include <utility>
+#include <vector>
 
+using Names = PelXercesNameLimits;
+using Work = PelXercesReadLimits::Work;
 using xercesc::DOMAttrImpl;
 using xercesc::DOMElementImpl;
 using xercesc::DOMMemoryManager;
@@ -33,12 +41,16 @@ using xercesc::XMLString;
 namespace {
 
 constexpr std::size_t longText = 0x8000;
+constexpr std::size_t longTag = 64;
 
-constexpr std::size_t maxIds = 500'000;
-
-// A default attribute takes the memory of many characters, whatever its value.
-constexpr std::size_t defaultCost = 64;
-constexpr std::size_t listedCost = 16;
+// What the engine takes for each, in steps: to look whether a declared attribute is there; to make
+// one of a default; to make one for the document type; to take up an entity or a notation; to find
+// a file.
+constexpr std::size_t declaredSteps = 15;
+constexpr std::size_t defaultSteps = 1000;
+constexpr std::size_t listedSteps = 500;
+constexpr std::size_t declarationSteps = 4000;
+constexpr std::size_t fileSteps = 20'000;
 
 // The scanner puts all ignored declarations into one object, and leaves there what the next one
 // does not say.
@@ -83,8 +95,10 @@ const XMLCh* inPlainWords(unsigned int code, const XMLCh* words) {
 } // namespace
 
 PelXercesTreeBuilder::PelXercesTreeBuilder(PelXercesReadMemory& readMemory, Road ownRoad)
-    : XercesDOMParser(nullptr, &readMemory), memory(readMemory), limits(memory.getLimits()),
-      road(ownRoad) {
+    : XercesDOMParser(new (&readMemory) PelXercesValidator(readMemory), &readMemory),
+      memory(readMemory), limits(memory.getLimits()), names(memory.getNames()), road(ownRoad),
+      report(limits) {
+    getScanner()->getValidator()->setErrorReporter(this); // the engine does so for its own only
     memory.getStreams().setReaders(getScanner()->getReaderMgr());
 }
 
@@ -92,6 +106,7 @@ void PelXercesTreeBuilder::error(unsigned int code, const XMLCh* domain,
                                  xercesc::XMLErrorReporter::ErrTypes type, const XMLCh* text,
                                  const XMLCh* systemId, const XMLCh* publicId, XMLFileLoc line,
                                  XMLFileLoc column) {
+    limits.addReport(XMLString::stringLen(text));
     const bool isOfScanner = XMLString::equals(domain, xercesc::XMLUni::fgXMLErrDomain);
     XercesDOMParser::error(code, domain, type, isOfScanner ? inPlainWords(code, text) : text,
                            systemId, publicId, line, column);
@@ -116,7 +131,7 @@ void PelXercesTreeBuilder::XMLDecl(const XMLCh* version, const XMLCh* encoding,
 
 // The engine makes the document with the parser's memory manager.
 void PelXercesTreeBuilder::startDocument() {
-    xercesc::MemoryManager* const own = std::exchange(fMemoryManager, &PelXercesMemory::get());
+    xercesc::MemoryManager* const own = std::exchange(fMemoryManager, &PelXercesTreeMemory::get());
     XercesDOMParser::startDocument();
     fMemoryManager = own;
 }
@@ -126,24 +141,35 @@ void PelXercesTreeBuilder::startElement(const xercesc::XMLElementDecl& declarati
                                         const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
                                         XMLSize_t count, bool isEmpty, bool isRoot) {
     endText();
-    limits.openElement();
+    limits.addEvent();
     if (isRoot)
         limits.watchMemory(true); // from here on the engine clears nothing up before the end
     if (isRoot && getValidationScheme() == Val_Never)
         ScannerAccess::requireEntities(*getScanner());
-    const bool isPlain = road != Road::engine && fWithinElement && !declaration.hasAttDefs() &&
-                         fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE;
+    names.addStartTag(attributes, count);
+    Attributes sorted(count > longTag ? count : 1, false, fMemoryManager);
+    if (count > longTag)
+        sort(attributes, count, sorted);
+    const Attributes& inOrder = count > longTag ? sorted : attributes;
     for (XMLSize_t i = 0; i < count; ++i)
         requirePairs(attributes.elementAt(i)->getValue());
-    if (!isPlain) {
+    growNameTable(count + 1);
+    const bool isPlain = road != Road::engine && fWithinElement && !declaration.hasAttDefs() &&
+                         fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE;
+    if (isPlain) {
+        makeElement(declaration.getFullName(), inOrder, count, isEmpty);
+    } else {
+        addDefaults(declaration, attributes, count);
         forgetIds(attributes, count);
-        XercesDOMParser::startElement(declaration, uriId, prefix, attributes, count, isEmpty,
-                                      isRoot);
+        XercesDOMParser::startElement(declaration, uriId, prefix, inOrder, count, isEmpty, isRoot);
         reportElement();
-        return;
     }
-    auto* const element = new (fDocument, DOMMemoryManager::ELEMENT_OBJECT)
-        DOMElementImpl(fDocument, declaration.getFullName());
+}
+
+void PelXercesTreeBuilder::makeElement(const XMLCh* name, const Attributes& attributes,
+                                       XMLSize_t count, bool isEmpty) {
+    auto* const element =
+        new (fDocument, DOMMemoryManager::ELEMENT_OBJECT) DOMElementImpl(fDocument, name);
     if (count > 0)
         element->fAttributes->reserve(count);
     for (XMLSize_t i = 0; i < count; ++i) {
@@ -154,21 +180,18 @@ void PelXercesTreeBuilder::startElement(const xercesc::XMLElementDecl& declarati
         PelXercesLinks::append(*attribute, *new (fDocument, DOMMemoryManager::TEXT_OBJECT)
                                                DOMTextImpl(fDocument, source.getValue()));
         attribute->setSpecified(source.getSpecified());
-        limits.addName(attribute->fName);
+        names.addAttribute(attribute->fName);
     }
-    limits.addName(element->fName);
+    names.addElement(element->fName);
     PelXercesLinks::append(*static_cast<DOMElementImpl*>(fCurrentParent), *element);
     fCurrentNode = element;
-    if (isEmpty)
-        limits.closeElement();
-    else
+    if (!isEmpty)
         fCurrentParent = element;
 }
 
 void PelXercesTreeBuilder::endElement(const xercesc::XMLElementDecl& declaration,
                                       unsigned int uriId, bool isRoot, const XMLCh* prefix) {
     endText();
-    limits.closeElement();
     if (road != Road::engine && fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE) {
         const auto* const element = static_cast<DOMElementImpl*>(fCurrentParent);
         DOMNode* const parent = element->fNode.fOwnerNode;
@@ -185,6 +208,7 @@ void PelXercesTreeBuilder::endElement(const xercesc::XMLElementDecl& declaration
 // growth of a node's buffer makes the engine search all the buffers of the document, so the node is
 // made at the text's end. Long texts, of which there are few, grow by themselves from there.
 void PelXercesTreeBuilder::docCharacters(const XMLCh* text, XMLSize_t length, bool isCdata) {
+    limits.addEvent();
     const bool isText = road != Road::engine && fWithinElement && !isCdata &&
                         fCurrentNode->getNodeType() != DOMNode::TEXT_NODE &&
                         fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE;
@@ -200,33 +224,70 @@ void PelXercesTreeBuilder::docCharacters(const XMLCh* text, XMLSize_t length, bo
 
 void PelXercesTreeBuilder::docComment(const XMLCh* comment) {
     endText();
+    limits.addEvent();
     XercesDOMParser::docComment(comment);
 }
 
 void PelXercesTreeBuilder::docPI(const XMLCh* target, const XMLCh* data) {
     endText();
+    limits.addEvent();
     XercesDOMParser::docPI(target, data);
 }
 
-// The engine's table of IDs, which nothing here asks, fails when it has to hold some 720,000. The
-// parser has validated them by now.
+// The engine's table of IDs, which nothing here asks, fails when it has to hold some 720,000, and
+// many can be made to share a place in it. The parser has validated them by now.
 void PelXercesTreeBuilder::forgetIds(const Attributes& attributes, XMLSize_t count) {
     for (XMLSize_t i = 0; i < count; ++i) {
         auto* const attribute = const_cast<xercesc::XMLAttr*>(attributes.elementAt(i));
-        if (attribute->getType() == xercesc::XMLAttDef::ID && ++ids > maxIds)
+        if (attribute->getType() == xercesc::XMLAttDef::ID)
             attribute->setType(xercesc::XMLAttDef::CData);
     }
 }
 
+// The scanner and the engine's builder go through all declared attributes for each element, and
+// make nodes of defaults.
+void PelXercesTreeBuilder::addDefaults(const xercesc::XMLElementDecl& declaration,
+                                       const Attributes& attributes, XMLSize_t count) {
+    if (!declaration.hasAttDefs())
+        return;
+    std::size_t steps = declaredSteps * declaration.getAttDefList().getAttDefCount();
+    for (XMLSize_t i = 0; i < count; ++i) {
+        const xercesc::XMLAttr& attribute = *attributes.elementAt(i);
+        if (attribute.getSpecified())
+            continue;
+        const std::size_t length = XMLString::stringLen(attribute.getValue());
+        steps += defaultSteps + length;
+        limits.addExpansion(length);
+    }
+    limits.addWork(Work::attributes, steps);
+}
+
+// The tree keeps attributes sorted, in an array: in any other order each would move those behind
+// it.
+void PelXercesTreeBuilder::sort(const Attributes& attributes, XMLSize_t count, Attributes& sorted) {
+    std::vector<xercesc::XMLAttr*> list(count);
+    for (XMLSize_t i = 0; i < count; ++i)
+        list[i] = const_cast<xercesc::XMLAttr*>(attributes.elementAt(i));
+    std::sort(list.begin(), list.end(), [](const auto* left, const auto* right) {
+        return XMLString::compareString(left->getName(), right->getName()) < 0;
+    });
+    for (xercesc::XMLAttr* const attribute : list)
+        sorted.addElement(attribute);
+}
+
+// The engine keeps the names of a tree in a table that does not grow.
+void PelXercesTreeBuilder::growNameTable(std::size_t more) {
+    while (PelXercesLinks::areKnown && names.countInTree() + more > namePlaces)
+        namePlaces = PelXercesLinks::growNameTable(*fDocument);
+}
+
 // Of an element that the engine made.
 void PelXercesTreeBuilder::reportElement() {
-    limits.addName(fCurrentNode->getNodeName());
+    names.addElement(fCurrentNode->getNodeName());
     const xercesc::DOMNamedNodeMap* const attributes = fCurrentNode->getAttributes();
     for (XMLSize_t i = attributes->getLength(); i-- > 0;) {
         const auto* const attribute = static_cast<DOMAttrImpl*>(attributes->item(i));
-        limits.addName(attribute->getName());
-        if (!attribute->getSpecified())
-            limits.addExpansion(defaultCost + XMLString::stringLen(attribute->getValue()));
+        names.addAttribute(attribute->getName());
     }
 }
 
@@ -237,33 +298,56 @@ void PelXercesTreeBuilder::startEntityReference(const xercesc::XMLEntityDecl& en
 
 void PelXercesTreeBuilder::elementDecl(const xercesc::DTDElementDecl& declaration,
                                        bool /*isIgnored*/) {
-    limits.addDeclaration(declaration.getId());
-    limits.addContentModel(declaration.getContentSpec());
+    limits.addEvent();
+    names.addDeclaredElements();
+    const std::size_t most = limits.getBounds().modelParts; // automata are made by recursion
+    limits.require(PelXercesModelCost::countParts(declaration.getContentSpec(), most + 1) <= most,
+                   u"too large a content model");
     if (isInSubset)
         subset.addElement(declaration);
 }
 
-void PelXercesTreeBuilder::attDef(const xercesc::DTDElementDecl& /*element*/,
+void PelXercesTreeBuilder::attDef(const xercesc::DTDElementDecl& element,
                                   const xercesc::DTDAttDef& attribute, bool isIgnored) {
-    limits.addChoice(attribute.getEnumeration());
+    limits.addEvent();
+    limits.require(XMLString::stringLen(attribute.getEnumeration()) <=
+                       limits.getBounds().listCharacters,
+                   u"too many values for an attribute");
+    if (!isIgnored)
+        names.addDeclared(element, attribute);
     requirePairs(attribute.getValue());
     if (isInSubset && !isIgnored)
         subset.addAttribute(attribute);
 }
 
-// The engine goes through all attributes of the element, those of earlier lists too, and makes
-// nodes of the defaults among them.
+// The engine makes nodes of all defaults of the element anew, those of earlier lists too, each at
+// its place among the others.
 void PelXercesTreeBuilder::endAttList(const xercesc::DTDElementDecl& element) {
-    limits.addDeclaration(element.getId());
-    if (element.hasAttDefs())
-        limits.addExpansion(listedCost * element.getAttDefList().getAttDefCount());
+    limits.addEvent();
+    if (element.hasAttDefs()) {
+        const xercesc::XMLAttDefList& list = element.getAttDefList();
+        std::size_t steps = 0;
+        std::size_t defaults = 0;
+        for (XMLSize_t i = 0; i < list.getAttDefCount(); ++i) {
+            const XMLCh* const value = list.getAttDef(i).getValue();
+            steps += declaredSteps;
+            if (value != nullptr)
+                steps += listedSteps + ++defaults + XMLString::stringLen(value);
+        }
+        limits.addWork(Work::declarations, steps);
+        names.addList(element);
+    }
+    growNameTable(1);
     XercesDOMParser::endAttList(element);
 }
 
 // As the engine does it, but for the text.
 void PelXercesTreeBuilder::entityDecl(const xercesc::DTDEntityDecl& entity, bool isParameter,
                                       bool isIgnored) {
-    limits.addDeclaration(entity.getId());
+    limits.addWork(Work::declarations, declarationSteps);
+    names.addDeclared(isParameter ? Names::Kind::parameterEntity : Names::Kind::entity,
+                      entity.getName(), !isIgnored);
+    growNameTable(1);
     limits.addEntity(entity.getValueLen());
     requirePairs(entity.getValue());
     requirePairs(entity.getSystemId());
@@ -285,7 +369,9 @@ void PelXercesTreeBuilder::entityDecl(const xercesc::DTDEntityDecl& entity, bool
 }
 
 void PelXercesTreeBuilder::notationDecl(const xercesc::XMLNotationDecl& notation, bool isIgnored) {
-    limits.addDeclaration(notation.getId());
+    limits.addWork(Work::declarations, declarationSteps);
+    names.addDeclared(Names::Kind::notation, notation.getName(), !isIgnored);
+    growNameTable(1);
     requirePairs(notation.getSystemId());
     if (!isInSubset) {
         XercesDOMParser::notationDecl(notation, isIgnored);
@@ -297,6 +383,16 @@ void PelXercesTreeBuilder::notationDecl(const xercesc::XMLNotationDecl& notation
         static_cast<xercesc::DOMNotationImpl*>(fDocument->createNotation(notation.getName()));
     keep(*fDocumentType->getNotations(), *node, notation);
     subset.addNotation(notation);
+}
+
+// The engine moves the rest of a path for each step up in it and for each escape.
+xercesc::InputSource*
+PelXercesTreeBuilder::resolveEntity(xercesc::XMLResourceIdentifier* resource) {
+    const std::u16string_view name = resource->getSystemId();
+    const auto costly = std::count_if(name.begin(), name.end(),
+                                      [](XMLCh unit) { return unit == u'/' || unit == u'%'; });
+    limits.addWork(Work::files, fileSteps + static_cast<std::size_t>(costly) * name.size());
+    return XercesDOMParser::resolveEntity(resource);
 }
 
 void PelXercesTreeBuilder::doctypeDecl(const xercesc::DTDElementDecl& root, const XMLCh* publicId,

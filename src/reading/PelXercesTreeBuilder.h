@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "reading/PelXercesReadMemory.h"
 #include "reading/PelXercesSubset.h"
 #include "xerces/PelXercesLinks.h"
 
 #include <xercesc/parsers/XercesDOMParser.hpp>
 
 #include <string>
-
-class PelXercesReadLimits;
-class PelXercesReadMemory;
 
 /// The engine's parser, building a tree that is ready to be shared: the tree's memory is that of
 /// all trees, while the parser's own goes with the read.
@@ -68,22 +66,32 @@ public:
     void endAttList(const xercesc::DTDElementDecl& element) override;
     void notationDecl(const xercesc::XMLNotationDecl& notation, bool isIgnored) override;
 
+    xercesc::InputSource* resolveEntity(xercesc::XMLResourceIdentifier* resource) override;
+
 private:
     using Attributes = xercesc::RefVectorOf<xercesc::XMLAttr>;
 
+    void makeElement(const XMLCh* name, const Attributes& attributes, XMLSize_t count,
+                     bool isEmpty);
+    static void sort(const Attributes& attributes, XMLSize_t count, Attributes& sorted);
     void forgetIds(const Attributes& attributes, XMLSize_t count);
     void reportHere(const XMLCh* text);
     void requirePairs(const XMLCh* literal);
     void endText();
     void reportElement();
+    void addDefaults(const xercesc::XMLElementDecl& declaration, const Attributes& attributes,
+                     XMLSize_t count);
+    void growNameTable(std::size_t more);
 
     PelXercesReadMemory& memory;
     PelXercesReadLimits& limits;
+    PelXercesNameLimits& names;
     const Road road;
     bool areTypesRefused = false;
     bool hasExternalSubset = false;
+    const PelXercesTreeMemory::Report report;
     PelXercesSubset subset{fInternalSubset};
     bool isInSubset = false;
-    std::size_t ids = 0;
+    std::size_t namePlaces = 257;
     std::u16string pendingText;
 };

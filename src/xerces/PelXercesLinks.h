@@ -3,11 +3,16 @@
 
 #include <xercesc/dom/impl/DOMAttrImpl.hpp>
 #include <xercesc/dom/impl/DOMCasts.hpp>
+#include <xercesc/dom/impl/DOMDocumentImpl.hpp>
 #include <xercesc/dom/impl/DOMElementImpl.hpp>
+#include <xercesc/dom/impl/DOMStringPool.hpp>
 #include <xercesc/dom/impl/DOMTextImpl.hpp>
+#include <xercesc/util/XMLString.hpp>
 #include <xercesc/util/XercesVersion.hpp>
 
+#include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <utility>
 
 /// The links between the engine's nodes, set and followed without the run-time casts on which the
@@ -142,6 +147,35 @@ public:
         }
     }
 
+<<<<<<< HEAD
+=======
+    /// Gives the table that a document keeps its names in twice as many places, or three times as
+    /// many: how many is not to be foreseen, since with the engine's hash, names can be made to
+    /// share a place. Gives the number of places.
+    static std::size_t growNameTable(xercesc::DOMDocumentImpl& document) {
+        struct Table : xercesc::DOMDocumentImpl {
+            static constexpr auto chains() { return &Table::fNameTable; }
+            static constexpr auto size() { return &Table::fNameTableSize; }
+        };
+        using Entry = xercesc::DOMStringPoolEntry;
+        std::size_t& places = document.*Table::size();
+        const auto chance = reinterpret_cast<std::uintptr_t>(&document) / sizeof(void*);
+        const std::size_t more = places * 2 + chance % places + 1;
+        auto** const chains = static_cast<Entry**>(document.allocate(more * sizeof(Entry*)));
+        std::fill_n(chains, more, nullptr);
+        for (std::size_t i = 0; i < places; ++i)
+            for (Entry* entry = (document.*Table::chains())[i]; entry != nullptr;) {
+                Entry*& first = chains[xercesc::XMLString::hash(entry->fString, more)];
+                Entry* const next = std::exchange(entry->fNext, first);
+                first = std::exchange(entry, next);
+            }
+        document.*Table::chains() = chains;
+        return places = more;
+    }
+
+private:
+    // Elements and texts, most of all children, need no run-time cast.
+>>>>>>> a10558a (Bound what a read costs, whatever it is spent on)
     static xercesc::DOMChildNode& linksOf(xercesc::DOMNode* child) {
         switch (child->getNodeType()) {
         case xercesc::DOMNode::ELEMENT_NODE:

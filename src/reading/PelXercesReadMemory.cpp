@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#include "reading/PelXercesReadMemory.h"
+
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/QName.hpp>
+
+#include <cstring>
+#include <new>
+#include <utility>
+
+namespace {
+
+// What a block takes besides, here and in the heap.
+constexpr std::size_t blockOverhead = 48;
+
+// The engine's array of the places of characters in their source. One of ICU's converters goes
+// through it twice as fast as it makes characters, and no unit passes through more than four layers
+// of a converter that do so.
+constexpr std::size_t converterPlaces = 16 * 1024 * sizeof(XMLUInt32);
+constexpr std::size_t converterLayers = 4;
+
+thread_local PelXercesReadLimits* reported = nullptr;
+
+} // namespace
+
+void* PelXercesReadMemory::allocate(XMLSize_t size) {
+    static const std::size_t nameBytes =
+        sizeof(xercesc::QName) +
+        xercesc::XMLPlatformUtils::alignPointerForNewBlockAllocation(sizeof(void*));
+    if (size == nameBytes)
+        names.addDeclaredElements();
+    if (size == converterPlaces)
+        size *= converterLayers;
+    limits.addMemory(size, blockOverhead);
+    void* const memory = PelXercesJobMemory::allocate(size);
+    return isCleared ? std::memset(memory, 0, size) : memory;
+}
+
+void PelXercesReadMemory::deallocate(void* memory) {
+    if (memory != nullptr)
+        limits.removeMemory(sizeOf(memory) + blockOverhead);
+    PelXercesJobMemory::deallocate(memory);
+}
+
+PelXercesTreeMemory& PelXercesTreeMemory::get() {
+    alignas(PelXercesTreeMemory) static unsigned char storage[sizeof(PelXercesTreeMemory)];
+    static PelXercesTreeMemory& immortal = *new (storage) PelXercesTreeMemory;
+    return immortal;
+}
+
+void* PelXercesTreeMemory::allocate(XMLSize_t size) {
+    if (reported != nullptr)
+        reported->addTreeMemory(size);
+    return PelXercesMemory::allocate(size);
+}
+
+PelXercesTreeMemory::Report::Report(PelXercesReadLimits& limits) noexcept
+    : previous(std::exchange(reported, &limits)) {
+}
+
+PelXercesTreeMemory::Report::~Report() {
+    reported = previous;
+}
