@@ -28,9 +28,12 @@ bool isUp() {
 // The engine's first start takes half of this. Where there is none, it is better not begun.
 bool hasMemoryToStart() {
     constexpr std::size_t needed = std::size_t{1} << 20;
-    void* const memory = ::operator new(needed, std::nothrow);
-    ::operator delete(memory);
-    return memory != nullptr;
+    try {
+        ::operator delete(::operator new(needed));
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }
 
 // The engine fills a table on the first append to any tree, which two threads must not do at once.
