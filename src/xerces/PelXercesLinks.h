@@ -147,8 +147,6 @@ public:
         }
     }
 
-<<<<<<< HEAD
-=======
     /// Gives the table that a document keeps its names in twice as many places, or three times as
     /// many: how many is not to be foreseen, since with the engine's hash, names can be made to
     /// share a place. Gives the number of places.
@@ -173,9 +171,6 @@ public:
         return places = more;
     }
 
-private:
-    // Elements and texts, most of all children, need no run-time cast.
->>>>>>> a10558a (Bound what a read costs, whatever it is spent on)
     static xercesc::DOMChildNode& linksOf(xercesc::DOMNode* child) {
         switch (child->getNodeType()) {
         case xercesc::DOMNode::ELEMENT_NODE:
