@@ -118,13 +118,10 @@ PelXercesCheckedMarkup& PelXercesCheckedMarkup::newline(std::size_t spaces) {
     return *this;
 }
 
-// Gives the length.
+// Gives the length. By now XML 1.0 allows the names of XML 1.1, and the engine reads them.
 std::size_t PelXercesCheckedMarkup::check(const char16_t* name) const {
     const std::u16string_view whole = name;
-    const bool isName = &places == &PelXercesPlace::of(true)
-                            ? xercesc::XMLChar1_1::isValidName(name, whole.size())
-                            : xercesc::XMLChar1_0::isValidName(name, whole.size());
-    if (!isName)
+    if (!xercesc::XMLChar1_1::isValidName(name, whole.size()))
         throw PelXercesRefusal{u"'" + PelString(whole) + u"' is no name in XML"};
     for (const char16_t* at = name; *at != 0; ++at) {
         if (out.fateOf(at, places.name) != Fate::stands)
