@@ -197,8 +197,7 @@ private:
     Node& make(
         Node* document, PelDOM::NodeType type, Text tag = {}, Text value = {}, Node* parent = nullptr) {
         Node& node = nodes.emplace_back(Node{document, type, inTree(tag), inTree(value)});
-        if (node.name == u"b" && document->child(PelDOM::DOCUMENT_TYPE_NODE) != nullptr)
-            node.attributes = node.defaults = document->defaults;
+        if (type == PelDOM::ELEMENT_NODE) node.addDefaults();
         if (parent != nullptr) parent->append(node);
         return node;
     }
@@ -212,7 +211,7 @@ private:
 
     static int setInModel(const Ref& element, Text key, Text value) {
         const int code = refusal(element, key, value);
-        if (code == 0) element.node->attributes[inTree(key)] = inTree(value);
+        if (code == 0) element.node->setAttribute(inTree(key), inTree(value));
         return code;
     }
 
@@ -280,6 +279,128 @@ private:
         });
     }
 
+    void createOther() {
+        const Handle from = some();
+        PelDOMDocument document(from.handle);
+        const Text tag = name();
+        const PelString data(in.oneOf(values));
+        const auto created = [&](PelDOM::NodeType type, Text target) {
+            const Node like = {nullptr, type, u"", u""};
+            const bool isGood = from.ref.is(PelDOM::DOCUMENT_NODE) && like.takesValue(data.view()) &&
+                                (target.empty() || isName(target));
+            return isGood ? to(&make(from.ref.node, type, target, data.view())) : Ref();
+        };
+        switch (in.below(3)) {
+        case 0:
+            return keep(document.createComment(data), created(PelDOM::COMMENT_NODE, u""));
+        case 1:
+            return keep(document.createCDATASection(data), created(PelDOM::CDATA_SECTION_NODE, u""));
+        default:
+            const PelDOMNode made = document.createProcessingInstruction(PelString(tag), data);
+            keep(made, tag.empty() ? Ref() : created(PelDOM::PROCESSING_INSTRUCTION_NODE, tag));
+        }
+    }
+
+    // A handle to a child, mostly.
+    Handle someChild(const Handle& parent) {
+        if (parent.ref.node == nullptr || parent.ref.node->children.empty() || in.below(4) == 0)
+            return some();
+        const std::size_t place = in.byte() % parent.ref.node->children.size();
+        PelDOMNode child = parent.handle.getFirstChild();
+        for (std::size_t i = 0; i < place; ++i) child = child.getNextSibling();
+        return {child, to(parent.ref.node->children[place])};
+    }
+
+    void insert() {
+        const Handle parent = some(), child = some();
+        const Handle before = someChild(parent);
+        Node* const inParent = parent.ref.node;
+        Node* const inChild = child.ref.node;
+        Node* const next = before.ref.node;
+        const auto code = [&](bool isGood) { return isGood ? PelDOM::SUCCESS : PelDOM::INVALID_VALUE; };
+        const bool isAny = inParent != nullptr && inChild != nullptr;
+        switch (in.below(3)) {
+        case 0: {
+            const bool isGood = isAny && (next == nullptr || next->parent == inParent) &&
+                                inParent->takes(*inChild, next, nullptr);
+            PelDOMNode target = parent.handle;
+            expectSame(target.insertBefore(child.handle, before.handle),
+                isAny ? code(isGood) : PelDOM::NULL_NODE, "insertBefore");
+            if (isGood && next != inChild) inParent->insert(*inChild, next);
+            break;
+        }
+        case 1: {
+            const bool isOld = isAny && next != nullptr && next->parent == inParent;
+            const bool isGood =
+                isOld && (next == inChild || inParent->takes(*inChild, next->sibling(1), next));
+            PelDOMNode target = parent.handle;
+            expectSame(target.replaceChild(child.handle, before.handle),
+                isAny && next != nullptr ? code(isGood) : PelDOM::NULL_NODE, "replaceChild");
+            if (!isGood || next == inChild) break;
+            Node* behind = next->sibling(1);
+            if (behind == inChild) behind = inChild->sibling(1);
+            next->unlink();
+            inParent->insert(*inChild, behind);
+            break;
+        }
+        default: {
+            const bool isGood = inParent != nullptr && next != nullptr && next->parent == inParent;
+            PelDOMNode target = parent.handle;
+            expectSame(target.removeChild(before.handle),
+                inParent != nullptr && next != nullptr ? code(isGood) : PelDOM::NULL_NODE, "removeChild");
+            if (isGood) next->unlink();
+        }
+        }
+    }
+
+    Node* copyInModel(const Node& source, Node* document, bool isDeep) {
+        Node& copy = nodes.emplace_back(Node{document, source.type, source.name, source.value});
+        if (source.type == PelDOM::ELEMENT_NODE) copy.copyAttributes(source);
+        if (isDeep)
+            for (const Node* const child : source.children) copy.append(*copyInModel(*child, document, true));
+        return &copy;
+    }
+
+    void copy() {
+        const Handle source = some(), target = some();
+        const bool isDeep = in.below(2) == 0;
+        const bool canBe =
+            source.ref.node != nullptr && source.ref.node->canBeCopied() && nodes.size() < 2000;
+        if (nodes.size() >= 2000) return;
+        if (in.below(2) == 0) {
+            keep(source.handle.cloneNode(isDeep),
+                canBe ? to(copyInModel(*source.ref.node, source.ref.node->document, isDeep)) : Ref());
+        } else {
+            const bool isInto = canBe && target.ref.is(PelDOM::DOCUMENT_NODE);
+            keep(PelDOMDocument(target.handle).importNode(source.handle, isDeep),
+                isInto ? to(copyInModel(*source.ref.node, target.ref.node, isDeep)) : Ref());
+        }
+    }
+
+    void rename() {
+        Handle& one = some();
+        const Text tag = name();
+        const bool isElement = one.ref.is(PelDOM::ELEMENT_NODE);
+        expectSame(PelDOMElement(one.handle).setTagName(PelString(tag)),
+            !isElement    ? PelDOM::NULL_NODE
+            : isName(tag) ? PelDOM::SUCCESS
+                          : PelDOM::INVALID_VALUE,
+            "setTagName");
+        if (isElement && isName(tag)) one.ref.node->rename(tag);
+    }
+
+    // Enough for the tree to look for nodes that no handle leads to, and to use them again.
+    void makeGarbage() {
+        const Handle one = some();
+        PelDOMDocument document(
+            one.ref.is(PelDOM::DOCUMENT_NODE) ? one.handle : one.handle.getOwnerDocument());
+        for (int i = 0; document && i < 100; ++i) {
+            PelDOMElement element = document.createElement(i % 2 == 0 ? "b" : "garbage");
+            element.appendTextElement("garbage", "garbage");
+            element.appendChild(document.createComment("garbage"));
+        }
+    }
+
     void append() {
         Handle& parent = some();
         Handle& child = some();
@@ -325,7 +446,7 @@ private:
                 : isGood   ? PelDOM::SUCCESS
                            : PelDOM::INVALID_VALUE,
                 call);
-            if (isElement && isGood) one.ref.node->attributes[std::u16string(key)] = value.view();
+            if (isElement && isGood) one.ref.node->setAttribute(std::u16string(key), value.view());
         };
         const PelString name(key), digits = std::to_string(whole);
         switch (in.below(4)) {
@@ -349,8 +470,11 @@ private:
         expectCode("removeAttribute", isGood ? PelDOM::SUCCESS : PelDOM::INVALID_VALUE,
             [&] { return PelDOMElement(one.handle).removeAttribute(PelString(key)); });
         if (!isGood || one.ref.node->attributes.erase(inTree(key)) == 0) return;
-        // A default takes the place of what is removed.
-        one.ref.node->attributes.merge(std::map(one.ref.node->defaults));
+        one.ref.node->byDefault.erase(inTree(key));
+        const auto found = one.ref.node->defaults.find(inTree(key)); // it takes the place of what is removed
+        if (found == one.ref.node->defaults.end()) return;
+        one.ref.node->setAttribute(found->first, found->second);
+        one.ref.node->byDefault.insert(found->first);
     }
 
     void navigate() {
@@ -634,8 +758,9 @@ private:
         &World::navigate, &World::navigate, &World::item, &World::item, &World::list, &World::list,
         &World::assign, &World::dropHandle, &World::dropList, &World::dropFiler, &World::makeFiler,
         &World::useFiler, &World::useFiler, &World::dump, &World::init, &World::terminate, &World::release,
-        &World::checkAll, &World::step, &World::step, &World::setContent, &World::move, &World::loop,
-        &World::loop};
+        &World::checkAll, &World::createOther, &World::createOther, &World::insert, &World::insert,
+        &World::insert, &World::insert, &World::copy, &World::copy, &World::rename, &World::makeGarbage,
+        &World::step, &World::step, &World::setContent, &World::move, &World::loop, &World::loop};
 
     // The engine takes long to start. One start of our own keeps it up, except in one run of eight.
     static inline bool isHeld = false;

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,7 @@ struct Node {
     std::u16string name, value;
     std::map<std::u16string, std::u16string> attributes = {};
     std::map<std::u16string, std::u16string> defaults = {}; // of elements b to come, or of this one
+    std::set<std::u16string> byDefault = {};                // the attributes that nobody has set
     Node* parent = nullptr;
     std::vector<Node*> children = {};
     const void* engineNode = nullptr; // known from the first handle to it
@@ -50,6 +52,79 @@ struct Node {
     }
 
     void append(Node& child) { insert(child, nullptr); }
+
+    void setAttribute(const std::u16string& key, Text text) {
+        attributes[key] = text;
+        byDefault.erase(key);
+    }
+
+    // What the document's type adds for an element of this name.
+    void addDefaults() {
+        defaults.clear();
+        if (name == u"b" && document->child(PelDOM::DOCUMENT_TYPE_NODE) != nullptr)
+            defaults = document->defaults;
+        for (const auto& [key, text] : defaults)
+            if (attributes.try_emplace(key, text).second) byDefault.insert(key);
+    }
+
+    void rename(Text newName) {
+        const bool isTyped = !defaults.empty() || document->child(PelDOM::DOCUMENT_TYPE_NODE) != nullptr;
+        name = newName;
+        if (!isTyped) return;
+        for (const std::u16string& key : byDefault) attributes.erase(key);
+        byDefault.clear();
+        addDefaults();
+    }
+
+    // The attributes of a copy: a default of another document stays behind.
+    void copyAttributes(const Node& source) {
+        addDefaults();
+        for (const auto& [key, text] : source.attributes) {
+            const bool isDefault = source.byDefault.count(key) != 0;
+            if (isDefault && source.document != document) continue;
+            setAttribute(key, text);
+            if (isDefault) byDefault.insert(key);
+        }
+    }
+
+    bool canBeCopied() const {
+        return type != PelDOM::DOCUMENT_NODE && type != PelDOM::DOCUMENT_TYPE_NODE &&
+               type != PelDOM::XML_DECL_NODE;
+    }
+
+    // Whether `child` may go in front of `before` when `leaving` is gone.
+    bool takes(const Node& child, const Node* before, const Node* leaving) const {
+        const bool isDocument = type == PelDOM::DOCUMENT_NODE;
+        if ((!isDocument && type != PelDOM::ELEMENT_NODE) || child.type == PelDOM::DOCUMENT_NODE)
+            return false;
+        if (child.document != (isDocument ? this : document)) return false;
+        if (!isDocument) return child.canBeCopied() && !isWithin(child);
+        std::vector<const Node*> then;
+        for (const Node* const node : children) {
+            if (node == before) then.push_back(&child);
+            if (node != &child && node != leaving) then.push_back(node);
+        }
+        if (before == nullptr) then.push_back(&child);
+        const auto place = std::find(then.begin(), then.end(), &child);
+        const auto find = [](auto from, auto to, PelDOM::NodeType wanted) {
+            return std::find_if(from, to, [wanted](const Node* node) { return node->type == wanted; }) != to;
+        };
+        if (place + 1 != then.end() && place[1]->type == PelDOM::XML_DECL_NODE) return false;
+        const bool isAlone =
+            !find(then.begin(), place, child.type) && !find(place + 1, then.end(), child.type);
+        switch (child.type) {
+        case PelDOM::ELEMENT_NODE:
+            return isAlone && !find(place, then.end(), PelDOM::DOCUMENT_TYPE_NODE);
+        case PelDOM::DOCUMENT_TYPE_NODE:
+            return isAlone && !find(then.begin(), place, PelDOM::ELEMENT_NODE);
+        case PelDOM::XML_DECL_NODE:
+            return place == then.begin();
+        case PelDOM::TEXT_NODE:
+            return !child.value.empty() && child.value.find_first_not_of(u" \t\r\n") == child.value.npos;
+        default:
+            return child.type != PelDOM::CDATA_SECTION_NODE;
+        }
+    }
 
     Node* sibling(long distance) const {
         if (parent == nullptr) return nullptr;
