@@ -46,7 +46,7 @@ static std::string within(const std::string& content) { return "<a>" + content +
 // However slow the machine is.
 static PelXercesReadLimits::Bounds unhurried() {
     PelXercesReadLimits::Bounds own;
-    own.seconds = 1e9;
+    own.milliseconds = 1'000'000'000;
     return own;
 }
 
@@ -174,8 +174,8 @@ TEST(Limits, NameWhatGrowsOutOfProportion) {
 
 TEST(Limits, EndReadsThatTakeTooLongFromWhereverTheyAre) {
     PelXercesReadLimits::Bounds own;
-    own.seconds = 0.02;
-    own.secondsPerByte = 0;
+    own.milliseconds = 20;
+    own.nanosecondsPerByte = 0;
     for (const std::string& text : {within(repeat(1000000, "<b/>")), within(repeat(1000000, "x<!---->")),
              "<a " + repeat(200000, "b$='' ") + "/>", withSubset(repeat(50000, "<!ELEMENT e$ ANY>")),
              withSubset("<!ELEMENT b (a" + repeat(3000, ",x$?") + ")>", within("<b/>"))})

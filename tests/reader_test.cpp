@@ -196,6 +196,44 @@ TEST_F(Reading, KeepsAnErrorRatherThanAWarning) {
         "null; E d.xml:1:82: only comments and processing instructions may follow the root element");
 }
 
+TEST_F(Reading, KeepsToEachLimitThatIsSet) {
+    const std::string dtd = "<!DOCTYPE a [<!ELEMENT a ANY><!ELEMENT b (a,a?)><!ATTLIST a k (one|two) 'one'>"
+                            "<!ENTITY e 'eeeeeeeeee'>]><a>&e;&e;<a/></a>";
+    const struct {
+        int line;
+        Reader::Limit limit, other;
+        std::string bytes, message;
+    } rows[] = {
+        {__LINE__, Reader::WORK, Reader::WORK_PER_BYTE, dtd, "too much work for"},
+        {__LINE__, Reader::MEMORY, Reader::MEMORY_PER_BYTE, dtd, "too much memory"},
+        {__LINE__, Reader::TIME, Reader::TIME_PER_BYTE, "<a>" + repeated("<a/>", 500'000) + "</a>",
+            "too much processor time"},
+        {__LINE__, Reader::EXPANSION, Reader::EXPANSION_PER_BYTE, dtd,
+            "too much text from entities, default attributes or files read again"},
+        {__LINE__, Reader::ENTITY_EXPANSIONS, Reader::ENTITY_EXPANSIONS, dtd,
+            "parser has encountered more than '1'"},
+        {__LINE__, Reader::REFERENCES, Reader::REFERENCES, dtd, "too many references to entities"},
+        {__LINE__, Reader::NAMES, Reader::NAMES, "<a b=''/>", "too many different names"},
+        {__LINE__, Reader::MODEL_PARTS, Reader::MODEL_PARTS, dtd, "too large a content model"},
+        {__LINE__, Reader::LIST_CHARACTERS, Reader::LIST_CHARACTERS, dtd, "too many values for an attribute"},
+        {__LINE__, Reader::MESSAGE_CHARACTERS, Reader::MESSAGE_CHARACTERS, dtd + "<", "too many errors"},
+    };
+    for (const auto& row : rows) {
+        Reader reader;
+        const std::size_t usual = reader.getLimit(row.limit);
+        reader.setLimit(row.other, 0);
+        reader.setLimit(row.limit, 1);
+        EXPECT_EQ(reader.getLimit(row.limit), 1u) << row.line;
+        const std::string refused = read(reader, row.bytes);
+        EXPECT_EQ(refused.substr(0, 4), "null") << row.line;
+        EXPECT_NE(refused.find(row.message), std::string::npos) << row.line << ": " << refused;
+        reader.setLimit(row.limit, std::numeric_limits<std::size_t>::max());
+        reader.setLimit(row.other, std::numeric_limits<std::size_t>::max());
+        EXPECT_EQ(read(reader, row.bytes).find(row.message), std::string::npos) << row.line;
+        EXPECT_GT(usual, 1u) << row.line;
+    }
+}
+
 TEST_F(Reading, ReadsStreamsToTheirEnd) {
     const std::string bytes =
         "<?xml version='1.0' encoding='ISO-8859-1'?><a>\xE9" + repeated("x", 200'000) + "</a>";

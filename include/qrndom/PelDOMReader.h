@@ -34,14 +34,20 @@ public:
     /// What is bounded. Most bounds have a part that every document may take, and one for each byte
     /// of input besides.
     enum Limit {
+        WORK,               ///< Steps of about a nanosecond that are counted before they are taken.
+        WORK_PER_BYTE,      ///< The same, for each byte of input.
+        MEMORY,             ///< Bytes, of the parser and the tree.
+        MEMORY_PER_BYTE,    ///< The same, for each byte of input.
+        TIME,               ///< Milliseconds of processor time, where nothing else is counted.
+        TIME_PER_BYTE,      ///< The same for each byte of input, in nanoseconds.
         EXPANSION,          ///< Characters from entities, default attributes, files named again.
         EXPANSION_PER_BYTE, ///< The same, for each byte of input.
-        MEMORY,             ///< Bytes that a read takes.
-        MEMORY_PER_BYTE,    ///< The same, for each byte of input.
-        REFERENCES,         ///< References to entities.
+        ENTITY_EXPANSIONS,  ///< References to general entities, in content and attribute values.
+        REFERENCES,         ///< References to entities of any kind.
         NAMES,              ///< Different names; declarations of each kind.
         MODEL_PARTS,        ///< Names, groups and signs in one content model.
-        CHOICE_CHARACTERS,  ///< Characters of one list of attribute values.
+        LIST_CHARACTERS,    ///< Characters of one list of attribute values.
+        MESSAGE_CHARACTERS, ///< Characters of all messages of a read.
     };
 
     /// The settings of the services.

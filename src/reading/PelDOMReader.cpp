@@ -19,6 +19,41 @@ namespace {
 
 constexpr std::size_t usualMaxMessages = 100;
 
+// Null for what is no limit.
+std::size_t* boundOf(PelXercesReadLimits::Bounds& bounds, PelDOMReader::Limit limit) {
+    switch (limit) {
+    case PelDOMReader::WORK:
+        return &bounds.work;
+    case PelDOMReader::WORK_PER_BYTE:
+        return &bounds.workPerByte;
+    case PelDOMReader::MEMORY:
+        return &bounds.memory;
+    case PelDOMReader::MEMORY_PER_BYTE:
+        return &bounds.memoryPerByte;
+    case PelDOMReader::TIME:
+        return &bounds.milliseconds;
+    case PelDOMReader::TIME_PER_BYTE:
+        return &bounds.nanosecondsPerByte;
+    case PelDOMReader::EXPANSION:
+        return &bounds.expansion;
+    case PelDOMReader::EXPANSION_PER_BYTE:
+        return &bounds.expansionPerByte;
+    case PelDOMReader::ENTITY_EXPANSIONS:
+        return &bounds.entityExpansions;
+    case PelDOMReader::REFERENCES:
+        return &bounds.references;
+    case PelDOMReader::NAMES:
+        return &bounds.names;
+    case PelDOMReader::MODEL_PARTS:
+        return &bounds.modelParts;
+    case PelDOMReader::LIST_CHARACTERS:
+        return &bounds.listCharacters;
+    case PelDOMReader::MESSAGE_CHARACTERS:
+        return &bounds.reportCharacters;
+    }
+    return nullptr;
+}
+
 // All that comes; nothing when the stream cannot be read. The stream's own calls could throw what
 // its user has asked for.
 std::optional<std::string> bytesOf(std::istream& stream) {
@@ -155,6 +190,16 @@ void PelDOMReader::setMaxMessages(std::size_t count) noexcept {
 
 std::size_t PelDOMReader::getMaxMessages() const noexcept {
     return body->settings.maxMessages;
+}
+
+void PelDOMReader::setLimit(Limit limit, std::size_t value) noexcept {
+    if (std::size_t* const bound = boundOf(body->settings.bounds, limit))
+        *bound = value;
+}
+
+std::size_t PelDOMReader::getLimit(Limit limit) const noexcept {
+    const std::size_t* const bound = boundOf(body->settings.bounds, limit);
+    return bound != nullptr ? *bound : 0;
 }
 
 PelDOMDocument PelDOMReader::readFile(const PelString& name) {

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <chrono>
 #include <exception>
+#include <limits>
 
 namespace {
 
@@ -41,15 +42,21 @@ void PelXercesReadLimits::setBounds(const Bounds& newBounds) {
     addInput(0);
 }
 
+// No bound that is set is too large to be counted with.
+std::size_t PelXercesReadLimits::boundFor(std::size_t base, std::size_t perByte) const noexcept {
+    constexpr std::size_t most = std::numeric_limits<std::size_t>::max();
+    return perByte != 0 && input > (most - base) / perByte ? most : base + perByte * input;
+}
+
 void PelXercesReadLimits::addInput(std::size_t bytes) noexcept {
     input += bytes;
-    workBound = bounds.work + bounds.workPerByte * input;
-    memoryBound = bounds.memory + bounds.memoryPerByte * input;
+    workBound = boundFor(bounds.work, bounds.workPerByte);
+    memoryBound = boundFor(bounds.memory, bounds.memoryPerByte);
 }
 
 void PelXercesReadLimits::addExpansion(std::size_t characters) {
     expansion += characters;
-    require(expansion <= bounds.expansion + bounds.expansionPerByte * input,
+    require(expansion <= boundFor(bounds.expansion, bounds.expansionPerByte),
             u"too much text from entities, default attributes or files read again");
 }
 
@@ -97,8 +104,10 @@ void PelXercesReadLimits::lookAtClock() {
     const double time = PelPlatform::processorTime();
     if (start < 0)
         start = time;
-    require(time - start <= bounds.seconds + bounds.secondsPerByte * static_cast<double>(input),
-            u"too much processor time");
+    const double bound =
+        1e-3 * static_cast<double>(bounds.milliseconds) +
+        1e-9 * static_cast<double>(bounds.nanosecondsPerByte) * static_cast<double>(input);
+    require(time - start <= bound, u"too much processor time");
 }
 
 // Only the first time, and never while something else is thrown: what the engine clears up then

@@ -3,8 +3,10 @@
 
 #include <array>
 #include <cstddef>
+#include <cstring>
 #include <set>
 #include <string>
+#include <type_traits>
 
 /// What one read has taken, and what it may take for the input that it has got, so that little
 /// input cannot take much time or memory. Whoever sees something that counts reports it here,
@@ -23,8 +25,10 @@ public:
         std::size_t memoryPerByte = 280;
         std::size_t expansion = std::size_t{8} << 20; ///< Characters.
         std::size_t expansionPerByte = 8;
-        double seconds = 1.8; ///< Of processor time: a last guard, where nothing else is counted.
-        double secondsPerByte = 0.95e-6;
+        std::size_t milliseconds =
+            1'800; ///< Of processor time: a last guard for what is not counted.
+        std::size_t nanosecondsPerByte = 950;
+        std::size_t entityExpansions = 50'000;
         std::size_t references = 100'000;
         std::size_t names = 100'000;      ///< Different ones in the tree; declarations of a kind.
         std::size_t alikeNames = 400;     ///< In one chain of a table that grows.
@@ -33,6 +37,12 @@ public:
         std::size_t listCharacters = std::size_t{1} << 16;
         std::size_t reportCharacters = std::size_t{4} << 20;
     };
+
+    static_assert(std::has_unique_object_representations_v<Bounds>);
+
+    friend bool operator==(const Bounds& one, const Bounds& other) noexcept {
+        return std::memcmp(&one, &other, sizeof(Bounds)) == 0;
+    }
 
     enum class Work { attributes, declarations, values, content, models, files };
 
@@ -106,6 +116,8 @@ public:
     }
 
 private:
+    std::size_t boundFor(std::size_t base, std::size_t perByte) const noexcept;
+
     static constexpr unsigned eventsPerLook = 32;
 
     void exceed(const char16_t* what);

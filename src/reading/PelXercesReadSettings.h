@@ -18,5 +18,10 @@ struct PelXercesReadSettings {
     PelXercesReadLimits::Bounds bounds;
     PelXercesTreeBuilder::Road road = PelXercesTreeBuilder::usualRoad;
 
+    /// Whether a document without a type is read as the services read it.
+    bool areUsualWithoutType() const {
+        return validation != PelDOMReader::ALWAYS && bounds == PelXercesReadLimits::Bounds();
+    }
+
     bool isAnythingExternalRead() const { return isExternalDTDRead && areExternalEntitiesRead; }
 };

@@ -43,7 +43,8 @@ PelXercesReader::Machine::Machine(PelXercesReader& reader)
     parser.setCreateEntityReferenceNodes(false);
     parser.setIncludeIgnorableWhitespace(reader.settings.isIgnorableWhitespaceKept);
     parser.setXMLEntityResolver(&resolver);
-    parser.setSecurityManager(&references); // at its default of 50,000 entity expansions
+    references.setEntityExpansionLimit(reader.settings.bounds.entityExpansions);
+    parser.setSecurityManager(&references);
     parser.setErrorHandler(&reader.reporter);
     parser.setValidationConstraintFatal(reader.settings.maxMessages <= 1); // one error is enough
 }
@@ -93,11 +94,10 @@ PelXercesDocumentPtr PelXercesReader::scan(const void* bytes, std::size_t size,
 }
 
 // What keeps the scanner from reading keeps the engine from it as well, and then there is a
-// message. The scanner does not know whether a document without a type is to be refused.
+// message. The scanner knows nothing of settings.
 template <class Scan, class Parse>
 PelXercesNodeRef PelXercesReader::read(Scan scanDocument, Parse parse) {
-    if (settings.road == PelXercesTreeBuilder::Road::plain &&
-        settings.validation != PelDOMReader::ALWAYS) {
+    if (settings.road == PelXercesTreeBuilder::Road::plain && settings.areUsualWithoutType()) {
         PelXercesDocumentPtr document;
         try {
             document = scanDocument();
