@@ -1,8 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "../fuzz/same_tree.h"
 #include "reading/PelPlainNodes.h"
+#include "reading/PelPlainScanner.h"
 #include "reading/PelXercesReader.h"
 #include "support.h"
+
+#include <xercesc/util/PlatformUtils.hpp>
+
+#include <cstring>
+#include <sys/mman.h>
 
 namespace {
 
@@ -35,6 +41,49 @@ long bothRoads(const std::string& bytes, const std::string& file, const XMLCh* e
         EXPECT_GT(count, 0) << bytes << file;
     }
     return count;
+}
+
+std::u16string unitsOf(const std::string& utf8) { return std::u16string(PelString(utf8.c_str()).view()); }
+
+// The same for a text as UTF-16 in memory.
+long bothRoadsWide(const std::string& text) {
+    const std::u16string units = unitsOf(text);
+    return bothRoads(std::string(reinterpret_cast<const char*>(units.data()), units.size() * 2), "",
+        PelPlainScanner::nativeUtf16());
+}
+
+long bothForms(const std::string& text) {
+    const long count = bothRoads(text, "");
+    EXPECT_EQ(bothRoadsWide(text), count) << text;
+    return count;
+}
+
+// Memory that ends where a page begins that cannot be read.
+class GuardedMemory {
+public:
+    GuardedMemory() { mprotect(begin + size, page, PROT_NONE); }
+    ~GuardedMemory() { munmap(begin, size + page); }
+
+    /// Puts a copy at the very end.
+    const void* copy(const void* bytes, std::size_t count) {
+        return std::memcpy(begin + size - count, bytes, count);
+    }
+
+private:
+    static constexpr std::size_t page = 4096;
+    static constexpr std::size_t size = 4 * page;
+    char* const begin = static_cast<char*>(
+        mmap(nullptr, size + page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
+};
+
+bool isPlain(const std::string& text, bool isWide = false) {
+    using Encoding = PelPlainScanner::Encoding;
+    static GuardedMemory memory;
+    const std::u16string units = unitsOf(text);
+    return isWide ? PelPlainScanner::read(memory.copy(units.data(), units.size() * 2), units.size() * 2,
+                        Encoding::nativeUtf16, u"Dummy") != nullptr
+                  : PelPlainScanner::read(memory.copy(text.data(), text.size()), text.size(), Encoding::utf8,
+                        u"Dummy") != nullptr;
 }
 
 struct BothRoads : testing::Test {
@@ -72,6 +121,152 @@ TEST_F(BothRoads, GiveTheSameTree) {
     EXPECT_EQ(bothRoads(wide + "</r>", ""), 2 + 4 * 3000 + 4);
 }
 
+// What the scanner leaves to the engine is read or refused there, as it is where the text is cut off.
+TEST_F(BothRoads, ScanPlainDocumentsAndLeaveTheRest) {
+    const struct {
+        const char* text;
+        bool isPlain;
+        bool isPlainWide;
+    } cases[] = {
+        {"\xEF\xBB\xBF<r/>", true, false},
+        {"\r\n <?p a?b? ?><?q?><!--a-b--><r/><!----><?p  ?>\n", true, true},
+        {"<?xml version='1.0'?><r/>", true, true},
+        {"<?xml\tversion = \"1.0\" encoding='utf-8'\nstandalone='yes' ?><r/>", true, true},
+        {"<?xml version='1.0' standalone='no'?><r/>", true, true},
+        {"<?xml version='1.0' encoding='UTF-16'?><r/>", false, true},
+        {"<?xml version='1.0' encoding='ISO-8859-1'?><r/>", false, true},
+        {"<?xml version='1.0' encoding='-'?><r/>", false, false},
+        {"<?xml version='1.0' encoding=''?><r/>", false, false},
+        {"<?xml version='1.0' encoding?><r/>", false, false},
+        {"<?xml version='1.0' standalone='maybe'?><r/>", false, false},
+        {"<?xml version='1.0' standalone='yes' encoding='UTF-8'?><r/>", false, false},
+        {"<?xml version='1.1'?><r/>", false, false},
+        {"<?xml encoding='UTF-8'?><r/>", false, false},
+        {" <?xml version='1.0'?><r/>", false, false},
+        {"<!DOCTYPE r><r/>", false, false},
+        {"<r>]] ]> &gt; ]]&gt; &#65;&#x1F600;&#x00000e9; \"'</r>", true, true},
+        {"<r>]]></r>", false, false},
+        {"<r>]]]></r>", false, false},
+        {"<r a='\"&lt;&#10;>]]>\t\r\n\n' b=\"'\"/>", true, true},
+        {"<r a='<'/>", false, false},
+        {"<r a='1'b='2'/>", false, false},
+        {"<r a='1' b='2' a='3'/>", false, false},
+        {"<r a/>", false, false},
+        {"<r / >", false, false},
+        {"<r>&nbsp;</r>", false, false},
+        {"<r>&#0;&#xD800;</r>", false, false},
+        {"<r>&#xFFFE;</r>", false, false},
+        {"<r>&#x110000;</r>", false, false},
+        {"<r>&#x1;</r>", false, false},
+        {"<r>&#;</r>", false, false},
+        {"<r>&#99999999999999999999;</r>", false, false},
+        {"<r>\x7F\u0080\u0085\u2028\uD7FF\uE000\uFFFD\U00010000\U0010FFFF</r>", true, true},
+        {"<r>\uFFFE</r>", false, false},
+        {"<r>\x01</r>", false, false},
+        {"<r>\xC1\xBF</r>", false, true}, // each wrong byte becomes U+FFFD as UTF-16 is made of it
+        {"<r>\xE0\x9F\xBF</r>", false, true},
+        {"<r>\xED\xA0\x80</r>", false, true},
+        {"<r>\xF0\x8F\xBF\xBF</r>", false, true},
+        {"<r>\xF4\x90\x80\x80</r>", false, true},
+        {"<r>\xF5\x80\x80\x80</r>", false, true},
+        {"<r>\xC3</r>", false, true},
+        {"<r>0123456789abcdef\xC3</r>0123456789abcdef", false, false},
+        {"<r>λόγος \xC3\xC3 ποταμός 0123456789abcdef</r>", false, true},
+        {"<é:_-.·9 名='θ'/>", true, true},
+        {"<r><·/></r>", false, false},
+        {"<r \u00D7=''/>", false, false},
+        {"<\U00010400/>", false, false},
+        {"<r><![CDATA[]]]]><![CDATA[]]]><![CDATA[<&\r]]></r>", true, true},
+        {"<r><![CDATA[]]</r>", false, false},
+        {"<![CDATA[]]><r/>", false, false},
+        {"<r><!--a--b--></r>", false, false},
+        {"<r><!--a---></r>", false, false},
+        {"<r><?xMl a?></r>", false, false},
+        {"<r><?xml-a?></r>", true, true},
+        {"<r><?p.?></r>", true, true},
+        {"<r><?p/?></r>", false, false},
+        {"<r><a></a ></r\n>", true, true},
+        {"<r></ r>", false, false},
+        {"<r><a></aa></r>", false, false},
+        {"<r><aa></a></r>", false, false},
+        {"<r/><r/>", false, false},
+        {"<r/>\xEF\xBB\xBF", false, false},
+        {"<r/>x", false, false},
+        {"<r", false, false},
+        {"", false, false},
+    };
+    for (const auto& c : cases) {
+        const std::string text = c.text;
+        EXPECT_EQ(isPlain(text), c.isPlain) << text;
+        EXPECT_EQ(isPlain(text, true), c.isPlainWide) << text;
+        for (std::size_t size = 0; size <= text.size(); ++size) {
+            bothRoads(text.substr(0, size), "");
+            isPlain(text.substr(0, size));
+            isPlain(text.substr(0, size), true);
+        }
+        bothRoadsWide(text);
+    }
+}
+
+// Around the sizes of the scanner's own buffers.
+TEST_F(BothRoads, PutLongTextsTogether) {
+    for (const char* const piece : {"x", "é", "語", "😀", "&amp;", "\r\n", "\r", "a ", "λό", "&#x1F600;"}) {
+        for (std::size_t before = 0; before < 20; ++before) {
+            const std::string start(before, '.');
+            std::string pieces;
+            for (std::size_t i = before % 2 == 0 ? 4090 : 2040; i > 0; --i) pieces += piece;
+            pieces = start + pieces + start;
+            const bool hasReferences = *piece == '&';
+            EXPECT_EQ(
+                bothForms("<r a='" + pieces + "'>" + pieces + (hasReferences ? "" : "<!--" + pieces + "-->") +
+                          "<?p " + pieces + "?><![CDATA[" + pieces + "]]>" + pieces + "</r>"),
+                hasReferences ? 6 : 7);
+        }
+    }
+    EXPECT_EQ(bothForms("<r>" + std::string(200000, 'y') + "<a/>" + std::string(300, 'z') + "</r>"), 5);
+}
+
+TEST_F(BothRoads, TellNamesApart) {
+    std::string names, attributes, repeated = "<r>";
+    for (int i = 20000; i > 0; --i) attributes += " k" + std::to_string(i) + "='" + std::to_string(i) + "'";
+    for (int i = 0; i < 3000; ++i) {
+        const std::string name = "n" + std::string(static_cast<std::size_t>(i % 23), 'a') + std::to_string(i);
+        names += "<" + name + " " + name + "='' b='' a='' " + name + "a=''/>";
+        repeated += "<" + name + "/><" + name.substr(0, name.size() - 1) + "/>";
+    }
+    EXPECT_EQ(bothForms("<r" + attributes + ">" + names + "</r>"), 3002);
+    EXPECT_EQ(bothForms(repeated + "</r>"), 6002);
+    EXPECT_TRUE(
+        isPlain("<r a1='' a2='' a3='' a4='' a5='' a6='' a7='' a8='' a9='' b1='' b2='' b3='' b4=''/>"));
+    EXPECT_FALSE(
+        isPlain("<r a1='' a2='' a3='' a4='' a5='' a6='' a7='' a8='' a9='' b1='' b2='' b3='' a1=''/>"));
+    std::string most = "<r>";
+    for (std::size_t i = 1; i < PelXercesReadLimits::maxNames; ++i)
+        most += "<a b" + std::to_string(i) + "=''/>";
+    const auto isAccepted = [](const std::string& text) {
+        return PelPlainScanner::read(text.data(), text.size(), PelPlainScanner::Encoding::utf8, u"Dummy") !=
+               nullptr;
+    };
+    EXPECT_FALSE(isAccepted(most + "</r>")); // r and a are names too
+    EXPECT_TRUE(isAccepted(most.replace(0, 3, "<a>") + "</a>"));
+}
+
+// What the scanner leaves is read from memory then, as from the file.
+TEST_F(BothRoads, ReadFilesOnceAndWhole) {
+    const ScratchFolder folder;
+    folder.write("part.txt", "part");
+    const std::string comment = "<!--" + std::string(5000, 'c') + "-->";
+    EXPECT_EQ(bothRoads("", folder.write("f.xml", comment + "<r>t</r>")), 4);
+    EXPECT_EQ(bothRoads("", folder.write("f.xml", comment + "<!DOCTYPE r [<!ELEMENT r ANY>"
+                                                            "<!ENTITY p SYSTEM 'part.txt'>]><r>&p;</r>")),
+        5);
+    EXPECT_EQ(
+        bothRoads("", folder.write("f.xml", "<?xml version='1.0' encoding='ISO-8859-1'?><r>\xE9</r>")), 3);
+    for (const std::string& text :
+        {std::string("<r>\xE9</r>"), std::string("<r>\0</r>", 8), std::string("\0<r/>", 5), std::string()})
+        EXPECT_EQ(bothRoads("", folder.write("f.xml", text)), 0) << text;
+}
+
 TEST_F(BothRoads, AgreeOnTheXmlOfThisMachine) {
     namespace fs = std::filesystem;
     long files = 0;
@@ -88,6 +283,13 @@ TEST_F(BothRoads, AgreeOnTheXmlOfThisMachine) {
     }
     std::cout << files << " files, " << nodes << " nodes\n";
     EXPECT_GT(nodes, 0);
+}
+
+// For good: the engine takes it back for no one.
+TEST_F(BothRoads, LeaveOtherLineEndsToTheEngine) {
+    EXPECT_TRUE(isPlain("<r>\u0085</r>"));
+    xercesc::XMLPlatformUtils::recognizeNEL(true);
+    EXPECT_FALSE(isPlain("<r>\u0085</r>"));
 }
 
 } // namespace

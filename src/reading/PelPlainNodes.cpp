@@ -23,14 +23,18 @@ using xercesc::DOMTextImpl;
 
 namespace {
 
-// What is longer gets a block of its own, as with the engine.
-constexpr std::size_t longestInBlock = 4096;
+// What takes more than this part of a block of the document's memory gets one of its own. The
+// engine gives one to all that is longer than 256 bytes.
+constexpr std::size_t partOfBlock = 16;
 
-// The document's block of memory that is being filled.
+// The document's block of memory that is being filled, and the size of the next.
 struct Heap : DOMDocumentImpl {
     static char*& freeBeginOf(DOMDocumentImpl& document) { return document.*(&Heap::fFreePtr); }
     static XMLSize_t& freeSizeOf(DOMDocumentImpl& document) {
         return document.*(&Heap::fFreeBytesRemaining);
+    }
+    static XMLSize_t nextSizeOf(const DOMDocumentImpl& document) {
+        return document.*(&Heap::fHeapAllocSize);
     }
 };
 
@@ -257,11 +261,15 @@ DOMNode** PelPlainNodes::makeAttributeList(DOMElementImpl& element, std::size_t 
     return nodes;
 }
 
-// As the document's own allocate, which fills the same block.
+// As the document's own allocate, which fills the same blocks.
 void* PelPlainNodes::take(std::size_t size) {
     size = aligned(size);
-    if (size > freeSize || size > longestInBlock)
-        return document.allocate(size);
+    if (size > freeSize) {
+        if (size > Heap::nextSizeOf(document) / partOfBlock)
+            return document.allocate(size);
+        freeSize = 0;
+        document.allocate(sizeof(void*)); // begins a block
+    }
     freeSize -= size;
     return std::exchange(freeBegin, freeBegin + size);
 }

@@ -100,9 +100,10 @@ private:
 
     // A character of three bytes, where there are four to look at.
     static bool copyTriple(const Unit*& at, char16_t*& to) {
-        const unsigned unit = (at[0] & 0x0FU) << 12 | tail(at[1]) << 6 | tail(at[2]);
-        if (at[0] >= 0xF0 || !isTail(at[1]) || !isTail(at[2]) || unit < 0x800 ||
-            unit - 0xD800 < 0x800 || unit > 0xFFFD)
+        const unsigned bytes = at[0] | at[1] << 8 | at[2] << 16;
+        const unsigned unit = (bytes & 0x0F) << 12 | (bytes >> 2 & 0xFC0) | (bytes >> 16 & 0x3F);
+        if ((bytes & 0xC0C0F0) != 0x8080E0 || unit < 0x800 || unit - 0xD800 < 0x800 ||
+            unit > 0xFFFD)
             return false;
         *to++ = static_cast<char16_t>(unit);
         at += 3;
