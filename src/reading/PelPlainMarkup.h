@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "reading/PelPlainCursor.h"
 #include "reading/PelPlainTree.h"
 
 #include <cstddef>
@@ -13,13 +14,13 @@
 /// Every function that gives a bool gives false as soon as the text is not surely well-formed, and
 /// nothing is of use after that.
 template <class Source>
-class PelPlainMarkup {
+class PelPlainMarkup : private PelPlainCursor<Source> {
 public:
     using Unit = typename Source::Unit;
 
     PelPlainMarkup(const Unit* source, const Unit* sourceEnd, PelPlainTree& ownTree)
-        : at(source), end(sourceEnd), tree(ownTree), names(tree.getDocument()),
-          text(tree.getDocument()) {}
+        : Cursor(source, sourceEnd, ownTree.getDocument()), tree(ownTree),
+          names(tree.getDocument()) {}
 
     /// The whole document.
     bool read();
@@ -30,49 +31,10 @@ private:
         std::size_t length;
     };
 
-    static constexpr bool isSpace(Unit unit) {
-        return unit == ' ' || unit == '\t' || unit == '\n' || unit == '\r';
-    }
-
-    bool isAt(char expected) const { return at != end && *at == static_cast<Unit>(expected); }
-
-    bool skip(char expected) {
-        if (!isAt(expected))
-            return false;
-        ++at;
-        return true;
-    }
-
-    bool isAt(std::string_view expected) const {
-        if (static_cast<std::size_t>(end - at) < expected.size())
-            return false;
-        for (std::size_t i = 0; i < expected.size(); ++i)
-            if (at[i] != static_cast<Unit>(expected[i]))
-                return false;
-        return true;
-    }
-
-    bool skip(std::string_view expected) {
-        if (!isAt(expected))
-            return false;
-        at += expected.size();
-        return true;
-    }
-
-    bool skipSpace() {
-        const Unit* const begin = at;
-        while (at != end && isSpace(*at))
-            ++at;
-        return at != begin;
-    }
-
     void skipMark();
     bool readDeclaration();
     bool readDeclared(std::string_view name, std::u16string& value);
-    bool skipName();
-    bool skipWideName(bool isFirst);
     const PelPlainNames::Name* nameFrom(const Unit* begin);
-    std::u16string unitsFrom(const Unit* begin) const;
 
     bool readOutside();
     bool readStartTag();
@@ -83,20 +45,28 @@ private:
     bool readContent();
     bool readMarkup();
     bool readText();
-    bool readReference();
-    bool readCharacterReference();
     bool readComment();
     bool readCdata();
     bool readInstruction();
 
-    template <class Run>
-    bool copy(std::string_view terminator);
-    std::size_t unitsUpTo(std::string_view terminator) const;
+    using Cursor = PelPlainCursor<Source>;
+    using Cursor::at;
+    using Cursor::end;
+    using Cursor::isAt;
+    using Cursor::isSpace;
+    using Cursor::readReference;
+    using Cursor::skip;
+    using Cursor::skipName;
+    using Cursor::skipSpace;
+    using Cursor::text;
+    using Cursor::unitsFrom;
 
-    const Unit* at;
-    const Unit* const end;
+    template <class Run>
+    bool copy(std::string_view terminator) {
+        return Cursor::template copy<Run>(terminator);
+    }
+
     PelPlainTree& tree;
     PelPlainNames names;
-    PelPlainText text;
     std::vector<Tag> open;
 };
