@@ -61,10 +61,11 @@ bool PelPlainMarkup<Source>::readDeclared(std::string_view name, std::u16string&
     const char quote = isAt('"') ? '"' : '\'';
     if (!skip(quote))
         return false;
-    const Unit* const first = at;
-    while (at != end && *at > ' ' && *at < 0x80 && *at != static_cast<Unit>(quote))
-        ++at;
-    value.assign(first, at);
+    const Unit* last = at;
+    while (last != end && *last > ' ' && *last < 0x80 && *last != static_cast<Unit>(quote))
+        ++last;
+    value.assign(at, last);
+    at = last;
     return skip(quote) && !value.empty();
 }
 

@@ -100,7 +100,7 @@ private:
 
     // A character of three bytes, where there are four to look at.
     static bool copyTriple(const Unit*& at, char16_t*& to) {
-        const unsigned bytes = at[0] | at[1] << 8 | at[2] << 16;
+        const unsigned bytes = at[0] | unsigned{at[1]} << 8 | unsigned{at[2]} << 16;
         const unsigned unit = (bytes & 0x0F) << 12 | (bytes >> 2 & 0xFC0) | (bytes >> 16 & 0x3F);
         if ((bytes & 0xC0C0F0) != 0x8080E0 || unit < 0x800 || unit - 0xD800 < 0x800 ||
             unit > 0xFFFD)
