@@ -241,7 +241,7 @@ TEST_F(BothRoads, TellNamesApart) {
     EXPECT_FALSE(
         isPlain("<r a1='' a2='' a3='' a4='' a5='' a6='' a7='' a8='' a9='' b1='' b2='' b3='' a1=''/>"));
     std::string most = "<r>";
-    for (std::size_t i = 1; i < PelXercesReadLimits::maxNames; ++i)
+    for (std::size_t i = 1; i < PelXercesReadLimits::Bounds().names; ++i)
         most += "<a b" + std::to_string(i) + "=''/>";
     const auto isAccepted = [](const std::string& text) {
         return PelPlainScanner::read(text.data(), text.size(), PelPlainScanner::Encoding::utf8, u"Dummy") !=

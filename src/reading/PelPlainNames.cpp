@@ -2,6 +2,7 @@
 #include "reading/PelPlainNames.h"
 
 #include "reading/PelXercesReadLimits.h"
+#include "xerces/PelXercesLinks.h"
 
 #include <xercesc/dom/impl/DOMDocumentImpl.hpp>
 #include <xercesc/dom/impl/DOMStringPool.hpp>
@@ -70,9 +71,11 @@ const PelPlainNames::Name* PelPlainNames::add(const void* bytes, std::size_t siz
         return nullptr;
     if (count * 2 > slots.size())
         grow();
+    if (count > Pool::sizeOf(document))
+        PelXercesLinks::growNameTable(document);
     Slot& slot = freeSlot(sought);
     slot = {sought, bytes, size, {pool(name), orderOf(name)}};
-    return &slot.name;
+    return areTooAlike(slot) ? nullptr : &slot.name;
 }
 
 bool PelPlainNames::isBefore(const Name& one, const Name& two) {
@@ -111,6 +114,22 @@ const XMLCh* PelPlainNames::pool(const std::u16string& name) {
     entry->fNext = first;
     first = entry;
     return entry->fString;
+}
+
+// As long as there are few names, all of them may share a place.
+bool PelPlainNames::areTooAlike(const Slot& newest) {
+    const std::size_t few = PelXercesReadLimits::Bounds().alikeNames;
+    if (count != few + 1)
+        return count > few && isTooAlike(newest);
+    return std::any_of(slots.begin(), slots.end(), [this](const Slot& slot) {
+        return slot.bytes != nullptr && isTooAlike(slot);
+    });
+}
+
+// That a name is one of attributes only does not matter here: this is about being near a bound.
+bool PelPlainNames::isTooAlike(const Slot& slot) {
+    const std::size_t most = PelXercesReadLimits::Bounds().alikeNames;
+    return treeNames.add(slot.name.pooled) > most || elementNames.add(slot.name.pooled) > most;
 }
 
 PelPlainNames::Slot& PelPlainNames::freeSlot(std::uint64_t slotHash) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "reading/PelXercesNameTable.h"
+
 #include <xercesc/util/XercesDefs.hpp>
 
 #include <cstddef>
@@ -13,8 +15,8 @@ class DOMDocumentImpl;
 XERCES_CPP_NAMESPACE_END
 
 /// The names of elements and attributes in a document that is being made, found by the bytes with
-/// which the text spells them. The engine's own pool is asked once for each; it has 257 lists and
-/// a hash that can be foreseen, so asking it each time, as the engine does, can be slow on purpose.
+/// which the text spells them. The engine's own pool has a hash that can be foreseen, so asking it
+/// each time, as the engine does, can be made slow on purpose.
 class PelPlainNames {
 public:
     struct Name {
@@ -34,7 +36,8 @@ public:
         return nullptr;
     }
 
-    /// Adds the name that was not found just now; null when there are too many.
+    /// Adds the name that was not found just now; null when there are more than the engine's parser
+    /// may read, or more that its tables can hardly tell apart.
     const Name* add(const void* bytes, std::size_t size, const std::u16string& name);
 
     /// Whether `one` comes before `two`, in the order in which the engine keeps attributes.
@@ -51,6 +54,8 @@ private:
     std::uint64_t hash(const void* bytes, std::size_t size) const;
     static bool isSame(const Slot& slot, const void* bytes, std::size_t size);
     const XMLCh* pool(const std::u16string& name);
+    bool areTooAlike(const Slot& newest);
+    bool isTooAlike(const Slot& slot);
     Slot& freeSlot(std::uint64_t slotHash);
     void grow();
 
@@ -60,4 +65,8 @@ private:
     std::size_t count = 0;
     std::uint64_t sought = 0;
     const std::uint64_t seed;
+
+    // What the engine would keep names of this tree and of its elements in.
+    PelXercesNameTable treeNames{257, 4};
+    PelXercesNameTable elementNames{29};
 };

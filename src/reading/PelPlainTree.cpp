@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "reading/PelPlainTree.h"
 
+#include "reading/PelXercesReadLimits.h"
 #include "xerces/PelXercesLinks.h"
 #include "xerces/PelXercesMemory.h"
 
@@ -89,6 +90,8 @@ void PelPlainTree::addAttribute(const Name& name, PelPlainText& value) {
 
 // The engine keeps attributes in the order of their names.
 bool PelPlainTree::endTag() {
+    if (isNearLimits())
+        return false;
     if (attributes.empty())
         return true;
     const auto isBefore = [](const Attribute& one, const Attribute& two) {
@@ -108,6 +111,23 @@ bool PelPlainTree::endTag() {
     }
     attributes.clear();
     return true;
+}
+
+// The engine keeps a tag's attributes in a table that it goes through after each tag, and that
+// never shrinks.
+bool PelPlainTree::isNearLimits() {
+    constexpr std::size_t few = 256;
+    const PelXercesReadLimits::Bounds bounds;
+    attributeWork += mostPlaces;
+    if (attributeWork > bounds.work)
+        return true;
+    if (attributes.size() <= few)
+        return false;
+    mostPlaces = std::max(mostPlaces, attributes.size() / 2);
+    PelXercesNameTable table(7, 16);
+    return std::any_of(attributes.begin(), attributes.end(), [&](const Attribute& attribute) {
+        return table.add(attribute.name.pooled) > bounds.alikeNames;
+    });
 }
 
 void PelPlainTree::closeElement() {

@@ -22,7 +22,8 @@ public:
     /// What the XML declaration says; `encoding` is empty when it names none.
     void declare(const std::u16string& encoding, bool isStandalone);
 
-    /// A start tag: its name, its attributes, its end; false when a name comes twice.
+    /// A start tag: its name, its attributes, its end; false when a name comes twice, or for more
+    /// attributes than the engine's parser may read.
     void openElement(const Name& name);
     void addAttribute(const Name& name, PelPlainText& value);
     bool endTag();
@@ -53,6 +54,7 @@ private:
         xercesc::DOMChildNode* lastLinks;
     };
 
+    bool isNearLimits();
     template <class Node>
     void append(Node& node);
     xercesc::DOMTextImpl& makeText(PelPlainText& text);
@@ -62,4 +64,6 @@ private:
     PelPlainNodes nodes;
     std::vector<Level> levels;
     std::vector<Attribute> attributes;
+    std::size_t attributeWork = 0;
+    std::size_t mostPlaces = 0;
 };
