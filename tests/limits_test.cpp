@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "reading/PelPlainScanner.h"
 #include "reading/PelXercesReader.h"
 #include "support.h"
 
@@ -62,6 +63,31 @@ static std::string refusal(
     const auto& messages = reader.getMessages();
     EXPECT_EQ(isRead, messages.empty() || !messages[0].isError);
     return isRead ? "" : messages.at(0).text.toUtf8();
+}
+
+// The scanner of plain documents reads what is within the bounds, and leaves the rest to the engine.
+TEST(Limits, AreTheScannersToo) {
+    services().init();
+    const std::string large = "<a " + repeat(10000, "k$='' ") + ">";
+    const struct {
+        int line;
+        std::string xml;
+        bool isRead;
+    } rows[] = {
+        {__LINE__, namesOf(bounds.names), false},
+        {__LINE__, namesOf(bounds.names - 2), true},
+        {__LINE__, within(repeat(bounds.alikeNames + 1, "<$/>", alike)), false},
+        {__LINE__, within(repeat(bounds.alikeNames - 1, "<$/>", alike)), true},
+        {__LINE__, within(repeat(bounds.alikeNames + 1, "<b $=''/>", alike)), false},
+        {__LINE__, within(repeat(20000, "<a$ b$=''/>")), true},
+        {__LINE__, large + repeat(bounds.work / 5000 + 1, "<b/>") + "</a>", false},
+        {__LINE__, large + repeat(bounds.work / 5000 - 1, "<b/>") + "</a>", true},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(PelPlainScanner::read(
+                      row.xml.data(), row.xml.size(), PelPlainScanner::Encoding::utf8, u"Dummy") != nullptr,
+            row.isRead)
+            << "row of line " << row.line;
 }
 
 // A refusal is silent but for its message; what is just within a bound is read.
