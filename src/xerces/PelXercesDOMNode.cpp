@@ -94,7 +94,7 @@ PelDOM::Error PelXercesDOMNode::appendChild(PelDOMNode& child) {
     PelDOMNodeImp* const childImp = child.getNodeImp();
     if (!node || childImp == nullptr || !of(*childImp))
         return PelDOM::NULL_NODE;
-    PelXercesEditing::append(node, *of(*childImp).getNode());
+    PelXercesEditing::append(node, of(*childImp));
     return PelDOM::SUCCESS;
 }
 

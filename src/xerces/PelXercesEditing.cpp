@@ -20,21 +20,25 @@ bool isForbidden(const PelXercesNodeRef& parent, const xercesc::DOMNode& child) 
            parent->getNodeType() != xercesc::DOMNode::DOCUMENT_NODE;
 }
 
-// What lists are told of a child that is about to be taken away.
-PelXercesChanges::Change removalOf(xercesc::DOMNode& child) {
-    const bool isElement = child.getNodeType() == xercesc::DOMNode::ELEMENT_NODE;
-    return {child.getParentNode(),
-            &child,
-            child.getPreviousSibling(),
-            child.getNextSibling(),
-            isElement ? child.getNodeName() : nullptr,
-            true,
-            child.getFirstChild() == nullptr};
-}
-
-PelXercesChanges::Change insertionOf(xercesc::DOMNode& child) {
-    PelXercesChanges::Change change = removalOf(child);
-    change.isRemoval = false;
+// What lists are told of a child that has come, or is about to go.
+PelXercesChanges::Change changeOf(xercesc::DOMNode& child, bool isRemoval) {
+    PelXercesChanges::Change change;
+    change.node = &child;
+    change.isRemoval = isRemoval;
+    change.isLeaf = child.getFirstChild() == nullptr;
+    if (child.getNodeType() == xercesc::DOMNode::ELEMENT_NODE)
+        change.name = child.getNodeName();
+    if (PelXercesLinks::areKnown) {
+        const xercesc::DOMNodeImpl& node = PelXercesLinks::implOf(&child);
+        const xercesc::DOMChildNode& links = PelXercesLinks::linksOf(&child);
+        change.parent = node.isOwned() ? node.fOwnerNode : nullptr;
+        change.previous = node.isFirstChild() ? nullptr : links.previousSibling;
+        change.next = links.nextSibling;
+    } else {
+        change.parent = child.getParentNode();
+        change.previous = child.getPreviousSibling();
+        change.next = child.getNextSibling();
+    }
     return change;
 }
 
@@ -50,7 +54,7 @@ void unlink(PelXercesTree& tree, xercesc::DOMNode& child) {
     xercesc::DOMNode* const parent = child.getParentNode();
     if (parent == nullptr)
         return;
-    const PelXercesChanges::Change change = removalOf(child);
+    const PelXercesChanges::Change change = changeOf(child, true);
     if (xercesc::DOMElementImpl* const element = linkedElement(*parent))
         PelXercesLinks::remove(*element, child);
     else
@@ -67,31 +71,39 @@ void link(const PelXercesNodeRef& parent, xercesc::DOMNode& child, xercesc::DOMN
         PelXercesLinks::insert(*element, child, before);
     else
         parent->insertBefore(&child, before);
-    parent.getTree().changes.record(insertionOf(child));
+    parent.getTree().changes.record(changeOf(child, false));
 }
 
-// The same for a new node, as the last child of an element.
-void linkNew(PelXercesTree& tree, xercesc::DOMNode& parent, xercesc::DOMNode& child) {
-    if (xercesc::DOMElementImpl* const element = linkedElement(parent))
-        PelXercesLinks::insert(*element, child, nullptr);
+// The same for a new and empty node, as the last child of an element.
+template <class Node>
+void linkNew(PelXercesTree& tree, xercesc::DOMElementImpl& parent, Node& child, const XMLCh* name) {
+    if (linkedElement(parent) != nullptr)
+        PelXercesLinks::append(parent, child);
     else
         parent.appendChild(&child);
-    tree.changes.record(insertionOf(child));
+    tree.changes.record({&parent, &child, nullptr, nullptr, name, false, true});
 }
 
 } // namespace
 
-void PelXercesEditing::append(const PelXercesNodeRef& parent, xercesc::DOMNode& child) {
+void PelXercesEditing::append(const PelXercesNodeRef& parent, const PelXercesNodeRef& appended) {
+    xercesc::DOMNode& child = *appended.getNode();
+    if (linkedElement(*parent.getNode()) != nullptr &&
+        PelXercesPlace(parent, nullptr, nullptr).allows(appended)) {
+        link(parent, child, nullptr);
+        return;
+    }
     if (isForbidden(parent, child))
         throw xercesc::DOMException(xercesc::DOMException::HIERARCHY_REQUEST_ERR, 0,
                                     &PelXercesMemory::get());
-    const PelXercesChanges::Change removal = removalOf(child);
+    PelXercesChanges::Change removal;
+    if (child.getParentNode() != nullptr)
+        removal = changeOf(child, true);
     parent->appendChild(&child);
     PelXercesChanges& changes = parent.getTree().changes;
     if (removal.parent != nullptr)
         changes.record(removal);
-    changes.record(
-        {parent.getNode(), &child, nullptr, nullptr, removal.name, false, removal.isLeaf});
+    changes.record(changeOf(child, false));
 }
 
 void PelXercesEditing::appendTextElement(const PelXercesNodeRef& parent, const XMLCh* name,
@@ -100,15 +112,16 @@ void PelXercesEditing::appendTextElement(const PelXercesNodeRef& parent, const X
     tree.loose.prepare(0);
     tree.nodes.requireName(name);
     xercesc::DOMElementImpl& element = tree.nodes.makeElement(name);
-    xercesc::DOMNode* content = nullptr;
+    xercesc::DOMTextImpl* content = nullptr;
     try {
         content = &tree.nodes.makeText(text);
     } catch (...) {
         tree.nodes.takeBack(element);
         throw;
     }
-    linkNew(tree, *parent.getNode(), element); // empty: of no concern to lists of other names
-    linkNew(tree, element, *content);
+    // The element comes empty, which is of no concern to lists of other names.
+    linkNew(tree, *parent.as<xercesc::DOMElementImpl>(), element, element.fName);
+    linkNew(tree, element, *content, nullptr);
 }
 
 bool PelXercesEditing::insert(const PelXercesNodeRef& parent, const PelXercesNodeRef& child,
@@ -154,13 +167,13 @@ void PelXercesEditing::replaceChildren(const PelXercesNodeRef& parent, const XML
          child = child->getNextSibling())
         ++count;
     tree.loose.prepare(count);
-    xercesc::DOMNode* const made = text != nullptr ? &tree.nodes.makeText(text) : nullptr;
+    xercesc::DOMTextImpl* const made = text != nullptr ? &tree.nodes.makeText(text) : nullptr;
     while (xercesc::DOMNode* const child = parent->getFirstChild()) {
         unlink(tree, *child);
         tree.loose.add(*child);
     }
     if (made != nullptr)
-        linkNew(tree, *parent.getNode(), *made);
+        linkNew(tree, *parent.as<xercesc::DOMElementImpl>(), *made, nullptr);
 }
 
 // The lists of elements with the old name lose it, those with the new one gain it.

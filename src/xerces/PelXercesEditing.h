@@ -10,7 +10,7 @@ class PelXercesEditing {
 public:
     /// Makes `child` the last child of `parent`, taking it from its old parent. Where the DOM
     /// forbids that, throws the engine's DOM exception and changes nothing.
-    static void append(const PelXercesNodeRef& parent, xercesc::DOMNode& child);
+    static void append(const PelXercesNodeRef& parent, const PelXercesNodeRef& child);
 
     /// Makes an element whose only child is a text, as the last child of an element. A name that
     /// XML forbids ends with the engine's exception.

@@ -13,6 +13,7 @@
 
 #include <utility>
 
+using xercesc::DOMTextImpl;
 using xercesc::DOMAttrImpl;
 using xercesc::DOMAttrMapImpl;
 using xercesc::DOMBuffer;
@@ -48,7 +49,7 @@ DOMBuffer*& bufferOf(DOMNode& node) {
                 OpenedInstruction::data())
             .fDataBuf;
     default:
-        return static_cast<xercesc::DOMTextImpl&>(node).fCharacterData.fDataBuf;
+        return static_cast<DOMTextImpl&>(node).fCharacterData.fDataBuf;
     }
 }
 
@@ -112,7 +113,7 @@ DOMAttrImpl& PelXercesNodePool::makeAttribute(const XMLCh* name, const XMLCh* va
         return attribute;
     }
     try {
-        PelXercesLinks::append(attribute, static_cast<xercesc::DOMTextImpl&>(makeText(value)));
+        PelXercesLinks::append(attribute, makeText(value));
     } catch (...) {
         takeBack(attribute);
         throw;
@@ -133,8 +134,9 @@ DOMAttrImpl& PelXercesNodePool::makeBareAttribute(const XMLCh* name) {
     return attribute;
 }
 
-DOMNode& PelXercesNodePool::makeText(const XMLCh* data) {
-    return makeCharacters(text, data, [&] { return document.createTextNode(data); });
+DOMTextImpl& PelXercesNodePool::makeText(const XMLCh* data) {
+    return static_cast<DOMTextImpl&>(
+        makeCharacters(text, data, [&] { return document.createTextNode(data); }));
 }
 
 DOMNode& PelXercesNodePool::makeCDATASection(const XMLCh* data) {

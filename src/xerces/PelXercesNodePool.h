@@ -6,6 +6,7 @@
 #include <xercesc/dom/impl/DOMAttrImpl.hpp>
 #include <xercesc/dom/impl/DOMDocumentImpl.hpp>
 #include <xercesc/dom/impl/DOMElementImpl.hpp>
+#include <xercesc/dom/impl/DOMTextImpl.hpp>
 
 #include <array>
 #include <cstddef>
@@ -23,7 +24,7 @@ public:
     /// With the attributes that the document's type adds.
     xercesc::DOMElementImpl& makeElement(const XMLCh* name);
     xercesc::DOMAttrImpl& makeAttribute(const XMLCh* name, const XMLCh* value, bool isSpecified);
-    xercesc::DOMNode& makeText(const XMLCh* data);
+    xercesc::DOMTextImpl& makeText(const XMLCh* data);
     xercesc::DOMNode& makeCDATASection(const XMLCh* data);
     xercesc::DOMNode& makeComment(const XMLCh* data);
     xercesc::DOMNode& makeInstruction(const XMLCh* target, const XMLCh* data);
