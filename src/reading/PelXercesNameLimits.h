@@ -26,7 +26,7 @@ public:
 
     explicit PelXercesNameLimits(PelXercesReadLimits& readLimits) : limits(readLimits) {}
 
-    /// Declarations are kept in this grammar from now on.
+    /// Declarations are kept in this grammar from now on; null: nowhere.
     void setGrammar(const xercesc::Grammar* newGrammar);
 
     /// Elements may have come into the grammar, by their declarations or in those of others.

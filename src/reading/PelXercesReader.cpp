@@ -130,6 +130,7 @@ PelXercesNodeRef PelXercesReader::readByEngine(Parse parse) {
         note(limits.getExcess() != nullptr ? limits.getExcess() : u"not enough memory");
     }
     limits.watchMemory(false);
+    memory.getNames().setGrammar(nullptr); // it takes memory while it is destroyed
     if (hasFailed || reporter.getSawErrors())
         return {};
     PelXercesDocumentPtr document(machine.parser.adoptDocument());
