@@ -13,12 +13,12 @@
 
 #include <utility>
 
-using xercesc::DOMTextImpl;
 using xercesc::DOMAttrImpl;
 using xercesc::DOMAttrMapImpl;
 using xercesc::DOMBuffer;
 using xercesc::DOMElementImpl;
 using xercesc::DOMNode;
+using xercesc::DOMTextImpl;
 using xercesc::XMLString;
 
 namespace {
