@@ -167,6 +167,27 @@ TEST(AChangeWithoutMemory, LeavesTheTreeAsItWas) {
     }
 }
 
+TEST(ContentWithoutMemory, StaysAsItWas) {
+    const PelString value(std::string(9999, 'x').c_str());
+    for (const long index : {0L, 1L, 2L, 3L, 4L}) {
+        bool hasFailed = true;
+        for (long n = 0; hasFailed; ++n) {
+            const long before = FailingMemory::alive;
+            {
+                const PelDOMDocument document =
+                    parse("<r>t<!--c--><![CDATA[d]]><?p i?><a>x<b/>y<b/></a></r>");
+                PelDOMNode node = childAt(rootOf(document), index);
+                const std::string tree = show(document), text = node.getTextContent().toUtf8();
+                hasFailed = FailingMemory::failsAt(n, [&] { node.setTextContent(value); });
+                const std::string now = show(document) + node.getTextContent().toUtf8();
+                EXPECT_EQ(now == tree + text, hasFailed) << now << n;
+                EXPECT_EQ(node.getTextContent() == value, !hasFailed) << tree << n;
+            }
+            EXPECT_EQ(FailingMemory::alive, before) << index << n;
+        }
+    }
+}
+
 TEST(AFileThatFails, IsAnsweredAndSpoilsNothing) {
     const ScratchFolder folder;
     const PelDOMDocument document = parse("<a>text</a>");

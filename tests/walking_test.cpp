@@ -248,6 +248,12 @@ TEST(Ranges, GoOnWithWhatFollowedWhateverTheirBodiesDo) {
         {at('c', [](auto& root, auto&) { root.insertBefore(named(root, "f"), named(root, "a")); }),
             "abcde r(f a b c d e)"},
         {at('e', [](auto& root, auto&) { remove(named(root, "f")); }), "abcde r(a b c d e)"},
+        {at('e',
+             [&](auto& root, auto&) {
+                 root.appendChild(make(root, "x"));
+                 remove(named(root, "f"));
+             }),
+            "abcde r(a b c d e x)"},
         {at('f', [](auto& root, auto&) { root.appendChild(named(root, "a")); }), "abcdef r(b c d e f a)"},
         {at('b', [](auto& root, auto&) { PelDOMElement(named(root, "d")).setTagName("z"); }),
             "abczef r(a b c z e f)"}};
@@ -273,6 +279,7 @@ TEST(Ranges, OfAllElementsBelowGoOnBehindWhatIsRemoved) {
         {at('f', removes({"d"})), "abcdefh r(a(b c) #8 h)"}, {at('c', removes({"d"})), "abch r(a(b c) #8 h)"},
         {at('a', removes({"b"})), "acdefgh r(a(c) #8 d(e(f) g) h)"},
         {at('c', removes({"d", "h"})), "abc r(a(b c) #8)"},
+        {at('b', removes({"c"})), "abdefgh r(a(b) #8 d(e(f) g) h)"},
         {at('a', removes({"h"})), "abcdefg r(a(b c) #8 d(e(f) g))"},
         {at('a', removes({"h", "g"})), "abcdef r(a(b c) #8 d(e(f)))"},
         {at('a', removes({"h", "g", "f"})), "abcde r(a(b c) #8 d(e))"},
@@ -285,6 +292,22 @@ TEST(Ranges, OfAllElementsBelowGoOnBehindWhatIsRemoved) {
             rootOf("<o><r><a><b/><c/></a><!----><d><e><f/></e><g/></d><h/></r><z/></o>").getChildElement();
         EXPECT_EQ(visited(root.getElementsByTagName("*"), root, body), expected);
     }
+}
+
+TEST(Ranges, MayBeManyAtOnceAndEndInAnyOrder) {
+    const PelDOMElement root = rootOf("<r><a/><b/><c/><d/></r>");
+    std::vector<PelDOMIterator<PelDOMNode>> loops;
+    for (int i = 0; i < 4; ++i) loops.push_back(root.getChildNodes().begin());
+    std::string seen;
+    for (const char* name : {"b", "c", "d"}) {
+        loops.erase(loops.begin() + (*name == 'b' ? 1 : *name == 'c' ? 2 : 0)); // the middle, the ends
+        remove(named(root, name));
+        for (auto& loop : loops) {
+            seen += show(*loop);
+            seen += ++loop == PelDOMIterator<PelDOMNode>() ? "." : "+";
+        }
+    }
+    EXPECT_EQ(seen, "a+a+a+c+c+d.");
 }
 
 TEST(Ranges, KeepTheirTreeAndAreInputRanges) {

@@ -82,8 +82,6 @@ void PelDOMNode::assignTraced(const char16_t* trace, const PelDOMNode& rhs) {
 
 void PelDOMNode::takeTraced(const char16_t* trace, PelDOMNode& rhs) noexcept {
     PelLog::trace(trace, this);
-    if (this == &rhs)
-        return;
     const PelDOMNodeImp* const released = std::exchange(imp, std::exchange(rhs.imp, nullptr));
     errorStatus = std::exchange(rhs.errorStatus, PelDOM::NO_IMPLEMENTATION);
     destroy(released);

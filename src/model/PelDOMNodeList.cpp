@@ -53,8 +53,7 @@ const PelDOMNodeList& PelDOMNodeList::operator=(const PelDOMNodeList& rhs) {
 }
 
 PelDOMNodeList& PelDOMNodeList::operator=(PelDOMNodeList&& rhs) noexcept {
-    if (this != &rhs)
-        delete std::exchange(imp, std::exchange(rhs.imp, nullptr));
+    delete std::exchange(imp, std::exchange(rhs.imp, nullptr));
     return *this;
 }
 
