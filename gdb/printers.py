@@ -14,8 +14,8 @@ import gdb.printing
 
 NODE_IN_IMP = 40  # of PelXercesDOMNode: after its table, content, room and tree
 NODE_IN_LIST = 16  # of PelXercesDOMNodeList: after its table and tree
-CHILDREN_IN_LIST = 24
-TAG_NAME_IN_LIST = 32
+CHILDREN_IN_LIST = 40  # after two links to other references
+TAG_NAME_IN_LIST = 48
 LONGEST_TEXT = 60
 
 # Class of the engine: what it is, and where its name is or, for "text", its characters.

@@ -74,6 +74,7 @@ private:
     void leave() noexcept {
         if (tree == nullptr)
             return;
+        // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): the last one deletes
         (newer != nullptr ? newer->older : tree->newest) = older;
         if (older != nullptr)
             older->newer = newer;
