@@ -131,8 +131,7 @@ std::string PelString::toUtf8() const {
 }
 
 long PelString::find(const PelString& part, long from) const noexcept {
-    if (from < 0)
-        return -1;
+    // A negative position becomes one beyond every text.
     const std::size_t found = text.find(part.text, static_cast<std::size_t>(from));
     return found != text.npos ? static_cast<long>(found) : -1;
 }
