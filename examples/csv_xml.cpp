@@ -16,14 +16,12 @@ static std::vector<std::string> readRow(std::istream& csv) {
     std::vector<std::string> row(csv.peek() != EOF ? 1 : 0);
     bool isQuoted = false;
     for (char c = 0; csv.get(c) && (c != '\n' || isQuoted);) {
-        if (c == '"' && isQuoted && csv.peek() == '"')
-            row.back() += static_cast<char>(csv.get());
-        else if (c == '"')
+        if (c == '"' && (!isQuoted || csv.peek() != '"'))
             isQuoted = !isQuoted;
         else if (c == ',' && !isQuoted)
             row.emplace_back();
         else
-            row.back() += c;
+            row.back() += c == '"' ? static_cast<char>(csv.get()) : c;
     }
     return row;
 }
@@ -46,23 +44,25 @@ static PelDOM::Error toXml(std::istream& csv, PelDOMDocument table) {
     return writer.writeStream(table, std::cout);
 }
 
+static void print(const PelDOMElement& cell, const PelString& text) {
+    std::cout << (cell.getPreviousElement() ? "," : "") << std::quoted(text.toUtf8(), '"', '"')
+              << (cell.getNextElement() ? "" : "\n");
+}
+
 static void toCsv(const PelDOMElement& table) {
-    const auto print = [](const PelDOMElement& row, auto textOf) {
-        for (PelDOMElement cell : row.getChildElements("cell"))
-            std::cout << (cell.getPreviousElement() ? "," : "")
-                      << std::quoted(textOf(cell).toUtf8(), '"', '"');
-        std::cout << "\n";
-    };
-    print(table.getChildElement("row"),
-          [](const auto& cell) { return cell.getAttribute("column"); });
+    for (PelDOMElement cell : table.getChildElement("row").getChildElements("cell"))
+        print(cell, cell.getAttribute("column"));
     for (PelDOMElement row : table.getChildElements("row"))
-        print(row, [](const auto& cell) { return cell.getTextContent(); });
+        for (PelDOMElement cell : row.getChildElements("cell"))
+            print(cell, cell.getTextContent());
 }
 
 int main(int argc, char** argv) {
     PelDOMUtilites& services = *PelDOMUtilites::getUtilities(PelDOM::PLATFORM_XERCES);
     if (argc < 2)
         return toXml(std::cin, services.createDocument("table"));
-    toCsv(services.readDocument(argv[1]).getDocumentElement());
-    std::cerr << PelDOMUtilites::getLastReadMessage();
+    PelDOMReader reader;
+    toCsv(reader.readFile(argv[1]).getDocumentElement());
+    for (const PelDOMMessage& message : reader.getMessages())
+        std::cerr << message.toLine() << "\n";
 }

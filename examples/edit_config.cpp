@@ -9,10 +9,10 @@
 #include <iostream>
 
 int main(int argc, char** argv) {
-    PelDOMUtilites& services = *PelDOMUtilites::getUtilities(PelDOM::PLATFORM_XERCES);
-    PelDOMDocument document = services.readDocument(argv[1]);
+    PelDOMReader reader;
+    PelDOMDocument document = reader.readFile(argv[1]);
     if (!document) {
-        std::cerr << PelDOMUtilites::getLastReadMessage() << "\n";
+        std::cerr << reader.getMessages().back().toLine() << "\n";
         return 1;
     }
     PelDOMElement config = document.getDocumentElement();

@@ -11,13 +11,14 @@
 
 int main(int argc, char** argv) {
     PelDOMUtilites& services = *PelDOMUtilites::getUtilities(PelDOM::PLATFORM_XERCES);
+    PelDOMReader reader;
     PelDOMDocument merged = services.createDocument("contacts");
     PelDOMElement contacts = merged.getDocumentElement();
     std::unordered_map<PelString, PelDOMElement> known;
     for (int i = 2; i < argc; ++i) {
-        const PelDOMDocument document = services.readDocument(argv[i]);
+        const PelDOMDocument document = reader.readFile(argv[i]);
         if (!document) {
-            std::cerr << PelDOMUtilites::getLastReadMessage() << "\n";
+            std::cerr << reader.getMessages().back().toLine() << "\n";
             return 1;
         }
         for (PelDOMElement contact : document.getDocumentElement().getChildElements("contact")) {

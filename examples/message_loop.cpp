@@ -11,23 +11,24 @@
 
 int main() {
     PelDOMUtilites& services = *PelDOMUtilites::getUtilities(PelDOM::PLATFORM_XERCES);
+    PelDOMReader reader;
     PelDOMDocument journal = services.createDocument("journal");
     PelDOMElement entries = journal.getDocumentElement();
     PelDOMWriter writer;
     for (std::string line; std::getline(std::cin, line);) {
         PelDOMElement answer = journal.createElement("answer");
-        const PelDOMElement order = services.readDocumentFromStringW(line).getDocumentElement();
+        PelDOMElement order = reader.readBytes(line.data(), line.size(), "in").getDocumentElement();
         if (order) {
-            long cents = 0;
+            unsigned long cents = 0;
             for (PelDOMElement item : order.getChildElements("item"))
-                cents += item.getAttributeOr("pieces", 1L) * item.getAttributeOr("cents", 0L);
+                cents += item.getAttributeOr("pieces", 1UL) * item.getAttributeOr("cents", 0UL);
             answer.setAttribute("order", order.getAttribute("id"));
             answer.setAttribute("cents", cents);
             entries.appendChild(journal.importNode(order, true));
             if (entries.getChildNodes().length() > 3)
                 entries.removeChild(entries.getFirstChild()); // and its memory is given back
         } else {
-            answer.setTextContent(PelDOMUtilites::getLastReadMessage());
+            answer.setTextContent(reader.getMessages().back().text);
         }
         writer.writeStream(answer, std::cout);
         std::cout << std::endl;

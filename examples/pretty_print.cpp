@@ -9,10 +9,11 @@
 #include <iostream>
 
 int main(int, char** argv) {
-    PelDOMUtilites& services = *PelDOMUtilites::getUtilities(PelDOM::PLATFORM_XERCES);
+    PelDOMReader reader;
     PelDOMWriter writer;
     writer.setIndent(2);
-    const PelDOM::Error written = writer.writeStream(services.readDocument(argv[1]), std::cout);
-    std::cerr << PelDOMUtilites::getLastReadMessage();
+    const PelDOM::Error written = writer.writeStream(reader.readFile(argv[1]), std::cout);
+    for (const PelDOMMessage& message : reader.getMessages())
+        std::cerr << message.toLine() << "\n";
     return written;
 }

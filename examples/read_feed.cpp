@@ -9,9 +9,10 @@
 #include <iostream>
 
 int main(int, char** argv) {
-    PelDOMUtilites& services = *PelDOMUtilites::getUtilities(PelDOM::PLATFORM_XERCES);
-    const PelDOMDocument document = services.readDocument(argv[1]);
-    std::cerr << PelDOMUtilites::getLastReadMessage();
+    PelDOMReader reader;
+    const PelDOMDocument document = reader.readFile(argv[1]);
+    for (const PelDOMMessage& message : reader.getMessages())
+        std::cerr << message.toLine() << "\n";
     const PelDOMElement channel = document.getDocumentElement().getChildElement("channel");
     std::cout << channel.getChildElement("title").getTextContent() << "\n";
     for (PelDOMElement item : channel.getChildElements("item")) {
