@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/PelXercesEditing.h"
 
+#include "xerces/PelXercesChildPlace.h"
 #include "xerces/PelXercesDeclaration.h"
 #include "xerces/PelXercesLinks.h"
 #include "xerces/PelXercesMemory.h"
-#include "xerces/PelXercesPlace.h"
 #include "xerces/PelXercesRenaming.h"
 
 #include <xercesc/dom/DOMException.hpp>
@@ -89,7 +89,7 @@ void linkNew(PelXercesTree& tree, xercesc::DOMElementImpl& parent, Node& child, 
 void PelXercesEditing::append(const PelXercesNodeRef& parent, const PelXercesNodeRef& appended) {
     xercesc::DOMNode& child = *appended.getNode();
     if (linkedElement(*parent.getNode()) != nullptr &&
-        PelXercesPlace(parent, nullptr, nullptr).allows(appended)) {
+        PelXercesChildPlace(parent, nullptr, nullptr).allows(appended)) {
         link(parent, child, nullptr);
         return;
     }
@@ -128,7 +128,7 @@ bool PelXercesEditing::insert(const PelXercesNodeRef& parent, const PelXercesNod
                               const PelXercesNodeRef& before) {
     if (before && before->getParentNode() != parent.getNode())
         return false;
-    if (!PelXercesPlace(parent, before.getNode(), nullptr).allows(child))
+    if (!PelXercesChildPlace(parent, before.getNode(), nullptr).allows(child))
         return false;
     if (before.getNode() != child.getNode())
         link(parent, *child.getNode(), before.getNode());
@@ -142,7 +142,7 @@ bool PelXercesEditing::replace(const PelXercesNodeRef& parent, const PelXercesNo
     if (old.getNode() == child.getNode())
         return true;
     xercesc::DOMNode* const next = old->getNextSibling();
-    if (!PelXercesPlace(parent, next, old.getNode()).allows(child))
+    if (!PelXercesChildPlace(parent, next, old.getNode()).allows(child))
         return false;
     parent.getTree().loose.prepare();
     unlink(parent.getTree(), *old.getNode());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "xerces/PelXercesPlace.h"
+#include "xerces/PelXercesChildPlace.h"
 
 #include "xerces/PelXercesDeclaration.h"
 
@@ -19,7 +19,7 @@ bool isSpace(std::u16string_view text) {
 
 } // namespace
 
-bool PelXercesPlace::allows(const PelXercesNodeRef& child) const {
+bool PelXercesChildPlace::allows(const PelXercesNodeRef& child) const {
     if (&child.getTree() != &owner.getTree())
         return false;
     switch (owner->getNodeType()) {
@@ -32,7 +32,7 @@ bool PelXercesPlace::allows(const PelXercesNodeRef& child) const {
     }
 }
 
-bool PelXercesPlace::allowsInElement(const PelXercesNodeRef& child) const {
+bool PelXercesChildPlace::allowsInElement(const PelXercesNodeRef& child) const {
     switch (child.getType()) {
     case PelDOM::ELEMENT_NODE:
     case PelDOM::ENTITY_REFERENCE_NODE:
@@ -57,7 +57,7 @@ bool PelXercesPlace::allowsInElement(const PelXercesNodeRef& child) const {
 }
 
 // The declaration comes first, the document type before the root, of each there is one at most.
-bool PelXercesPlace::allowsInDocument(const PelXercesNodeRef& child) const {
+bool PelXercesChildPlace::allowsInDocument(const PelXercesNodeRef& child) const {
     const DOMNode* following = next;
     while (following != nullptr && (following == child.getNode() || following == leaver))
         following = following->getNextSibling();
@@ -89,12 +89,12 @@ bool PelXercesPlace::allowsInDocument(const PelXercesNodeRef& child) const {
 }
 
 // Whether a document would hold no other node of the kind of `child`.
-bool PelXercesPlace::isAlone(const DOMNode* former, const DOMNode& child) const {
+bool PelXercesChildPlace::isAlone(const DOMNode* former, const DOMNode& child) const {
     return former == nullptr || former == &child || former == leaver;
 }
 
 // Whether a child comes after this place.
-bool PelXercesPlace::isBehind(const DOMNode* node) const {
+bool PelXercesChildPlace::isBehind(const DOMNode* node) const {
     for (const DOMNode* sibling = next; sibling != nullptr; sibling = sibling->getNextSibling())
         if (sibling == node)
             return true;

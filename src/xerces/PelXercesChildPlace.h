@@ -6,12 +6,12 @@
 #include <xercesc/dom/DOMNode.hpp>
 
 /// A place among the children of a node, where another node is about to go.
-class PelXercesPlace {
+class PelXercesChildPlace {
 public:
     /// In front of `before`, a child of `parent`, or behind all children; `leaving`, which may be
     /// none, is the child that makes room.
-    PelXercesPlace(const PelXercesNodeRef& parent, xercesc::DOMNode* before,
-                   const xercesc::DOMNode* leaving)
+    PelXercesChildPlace(const PelXercesNodeRef& parent, xercesc::DOMNode* before,
+                        const xercesc::DOMNode* leaving)
         : owner(parent), next(before), leaver(leaving) {}
 
     /// Whether XML and the DOM allow `child`, with all below it, to go there.
