@@ -3,6 +3,8 @@
 #include "reading/PelXercesReader.h"
 #include "support.h"
 
+#include <pthread.h>
+
 static const PelXercesReadLimits::Bounds bounds;
 
 using Name = std::function<std::string(std::size_t)>;
@@ -206,6 +208,23 @@ TEST(Limits, EndReadsThatTakeTooLongFromWhereverTheyAre) {
              "<a " + repeat(200000, "b$='' ") + "/>", withSubset(repeat(50000, "<!ELEMENT e$ ANY>")),
              withSubset("<!ELEMENT b (a" + repeat(3000, ",x$?") + ")>", within("<b/>"))})
         EXPECT_EQ(refusal(text, "", own), "too much processor time") << text.substr(0, 40);
+}
+
+// The engine recurses over a model where it can be large enough to overflow a small stack.
+TEST(Limits, KeepModelsWithinTheStackOfTheirThread) {
+    const auto read = [](void* says) -> void* {
+        for (const std::size_t parts : {std::size_t{1000}, bounds.modelParts - 1})
+            *static_cast<std::string*>(says) += refusal(modelOf(parts)) + ";";
+        return nullptr;
+    };
+    std::string says;
+    pthread_attr_t small;
+    pthread_t thread;
+    pthread_attr_init(&small);
+    ASSERT_EQ(pthread_attr_setstacksize(&small, 512 * 1024), 0);
+    ASSERT_EQ(pthread_create(&thread, &small, read, &says), 0);
+    pthread_join(thread, nullptr);
+    EXPECT_EQ(says, ";too large a content model for the stack of this thread;");
 }
 
 TEST(Limits, LetLargeDocumentsThrough) {

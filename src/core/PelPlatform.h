@@ -63,6 +63,9 @@ public:
     /// What the calling thread has taken of the processor so far, in seconds.
     static double processorTime() noexcept;
 
+    /// How many bytes the calling thread's stack can still grow by.
+    static std::size_t stackLeft() noexcept;
+
     /// Says that new memory is about to be filled whole, so that the system may bring its pages in
     /// at once and not one fault at a time.
     static void willBeFilled(void* memory, std::size_t size) noexcept;

@@ -10,6 +10,7 @@
 #include <linux/magic.h>
 #include <locale.h>
 #include <memory>
+#include <pthread.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
@@ -143,6 +144,17 @@ PelString PelPlatform::whyUnreadable(const std::string& path, InputFile::Kind ki
 PelString PelPlatform::currentDirectory() {
     const std::unique_ptr<char, decltype(&std::free)> path(getcwd(nullptr, 0), &std::free);
     return PelString(path.get());
+}
+
+std::size_t PelPlatform::stackLeft() noexcept {
+    pthread_attr_t attributes;
+    void* end = nullptr;
+    std::size_t size = 0;
+    if (pthread_getattr_np(pthread_self(), &attributes) != 0)
+        return 0;
+    pthread_attr_getstack(&attributes, &end, &size);
+    pthread_attr_destroy(&attributes);
+    return static_cast<std::size_t>(reinterpret_cast<char*>(&end) - static_cast<char*>(end));
 }
 
 double PelPlatform::processorTime() noexcept {

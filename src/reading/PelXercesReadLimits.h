@@ -21,7 +21,7 @@ public:
     struct Bounds {
         std::size_t work = 800'000'000; ///< Steps.
         std::size_t workPerByte = 500;
-        std::size_t memory = std::size_t{80} << 20; ///< Bytes, of the parser and the tree.
+        std::size_t memory = std::size_t{72} << 20; ///< Bytes, of the parser and the tree.
         std::size_t memoryPerByte = 280;
         std::size_t expansion = std::size_t{8} << 20; ///< Characters.
         std::size_t expansionPerByte = 8;

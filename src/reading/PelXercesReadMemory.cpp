@@ -19,7 +19,10 @@ constexpr std::size_t blockOverhead = 48;
 constexpr std::size_t converterPlaces = 16 * 1024 * sizeof(XMLUInt32);
 constexpr std::size_t converterLayers = 4;
 
-thread_local PelXercesReadLimits* reported = nullptr;
+// Of what a tree takes: what it may give back while it is made, such as texts that grow.
+constexpr std::size_t largeBlock = 0x10000;
+
+thread_local PelXercesTreeMemory::Report* current = nullptr;
 
 } // namespace
 
@@ -49,15 +52,34 @@ PelXercesTreeMemory& PelXercesTreeMemory::get() {
 }
 
 void* PelXercesTreeMemory::allocate(XMLSize_t size) {
-    if (reported != nullptr)
-        reported->addTreeMemory(size);
-    return PelXercesMemory::allocate(size);
+    if (current == nullptr)
+        return PelXercesMemory::allocate(size);
+    current->limits.addTreeMemory(size);
+    void* const memory = PelXercesMemory::allocate(size);
+    if (size >= largeBlock) {
+        try {
+            current->large[memory] = size;
+        } catch (const std::bad_alloc&) { // then it counts for good
+        }
+    }
+    return memory;
 }
 
-PelXercesTreeMemory::Report::Report(PelXercesReadLimits& limits) noexcept
-    : previous(std::exchange(reported, &limits)) {
+void PelXercesTreeMemory::deallocate(void* memory) {
+    if (current != nullptr) {
+        const auto found = current->large.find(memory);
+        if (found != current->large.end()) {
+            current->limits.removeMemory(found->second);
+            current->large.erase(found);
+        }
+    }
+    PelXercesMemory::deallocate(memory);
+}
+
+PelXercesTreeMemory::Report::Report(PelXercesReadLimits& readLimits) noexcept
+    : limits(readLimits), previous(std::exchange(current, this)) {
 }
 
 PelXercesTreeMemory::Report::~Report() {
-    reported = previous;
+    current = previous;
 }

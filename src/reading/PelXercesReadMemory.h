@@ -7,6 +7,9 @@
 #include "reading/PelXercesReadLimits.h"
 #include "xerces/PelXercesMemory.h"
 
+#include <cstddef>
+#include <unordered_map>
+
 /// The memory of one read but for its tree, the limits that it keeps to, its open streams, and
 /// what its entities are called.
 class PelXercesReadMemory final : public PelXercesJobMemory {
@@ -36,16 +39,21 @@ public:
     static PelXercesTreeMemory& get();
 
     void* allocate(XMLSize_t size) override;
+    void deallocate(void* memory) override;
 
     /// While it lives, what trees take on its thread is reported to `limits`.
     class Report {
     public:
-        explicit Report(PelXercesReadLimits& limits) noexcept;
+        explicit Report(PelXercesReadLimits& readLimits) noexcept;
         ~Report();
         Report(const Report&) = delete;
         Report& operator=(const Report&) = delete;
 
     private:
-        PelXercesReadLimits* const previous;
+        friend class PelXercesTreeMemory;
+
+        PelXercesReadLimits& limits;
+        Report* const previous;
+        std::unordered_map<const void*, std::size_t> large; // others are given back with the tree
     };
 };

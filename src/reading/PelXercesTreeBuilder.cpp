@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "reading/PelXercesTreeBuilder.h"
 
+#include "core/PelPlatform.h"
 #include "reading/PelXercesModelCost.h"
 #include "reading/PelXercesReadMemory.h"
 #include "reading/PelXercesValidator.h"
@@ -300,11 +301,20 @@ void PelXercesTreeBuilder::elementDecl(const xercesc::DTDElementDecl& declaratio
                                        bool /*isIgnored*/) {
     limits.addEvent();
     names.addDeclaredElements();
-    const std::size_t most = limits.getBounds().modelParts; // automata are made by recursion
-    limits.require(PelXercesModelCost::countParts(declaration.getContentSpec(), most + 1) <= most,
-                   u"too large a content model");
+    requireSmall(declaration.getContentSpec());
     if (isInSubset)
         subset.addElement(declaration);
+}
+
+// The engine makes an automaton of a model by recursion over its parts.
+void PelXercesTreeBuilder::requireSmall(const xercesc::ContentSpecNode* model) {
+    constexpr std::size_t few = 200;
+    constexpr std::size_t stackPerPart = 256;
+    const std::size_t most = limits.getBounds().modelParts;
+    const std::size_t parts = PelXercesModelCost::countParts(model, most + 1);
+    limits.require(parts <= most, u"too large a content model");
+    limits.require(parts <= few || parts * stackPerPart <= PelPlatform::stackLeft(),
+                   u"too large a content model for the stack of this thread");
 }
 
 void PelXercesTreeBuilder::attDef(const xercesc::DTDElementDecl& element,

@@ -77,6 +77,7 @@ private:
     void forgetIds(const Attributes& attributes, XMLSize_t count);
     void reportHere(const XMLCh* text);
     void requirePairs(const XMLCh* literal);
+    void requireSmall(const xercesc::ContentSpecNode* model);
     void endText();
     void reportElement();
     void addDefaults(const xercesc::XMLElementDecl& declaration, const Attributes& attributes,
