@@ -16,7 +16,7 @@ constexpr std::size_t blockOverhead = 48;
 // The engine's array of the places of characters in their source. One of ICU's converters goes
 // through it twice as fast as it makes characters, and no unit passes through more than four layers
 // of a converter that do so.
-constexpr std::size_t converterPlaces = 16 * 1024 * sizeof(XMLUInt32);
+constexpr std::size_t converterPlaces = std::size_t{16} * 1024 * sizeof(XMLUInt32);
 constexpr std::size_t converterLayers = 4;
 
 // Of what a tree takes: what it may give back while it is made, such as texts that grow.
