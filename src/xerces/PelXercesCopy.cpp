@@ -28,15 +28,16 @@ public:
     // Null where there is none; an exception finds all taken back.
     DOMNode* copyAll(DOMNode& source) {
         DOMNode* const copy = copyOne(source);
+        if (copy == nullptr)
+            return nullptr;
         try {
-            if (copy != nullptr && copyBelow(source, *copy))
+            if (copyBelow(source, *copy))
                 return copy;
         } catch (...) {
             nodes.takeBack(*copy);
             throw;
         }
-        if (copy != nullptr)
-            nodes.takeBack(*copy);
+        nodes.takeBack(*copy);
         return nullptr;
     }
 
