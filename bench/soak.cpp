@@ -212,7 +212,9 @@ void copyingAndReplacing() {
         held = last.getFirstChild();
         unused = living().document.createProcessingInstruction("unused", valueOf(i));
         unused = living().document.createComment(valueOf(i));
+        require(PelDOMElement(copy).setTagName(i % 2 == 0 ? "e" : "f"), "renaming");
     }
+    require(PelDOMElement(root.getLastChild()).setTagName("e"), "renaming");
 }
 
 void engine() {
@@ -249,7 +251,7 @@ const Phase phases[] = {{"start and stop the engine", engineAlone},
                         {"set and remove attributes", removal},
                         {"move elements", moving},
                         {"elements that come and go", comingAndGoing},
-                        {"copy and replace", copyingAndReplacing}};
+                        {"copy, replace, rename", copyingAndReplacing}};
 
 /// Whether the memory stayed flat.
 bool measure(const Phase& phase, std::chrono::duration<double> share) {

@@ -69,6 +69,7 @@ TEST(NodesWithoutParentAndHandle, GiveTheirMemoryBack) {
             element.setAttribute("d", valueOf(i));
             element.removeAttribute("d");
             element.setTagName("c");
+            element.setAttribute("d", valueOf(i)); // b has a default for it
             element.setTagName(i % 2 == 0 ? "r" : "b");
             comeAndGo(root, element);
         },

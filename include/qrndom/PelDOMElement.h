@@ -114,8 +114,6 @@ public:
 
     /// Gives the element another name, in place. Attributes that a document type adds for its name
     /// change with it. INVALID_VALUE for a name that XML forbids, NULL_NODE for a null handle.
-    /// In a document with a document type, each renaming takes some 160 bytes of the document,
-    /// which come back only with it.
     PelDOM::Error setTagName(const PelString& name);
 
     /// The value of an attribute; empty when it is not there and for a null handle.

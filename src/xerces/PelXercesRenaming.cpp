@@ -30,16 +30,18 @@ void setOwner(DOMAttrMapImpl& map, DOMElementImpl& element) {
 }
 
 // Takes an attribute out without a default taking its place.
-void take(DOMAttrMapImpl& map, XMLSize_t index) {
+DOMAttrImpl& take(DOMAttrMapImpl& map, XMLSize_t index) {
+    DOMAttrImpl& taken = attributeAt(map, index);
     const bool hasDefaults = map.hasDefaults();
     map.hasDefaults(false);
     map.removeNamedItemAt(index);
     map.hasDefaults(hasDefaults);
+    return taken;
 }
 
 // Puts the attributes of an element that are no defaults among those of another, in the place of
 // defaults with their names.
-void addSpecified(const DOMElementImpl& from, DOMElementImpl& to) {
+void addSpecified(const DOMElementImpl& from, DOMElementImpl& to, PelXercesNodePool& nodes) {
     DOMAttrMapImpl& attributes = *to.fAttributes;
     attributes.reserve(from.fAttributes->getLength() + 1);
     for (XMLSize_t i = 0; i < from.fAttributes->getLength(); ++i) {
@@ -48,7 +50,7 @@ void addSpecified(const DOMElementImpl& from, DOMElementImpl& to) {
             continue;
         const int replaced = attributes.findNamePoint(attribute.getName());
         if (replaced >= 0)
-            take(attributes, static_cast<XMLSize_t>(replaced));
+            nodes.takeBack(take(attributes, static_cast<XMLSize_t>(replaced)));
         attributes.setNamedItemFast(&attribute);
     }
 }
@@ -75,7 +77,7 @@ void PelXercesRenaming::rename(DOMElementImpl& element, const XMLCh* name,
     }
     DOMElementImpl& spare = nodes.makeElement(name);
     try {
-        addSpecified(element, spare);
+        addSpecified(element, spare, nodes);
     } catch (...) {
         takeSpecified(*spare.fAttributes);
         setOwner(*element.fAttributes, element);
