@@ -221,7 +221,7 @@ TEST(Limits, KeepModelsWithinTheStackOfTheirThread) {
     pthread_attr_t small;
     pthread_t thread;
     pthread_attr_init(&small);
-    ASSERT_EQ(pthread_attr_setstacksize(&small, 1024 * 1024), 0);
+    ASSERT_EQ(pthread_attr_setstacksize(&small, 2048 * 1024), 0);
     ASSERT_EQ(pthread_create(&thread, &small, read, &says), 0);
     pthread_join(thread, nullptr);
     EXPECT_EQ(says, ";too large a content model for the stack of this thread;");
