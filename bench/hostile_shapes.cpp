@@ -442,8 +442,8 @@ std::vector<HostileShape> make() {
            "|" + std::string(2000, 'y') + "@", 200'000, "|n20)*", "<b><n20/></b>");
     models("a short choice, looked up", "<!ELEMENT n200 EMPTY>", "x", "|@", 1'600, ")*", "<n200/>");
     models("invalid children of a large model", "", "x", "|@", 16'000, ")", "<b><b/></b>");
-    models("a model of nested groups", "", "", "(", SIZE_MAX, "x", "");
-    models("a model of groups in groups", "", "x", ",(x", SIZE_MAX, "", "");
+    models("a model of nested groups", "", "", "(", SIZE_MAX, "x", "<b/>");
+    models("a model of groups in groups", "", "x", ",(x", SIZE_MAX, "", "<b/>");
     add("many models of 300 optional names", [](std::size_t bytes) {
         std::string text;
         std::string used;
