@@ -188,6 +188,33 @@ TEST(ContentWithoutMemory, StaysAsItWas) {
     }
 }
 
+// Bytes and file are the old ones or all of the new ones, and nothing stands beside the file.
+TEST(AWriteWithoutMemory, IsWholeOrNotDone) {
+    const ScratchFolder folder;
+    const PelDOMDocument document = parse("<!DOCTYPE a [<!ENTITY e 'v'><!ELEMENT a ANY><!ATTLIST a b CDATA "
+                                          "#IMPLIED>]><a b='2'>\u20AC<!--c--><a>&e;</a></a>");
+    for (const char* const encoding : {"UTF-8", "ISO-8859-1", "ISO-2022-JP"}) {
+        PelDOMWriter writer;
+        writer.setEncoding(encoding);
+        writer.setIndent(2);
+        std::string whole;
+        ASSERT_EQ(writer.writeBytes(document, whole), PelDOM::SUCCESS) << writer.getMessage();
+        long n = 0;
+        for (bool hasFailed = true; hasFailed; ++n) {
+            std::string bytes = "old";
+            const std::string file = folder.write("out.xml", bytes);
+            PelDOM::Error codes[] = {PelDOM::INTERNAL_ERROR, PelDOM::INTERNAL_ERROR}; // if it throws
+            hasFailed = FailingMemory::failsAt(n, [&] { codes[0] = writer.writeBytes(document, bytes); });
+            hasFailed |= FailingMemory::failsAt(n, [&] { codes[1] = writer.writeFile(document, file); });
+            EXPECT_EQ(bytes, codes[0] == PelDOM::SUCCESS ? whole : "old") << n;
+            EXPECT_EQ(bytesOf(file), codes[1] == PelDOM::SUCCESS ? whole : "old") << n;
+            using Entries = std::filesystem::directory_iterator;
+            EXPECT_EQ(std::distance(Entries(folder.path), Entries()), 1) << n;
+        }
+        EXPECT_GT(n, 3) << encoding;
+    }
+}
+
 TEST(AFileThatFails, IsAnsweredAndSpoilsNothing) {
     const ScratchFolder folder;
     const PelDOMDocument document = parse("<a>text</a>");
