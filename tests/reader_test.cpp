@@ -20,11 +20,13 @@ protected:
         write("inner.ent", "inner");
         write("sub/outer.ent", "(&e;)");
         write("a.dtd", "<!ELEMENT a ANY><!ENTITY f 'from the DTD'>");
+        testing::internal::CaptureStderr();
     }
 
     ~Reading() override {
         std::filesystem::current_path("/");
         std::filesystem::remove_all(folder);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
     }
 
     static void write(const char* name, const std::string& bytes) { std::ofstream(name) << bytes; }

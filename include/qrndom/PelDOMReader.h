@@ -18,7 +18,8 @@
 ///          without it. From its first read on it keeps the engine up.
 /// Threads  one thread at a time for a reader. Readers share nothing among them, nor with the
 ///          reads of the services.
-/// Errors   a null document, and messages; only running out of memory throws.
+/// Errors   a null document, and messages, of which none is printed; only running out of memory
+///          throws.
 /// Cost     a read takes time and memory in the size of its input, within the limits; a reader
 ///          that is used again saves starting the engine.
 ///

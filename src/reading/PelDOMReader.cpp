@@ -120,6 +120,7 @@ struct PelDOMReader::Body {
 
 PelDOMReader::PelDOMReader() : body(std::make_unique<Body>()) {
     body->settings.maxMessages = usualMaxMessages;
+    body->settings.areExceptionsPrinted = false;
 }
 
 PelDOMReader::PelDOMReader(const PelDOMReader& other) : body(std::make_unique<Body>()) {

@@ -15,6 +15,7 @@ struct PelXercesReadSettings {
     bool isIgnorableWhitespaceKept = false;
     PelString base;
     std::size_t maxMessages = 1;
+    bool areExceptionsPrinted = true;
     PelXercesReadLimits::Bounds bounds;
     PelXercesTreeBuilder::Road road = PelXercesTreeBuilder::usualRoad;
 

@@ -120,12 +120,13 @@ PelXercesNodeRef PelXercesReader::readByEngine(Parse parse) {
     } catch (const xercesc::XMLException& exception) {
         note(exception.getMessage());
     } catch (const xercesc::DOMException& exception) {
-        std::cerr << "A DOM error occured during parsing\n   DOMException code: " << exception.code
-                  << std::endl;
+        if (settings.areExceptionsPrinted)
+            std::cerr << "A DOM error occured during parsing\n   DOMException code: "
+                      << exception.code << std::endl;
         if (!reporter.getSawErrors())
             note(exception.getMessage());
     } catch (...) {
-        if (limits.getExcess() == nullptr)
+        if (settings.areExceptionsPrinted && limits.getExcess() == nullptr)
             std::cerr << "An error occured during parsing\n " << std::endl;
         note(limits.getExcess() != nullptr ? limits.getExcess() : u"not enough memory");
     }
