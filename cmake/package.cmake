@@ -58,7 +58,8 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME ${tools})
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION text)
 set(CPACK_DEBIAN_TOOLS_DESCRIPTION "checks XML files as the QRNDOM library reads them\n${about}
-\nThis package has qrndom-check, which says what is wrong with a file, or indents it.")
+\nThis package has qrndom-check, which says what is wrong with a file or indents
+it.")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_TOOLS_DEBUGINFO_PACKAGE ON)
 
