@@ -1,9 +1,10 @@
 # SPDX-License-Identifier: MIT
 # The programs of docs/guide.md. Included by the build, this makes them; run as a script, it runs them
-# in the guide's order, each in a process of its own, and compares what they print with the guide.
+# in the guide's order, in one folder, and compares what they print with the guide.
 #
-# A block of C++ that holds a main is a program; any other is the inside of a function. A block of text
-# or log that follows, before any other block, is what it prints or logs.
+# A block of C++ is a whole file. Its first line is the command that builds it, which also says what the
+# build links it with. The block right after it is what it prints (text), logs (log), or says when it
+# ends by an exception (abort).
 if(NOT CMAKE_SCRIPT_MODE_FILE)
     set(GUIDE "${PROJECT_SOURCE_DIR}/docs/guide.md")
     set(SCRATCH_DIR "${CMAKE_CURRENT_BINARY_DIR}/guide")
@@ -12,7 +13,7 @@ endif()
 
 file(READ "${GUIDE}" rest)
 set(line 1) # of the guide, at the start of the rest
-set(number 0)
+set(programs "")
 set(fence "(^|\n)```([^\n]*)\n")
 
 # Takes `length` characters off the rest and counts their lines.
@@ -36,73 +37,91 @@ while("${rest}" MATCHES "${fence}")
     set(block "${taken}")
     take(3)
     if(kind STREQUAL "cpp")
-        math(EXPR number "${number} + 1")
-        set(example ${number})
-        set(line_${number} ${first_line})
-        set(printed_${number} "")
-        set(marked "#line ${first_line} \"${GUIDE}\"\n${block}")
-        if(block MATCHES "int main\\(")
-            set(program_${number} "${marked}")
-        else()
-            string(APPEND functions "static void example${number}("
-                                    "[[maybe_unused]] PelDOMUtilites& services) {\n${marked}}\n")
-            string(APPEND calls "    case ${number}: example${number}(services); break;\n")
+        if(NOT block MATCHES "^// c\\+\\+ -std=c\\+\\+17( [^\n]*)? ([a-z_]+)\\.cpp -o ([a-z_.]+)( [^\n]*)?\n")
+            message(FATAL_ERROR "${GUIDE}:${first_line}: a program begins with the command that builds it")
         endif()
-    elseif(kind STREQUAL "text" AND DEFINED example)
-        set(printed_${example} "${block}")
-    elseif(kind STREQUAL "log" AND DEFINED example)
-        set(logged_${example} "${block}")
+        set(options "${CMAKE_MATCH_1}")
+        set(program ${CMAKE_MATCH_2})
+        set(made ${CMAKE_MATCH_3})
+        set(libraries_${program} "${CMAKE_MATCH_4}")
+        set(is_plugin_${program} FALSE)
+        if(options MATCHES " -shared -fPIC")
+            set(is_plugin_${program} TRUE)
+        endif()
+        if(DEFINED source_${program} OR NOT made MATCHES "^${program}(\\.so)?$" OR
+           NOT libraries_${program} MATCHES "^( \\$\\(pkg-config --cflags --libs qrndom( xerces-c)?\\))?$")
+            message(FATAL_ERROR "${GUIDE}:${first_line}: another name, or libraries that are not known")
+        endif()
+        list(APPEND programs ${program})
+        set(line_${program} ${first_line})
+        set(source_${program} "#line ${first_line} \"${GUIDE}\"\n${block}")
+    elseif(kind MATCHES "^(text|log|abort)$" AND DEFINED program)
+        set(${kind}_${program} "${block}")
+        unset(program)
     else()
-        unset(example)
+        unset(program)
     endif()
 endwhile()
 
 if(NOT CMAKE_SCRIPT_MODE_FILE)
-    function(guide_program name text)
-        set(source "${SCRATCH_DIR}/${name}.cpp")
-        file(WRITE "${source}" "${text}")
-        add_executable(${name} "${source}")
-        qrndom_whole_library(${name} LOG_FILE "guide.log")
-        set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${SCRATCH_DIR}")
-    endfunction()
+    # As it is installed, with a log of its own.
+    add_library(guide_library SHARED)
+    qrndom_whole_library(guide_library LOG_FILE "guide.log")
+    target_link_libraries(guide_library PRIVATE qrndom_exports)
+    set_target_properties(guide_library PROPERTIES OUTPUT_NAME QRNDOM
+        SOVERSION ${PROJECT_VERSION_MAJOR} LIBRARY_OUTPUT_DIRECTORY "${SCRATCH_DIR}")
 
-    foreach(example RANGE 1 ${number})
-        if(DEFINED program_${example})
-            guide_program(guide_program_${example} "${program_${example}}")
+    foreach(program IN LISTS programs)
+        file(WRITE "${SCRATCH_DIR}/${program}.cpp" "${source_${program}}")
+        if(is_plugin_${program})
+            add_library(guide_${program} MODULE "${SCRATCH_DIR}/${program}.cpp")
+        else()
+            add_executable(guide_${program} "${SCRATCH_DIR}/${program}.cpp")
+        endif()
+        set_target_properties(guide_${program} PROPERTIES PREFIX "" OUTPUT_NAME ${program}
+            RUNTIME_OUTPUT_DIRECTORY "${SCRATCH_DIR}" LIBRARY_OUTPUT_DIRECTORY "${SCRATCH_DIR}")
+        target_link_libraries(guide_${program} PRIVATE qrndom_settings Threads::Threads)
+        if(libraries_${program})
+            target_include_directories(guide_${program} PRIVATE
+                "${PROJECT_SOURCE_DIR}/include" "${PROJECT_BINARY_DIR}/include")
+            target_link_libraries(guide_${program} PRIVATE guide_library)
+        else()
+            # It loads the library. ICU stays: it loses its own caches when it goes, and the leak
+            # sanitizer sees that.
+            target_link_libraries(guide_${program} PRIVATE ${CMAKE_DL_LIBS}
+                -Wl,--no-as-needed ICU::uc -Wl,--as-needed)
+        endif()
+        if(libraries_${program} MATCHES "xerces-c")
+            target_link_libraries(guide_${program} PRIVATE XercesC::XercesC)
         endif()
     endforeach()
-    guide_program(guide_examples "#include <cstdlib>\n#include <iostream>\n#include <qrndom/QRNDOM.h>\n
-${functions}
-int main(int, char** arguments) {
-    PelDOMUtilites& services = *PelDOMUtilites::getUtilities(PelDOM::PLATFORM_XERCES);
-    switch (std::atoi(arguments[1])) {
-${calls}    default: return 2;
-    }
-    PelDOMUtilites::releaseUtilities();
-}
-")
     add_test(NAME guide_test COMMAND ${CMAKE_COMMAND}
         -DGUIDE=${GUIDE} -DSCRATCH_DIR=${SCRATCH_DIR} -P ${CMAKE_CURRENT_LIST_FILE})
     return()
 endif()
 
-foreach(example RANGE 1 ${number})
-    set(command guide_examples ${example})
-    if(DEFINED program_${example})
-        set(command guide_program_${example})
+file(GLOB documents "${SCRATCH_DIR}/*.xml")
+file(REMOVE "${SCRATCH_DIR}/guide.log" ${documents})
+foreach(program IN LISTS programs)
+    if(is_plugin_${program})
+        continue()
     endif()
-    file(REMOVE "${SCRATCH_DIR}/guide.log")
-    list(TRANSFORM command PREPEND "${SCRATCH_DIR}/" AT 0)
-    execute_process(COMMAND ${command} WORKING_DIRECTORY "${SCRATCH_DIR}"
+    file(WRITE "${SCRATCH_DIR}/guide.log" "")
+    execute_process(COMMAND "${SCRATCH_DIR}/${program}" WORKING_DIRECTORY "${SCRATCH_DIR}"
         RESULT_VARIABLE result OUTPUT_VARIABLE printed ERROR_VARIABLE errors)
-    if(NOT result STREQUAL "0" OR NOT errors STREQUAL "" OR
-       NOT printed STREQUAL printed_${example})
-        message(SEND_ERROR "${GUIDE}:${line_${example}}: the guide says\n${printed_${example}}"
+    set(wanted_result 0)
+    if(DEFINED abort_${program})
+        set(wanted_result "Subprocess aborted")
+    endif()
+    if(NOT result STREQUAL wanted_result OR NOT printed STREQUAL "${text_${program}}" OR
+       NOT errors STREQUAL "${abort_${program}}")
+        message(SEND_ERROR "${GUIDE}:${line_${program}}: the guide says\n${text_${program}}"
+                           "${abort_${program}}"
                            "The program ended with ${result} and printed\n${printed}${errors}")
     endif()
     file(READ "${SCRATCH_DIR}/guide.log" logged)
-    if(DEFINED logged_${example} AND NOT logged STREQUAL logged_${example})
-        message(SEND_ERROR "${GUIDE}:${line_${example}}: the guide says\n${logged_${example}}"
+    if(DEFINED log_${program} AND NOT logged STREQUAL log_${program})
+        message(SEND_ERROR "${GUIDE}:${line_${program}}: the guide says\n${log_${program}}"
                            "The log says\n${logged}")
     endif()
 endforeach()
