@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-# What a user gets: headers, library, CMake package, pkg-config file, licence.
+# What a user gets: headers, library, CMake package, pkg-config file, manual pages, guide, licence.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS QRNDOM EXPORT QRNDOMTargets
@@ -10,8 +10,23 @@ install(DIRECTORY include/qrndom DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
     COMPONENT development FILES_MATCHING PATTERN "*.h")
 install(FILES "${PROJECT_BINARY_DIR}/include/qrndom/export.h"
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/qrndom COMPONENT development)
-install(FILES LICENSE README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR}
-    COMPONENT documents)
+# With the pages that they link to, beside one another as here.
+install(FILES LICENSE README.md CHANGELOG.md CONTRIBUTING.md SECURITY.md
+    DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documents)
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documents
+    FILES_MATCHING PATTERN "*.md" PATTERN "*.svg")
+
+# Installs a manual page, compressed as Debian wants it. Its section is the end of its name.
+function(qrndom_install_manual page component)
+    get_filename_component(name "${page}" NAME)
+    configure_file("${page}" "${CMAKE_CURRENT_BINARY_DIR}/${name}" @ONLY)
+    execute_process(COMMAND gzip -9nf "${name}"
+        WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}" COMMAND_ERROR_IS_FATAL ANY)
+    string(REGEX MATCH "[0-9]$" section "${name}")
+    install(FILES "${CMAKE_CURRENT_BINARY_DIR}/${name}.gz"
+        DESTINATION ${CMAKE_INSTALL_MANDIR}/man${section} COMPONENT ${component})
+endfunction()
+qrndom_install_manual(docs/QRNDOM.3 development)
 
 set(QRNDOM_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/QRNDOM)
 install(EXPORT QRNDOMTargets NAMESPACE QRNDOM:: DESTINATION ${QRNDOM_CMAKE_DIR}

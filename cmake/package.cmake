@@ -1,15 +1,26 @@
 # SPDX-License-Identifier: MIT
-# Debian packages by `cpack`: the library, and what one needs to build against it. scripts/package
-# calls this.
+# Debian packages by `cpack`: the library, what one needs to build against it, the tool, and the
+# documentation. scripts/package calls this.
 set(runtime libqrndom${PROJECT_VERSION_MAJOR})
 set(development libqrndom-dev)
 set(tools qrndom-tools)
+set(documentation qrndom-doc)
 set(revision 1)
+set(QRNDOM_PACKAGE_CONTACT "" CACHE STRING
+    "Name and address of those who answer for the packages; a neutral one if not given")
+set(QRNDOM_REFERENCE "" CACHE PATH "The HTML pages that scripts/docs made; packaged if given")
 
 set(CPACK_GENERATOR DEB)
-set(CPACK_COMPONENTS_ALL runtime development tools)
+set(components runtime development tools)
+if(QRNDOM_REFERENCE)
+    list(APPEND components documentation)
+endif()
+set(CPACK_COMPONENTS_ALL ${components})
 set(CPACK_PACKAGING_INSTALL_PREFIX "${CMAKE_INSTALL_PREFIX}")
-set(CPACK_PACKAGE_CONTACT "The QRNDOM authors <qrndom@localhost>")
+set(CPACK_PACKAGE_CONTACT "QRNDOM maintainers <qrndom@packages.example>")
+if(QRNDOM_PACKAGE_CONTACT)
+    set(CPACK_PACKAGE_CONTACT "${QRNDOM_PACKAGE_CONTACT}")
+endif()
 set(CPACK_PACKAGE_DIRECTORY "${PROJECT_BINARY_DIR}")
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
@@ -54,6 +65,7 @@ set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
 \nThis package has the headers, the CMake package and the pkg-config file.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${runtime} (= ${PROJECT_VERSION}-${revision})")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS ${documentation})
 
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME ${tools})
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION text)
@@ -62,6 +74,14 @@ set(CPACK_DEBIAN_TOOLS_DESCRIPTION "checks XML files as the QRNDOM library reads
 it.")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_TOOLS_DEBUGINFO_PACKAGE ON)
+
+set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_NAME ${documentation})
+set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_SECTION doc)
+set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_DOCUMENTATION_DESCRIPTION
+    "C++ library for XML documents (guide and reference)\n${about}
+\nThis package has the guide and the reference of all classes as HTML pages.")
+set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_SHLIBDEPS OFF)
 
 file(WRITE "${PROJECT_BINARY_DIR}/debian/triggers" "activate-noawait ldconfig\n")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA "${PROJECT_BINARY_DIR}/debian/triggers")
@@ -78,7 +98,7 @@ file(WRITE "${PROJECT_BINARY_DIR}/debian/changelog.Debian"
 configure_file(CHANGELOG.md "${PROJECT_BINARY_DIR}/debian/changelog" COPYONLY)
 execute_process(COMMAND gzip -9nf changelog changelog.Debian
     WORKING_DIRECTORY "${PROJECT_BINARY_DIR}/debian" COMMAND_ERROR_IS_FATAL ANY)
-foreach(component runtime development tools)
+foreach(component IN LISTS components)
     set(folder ${CMAKE_INSTALL_DATAROOTDIR}/doc/${${component}})
     install(FILES LICENSE DESTINATION ${folder} RENAME copyright COMPONENT ${component}
         EXCLUDE_FROM_ALL)
@@ -86,11 +106,29 @@ foreach(component runtime development tools)
                   "${PROJECT_BINARY_DIR}/debian/changelog.Debian.gz"
         DESTINATION ${folder} COMPONENT ${component} EXCLUDE_FROM_ALL)
 endforeach()
-install(FILES README.md DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/${development}
-    COMPONENT development EXCLUDE_FROM_ALL)
 install(DIRECTORY examples/
     DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/${development}/examples
     COMPONENT development EXCLUDE_FROM_ALL
     FILES_MATCHING PATTERN "*.cpp" PATTERN "*.h" PATTERN "*.xml")
+if(QRNDOM_REFERENCE)
+    set(folder ${CMAKE_INSTALL_DATAROOTDIR}/doc/${documentation}/html)
+    install(DIRECTORY "${QRNDOM_REFERENCE}/" DESTINATION ${folder} COMPONENT documentation
+        EXCLUDE_FROM_ALL)
+    # By this Debian's list of documents knows it.
+    file(WRITE "${PROJECT_BINARY_DIR}/debian/doc-base" "Document: qrndom
+Title: QRNDOM: guide and reference
+Author: ${CPACK_PACKAGE_CONTACT}
+Abstract: How to read, query, change and write XML documents with QRNDOM,
+ a library for C++, and what each of its classes does.
+Section: Programming/C++
+
+Format: HTML
+Index: ${CMAKE_INSTALL_PREFIX}/${folder}/index.html
+Files: ${CMAKE_INSTALL_PREFIX}/${folder}/*.html
+")
+    install(FILES "${PROJECT_BINARY_DIR}/debian/doc-base"
+        DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc-base RENAME ${documentation}.qrndom
+        COMPONENT documentation EXCLUDE_FROM_ALL)
+endif()
 
 include(CPack)

@@ -34,6 +34,43 @@ run(${CMAKE_COMMAND} -E chdir "${SCRATCH_DIR}" "${SCRATCH_DIR}/consumer/first_pr
 string(REGEX MATCH "```text\n([^`]*)```" block "${readme}")
 expect("${output}" "${CMAKE_MATCH_1}")
 
+# The manual page's program is between .nf and .fi; it reads what the README's has written.
+file(READ "${MANUAL}" manual)
+string(REGEX MATCH "\n\\.nf\n(#include <iostream>.*})\n\\.fi\n" block "${manual}")
+string(REPLACE "\\(rs" "\\" program "${CMAKE_MATCH_1}")
+string(REPLACE "\\-" "-" program "${program}")
+file(WRITE "${SCRATCH_DIR}/manual.cpp" "${program}\n")
+
+# What is installed links to what is installed, and to headings that are there.
+file(GLOB_RECURSE pages "${prefix}/*.md")
+foreach(page IN LISTS pages)
+    get_filename_component(folder "${page}" DIRECTORY)
+    file(READ "${page}" text)
+    string(REGEX REPLACE "```[^`]*```" "" text "${text}")
+    string(REPLACE "](" "link(" text "${text}") # brackets would keep a list from being taken apart
+    string(REGEX REPLACE "[][]" "" text "${text}")
+    string(REGEX MATCHALL "link\\([^) ]+\\)" links "${text}")
+    foreach(link IN LISTS links)
+        string(REGEX MATCH "^link\\(([^#]*)#?(.*)\\)$" link "${link}")
+        set(file "${CMAKE_MATCH_1}")
+        set(heading "${CMAKE_MATCH_2}")
+        set(target "${page}")
+        if(NOT file STREQUAL "")
+            set(target "${folder}/${file}")
+        endif()
+        if(NOT EXISTS "${target}")
+            message(FATAL_ERROR "${page} links to ${file}, which is not installed")
+        endif()
+        file(STRINGS "${target}" headings REGEX "^#+ ")
+        string(TOLOWER "${headings}" headings)
+        string(REGEX REPLACE "[^a-z0-9 ;-]" "" headings "${headings}")
+        string(REPLACE " " "-" headings "${headings}")
+        if(NOT heading STREQUAL "" AND NOT ";${headings};" MATCHES ";-${heading};")
+            message(FATAL_ERROR "${page} links to the heading ${heading}, which is not in ${target}")
+        endif()
+    endforeach()
+endforeach()
+
 # The same by pkg-config. The prefix in the file is the one that the build was configured for, so
 # the test gives its own.
 file(GLOB_RECURSE pc "${prefix}/*/qrndom.pc")
@@ -46,3 +83,7 @@ run(c++ -std=c++17 "${CONSUMER_DIR}/root_name.cpp" -o "${SCRATCH_DIR}/root_name"
     "-Wl,-rpath,${lib_dir}")
 run("${SCRATCH_DIR}/root_name" "${DOCUMENT}")
 expect("${output}" "observatory\n")
+run(c++ -std=c++17 "${SCRATCH_DIR}/manual.cpp" -o "${SCRATCH_DIR}/manual" ${flags}
+    "-Wl,-rpath,${lib_dir}")
+run(${CMAKE_COMMAND} -E chdir "${SCRATCH_DIR}" "${SCRATCH_DIR}/manual")
+expect("${output}" "Ἰλιάς\n")
