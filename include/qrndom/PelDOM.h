@@ -32,13 +32,13 @@ public:
         ELEMENT_NODE = 1,          ///< See PelDOMElement.
         ATTRIBUTE_NODE = 2,        ///< Never met: attributes are reached through their element.
         TEXT_NODE = 3,             ///< See PelDOMText.
-        CDATA_SECTION_NODE = 4,    ///< Carried and written; its text is not given.
+        CDATA_SECTION_NODE = 4,    ///< A CDATA section.
         ENTITY_REFERENCE_NODE = 5, ///< Never read: references are replaced.
         ENTITY_NODE = 6,           ///< Never met.
-        PROCESSING_INSTRUCTION_NODE = 7, ///< Carried and written.
-        COMMENT_NODE = 8,                ///< Carried and written; its text is not given.
+        PROCESSING_INSTRUCTION_NODE = 7, ///< A processing instruction.
+        COMMENT_NODE = 8,                ///< A comment.
         DOCUMENT_NODE = 9,               ///< See PelDOMDocument.
-        DOCUMENT_TYPE_NODE = 10,         ///< `<!DOCTYPE ...>`, carried and written.
+        DOCUMENT_TYPE_NODE = 10,         ///< `<!DOCTYPE ...>`, kept as it is.
         DOCUMENT_FRAGMENT_NODE = 11,     ///< Never met.
         NOTATION_NODE = 12,              ///< Never met.
         XML_DECL_NODE = 13 ///< The XML declaration of a created document, its first child.

@@ -17,42 +17,28 @@ class PelDOMDocumentImp;
 /// Cost     each operation makes one implementation object.
 class QRNDOM_API PelDOMDocument : public PelDOMNode {
 public:
-    /// Takes ownership of `implementation`; a null handle without one.
-    explicit PelDOMDocument(PelDOMNodeImp* implementation = nullptr);
+    PelDOMDocument(const PelDOMDocument& orig);     ///< A second handle to the same node.
+    PelDOMDocument(PelDOMDocument&& orig) noexcept; ///< Leaves `orig` a null handle.
 
-    /// A second handle to the same node.
-    PelDOMDocument(const PelDOMDocument& orig);
-
-    /// A handle to the node of `node` as a document. Where that node is of another kind, the
-    /// operations below answer as those of a null handle do.
+    /// A handle to the node of `node` as a document. Where it is of another kind than
+    /// DOCUMENT_NODE, the operations below answer as those of a null handle do.
     explicit PelDOMDocument(const PelDOMNode& node);
+    explicit PelDOMDocument(PelDOMNode&& node) noexcept; ///< The same; leaves `node` a null handle.
 
-    /// Takes the node over and leaves `orig` a null handle.
-    PelDOMDocument(PelDOMDocument&& orig) noexcept;
-
-    /// The same from a node handle, with the kinds that fit as above.
-    explicit PelDOMDocument(PelDOMNode&& node) noexcept;
+    /// A null handle. The library's own calls pass an object, which the handle then owns.
+    explicit PelDOMDocument(PelDOMNodeImp* implementation = nullptr);
 
     /// Lets go of the node; the tree goes with the last handle into it.
     ~PelDOMDocument() override;
 
-    /// As PelDOMNode's: the value of the expression is `rhs`.
+    /// As PelDOMNode's: the value of the expression is `rhs`, of a move this handle. From a node
+    /// handle as by the constructor above: `document = node`.
     PelDOMDocument& operator=(PelDOMDocument& rhs);
-
-    /// The same for const handles and temporaries.
-    const PelDOMDocument& operator=(const PelDOMDocument& rhs);
-
-    /// The same from a node handle, as by the conversion above: `document = node`.
-    PelDOMNode& operator=(PelDOMNode& rhs);
-
-    /// The same for const handles and temporaries.
-    const PelDOMNode& operator=(const PelDOMNode& rhs);
-
-    /// Takes the node of `rhs` over and leaves `rhs` a null handle. The value is this handle.
-    PelDOMDocument& operator=(PelDOMDocument&& rhs) noexcept;
-
-    /// The same from a node handle.
-    PelDOMDocument& operator=(PelDOMNode&& rhs) noexcept;
+    const PelDOMDocument& operator=(const PelDOMDocument& rhs); ///< For const handles.
+    PelDOMNode& operator=(PelDOMNode& rhs);                     ///< From a node handle.
+    const PelDOMNode& operator=(const PelDOMNode& rhs);         ///< From a const node handle.
+    PelDOMDocument& operator=(PelDOMDocument&& rhs) noexcept;   ///< Leaves `rhs` a null handle.
+    PelDOMDocument& operator=(PelDOMNode&& rhs) noexcept;       ///< The same from a node handle.
 
     /// The live list of all elements with a tag name ("*": all), in document order. A null document
     /// gives an empty handle.

@@ -34,42 +34,28 @@ class QRNDOM_API PelDOMElement : public PelDOMNode {
         std::conditional_t<std::is_signed_v<Value>, long long, unsigned long long>>;
 
 public:
-    /// Takes ownership of `implementation`; a null handle without one.
-    explicit PelDOMElement(PelDOMNodeImp* implementation = nullptr);
+    PelDOMElement(const PelDOMElement& orig);     ///< A second handle to the same node.
+    PelDOMElement(PelDOMElement&& orig) noexcept; ///< Leaves `orig` a null handle.
 
-    /// A second handle to the same node.
-    PelDOMElement(const PelDOMElement& orig);
-
-    /// A handle to the node of `node` as an element, after its type was found to be ELEMENT_NODE.
-    /// Where it is of another kind, the operations below answer as those of a null handle do.
+    /// A handle to the node of `node` as an element. Where it is of another kind than ELEMENT_NODE,
+    /// the operations below answer as those of a null handle do.
     explicit PelDOMElement(const PelDOMNode& node);
+    explicit PelDOMElement(PelDOMNode&& node) noexcept; ///< The same; leaves `node` a null handle.
 
-    /// Takes the node over and leaves `orig` a null handle.
-    PelDOMElement(PelDOMElement&& orig) noexcept;
-
-    /// The same from a node handle, with the kinds that fit as above.
-    explicit PelDOMElement(PelDOMNode&& node) noexcept;
+    /// A null handle. The library's own calls pass an object, which the handle then owns.
+    explicit PelDOMElement(PelDOMNodeImp* implementation = nullptr);
 
     /// Lets go of the node; the tree goes with the last handle into it.
     ~PelDOMElement() override;
 
-    /// As PelDOMNode's: the value of the expression is `rhs`.
+    /// As PelDOMNode's: the value of the expression is `rhs`, of a move this handle. From a node
+    /// handle as by the constructor above: `element = node`.
     PelDOMElement& operator=(PelDOMElement& rhs);
-
-    /// The same for const handles and temporaries.
-    const PelDOMElement& operator=(const PelDOMElement& rhs);
-
-    /// The same from a node handle, as by the conversion above: `element = node`.
-    PelDOMNode& operator=(PelDOMNode& rhs);
-
-    /// The same for const handles and temporaries.
-    const PelDOMNode& operator=(const PelDOMNode& rhs);
-
-    /// Takes the node of `rhs` over and leaves `rhs` a null handle. The value is this handle.
-    PelDOMElement& operator=(PelDOMElement&& rhs) noexcept;
-
-    /// The same from a node handle.
-    PelDOMElement& operator=(PelDOMNode&& rhs) noexcept;
+    const PelDOMElement& operator=(const PelDOMElement& rhs); ///< For const handles.
+    PelDOMNode& operator=(PelDOMNode& rhs);                   ///< From a node handle.
+    const PelDOMNode& operator=(const PelDOMNode& rhs);       ///< From a const node handle.
+    PelDOMElement& operator=(PelDOMElement&& rhs) noexcept;   ///< Leaves `rhs` a null handle.
+    PelDOMElement& operator=(PelDOMNode&& rhs) noexcept;      ///< The same from a node handle.
 
     /// Removes an attribute; one that is not there is no error. INVALID_VALUE for an empty name and
     /// for a null handle.
@@ -79,16 +65,15 @@ public:
     /// NULL_NODE for a null handle.
     virtual PelDOM::Error setAttribute(const PelString& name, const PelString& value);
 
-    /// Sets an attribute to a number or truth value: `true` or `false`, or the shortest text that
-    /// reads back as the same number, whatever the locale (0.1 as "0.1"). Answers as putAttribute.
+    /// The same with a number or truth value: `true` or `false`, or the shortest text that reads
+    /// back as the same number, whatever the locale (0.1 as "0.1"). Answers as putAttribute.
     template <class Value, IfValue<Value> = 0>
     PelDOM::Error setAttribute(const PelString& name, Value value) {
         return putAttribute(name, textOf(static_cast<Widest<Value>>(value)));
     }
 
-    /// Sets an attribute as setAttribute does, with the empty value allowed and nothing thrown.
-    /// INVALID_VALUE, and nothing changed, for a name that XML forbids and for a value with a
-    /// character that it forbids; NULL_NODE for a null handle.
+    /// The same, with the empty value allowed and nothing thrown: INVALID_VALUE, and nothing
+    /// changed, for a name or a character that XML forbids; NULL_NODE for a null handle.
     PelDOM::Error putAttribute(const PelString& name, const PelString& value);
 
     /// Adds a last child element `name` whose only child is the text `text`. INVALID_VALUE for an
@@ -102,9 +87,7 @@ public:
     /// The value of the attribute at a position from 0 to getNumAttributes() - 1, in the order of
     /// the names; empty for any other position and for a null handle.
     PelString getAttributeValueAt(long index) const;
-
-    /// The name of the attribute at a position, in the same way.
-    PelString getAttributeNameAt(long index) const;
+    PelString getAttributeNameAt(long index) const; ///< Its name, in the same way.
 
     /// Copies of all attributes, in the order of their names, as they are now.
     std::vector<PelDOMAttribute> getAttributes() const;
@@ -118,12 +101,8 @@ public:
 
     /// The value of an attribute; empty when it is not there and for a null handle.
     PelString getAttribute(const PelString& name) const;
-
-    /// The same into `value`; always SUCCESS.
-    PelDOM::Error getAttribute(const PelString& name, PelString& value) const;
-
-    /// Whether there is such an attribute, were it empty; false for a null handle.
-    bool hasAttribute(const PelString& name) const;
+    PelDOM::Error getAttribute(const PelString& name, PelString& value) const; ///< Always SUCCESS.
+    bool hasAttribute(const PelString& name) const; ///< Also an empty one; false for a null handle.
 
     /// The value of an attribute, `fallback` when it is not there and for a null handle.
     PelString getAttributeOr(const PelString& name, const PelString& fallback) const;
@@ -154,11 +133,8 @@ public:
     /// unchanged, for any other element and for a null handle.
     PelDOM::Error getChildTextValue(PelString& value) const;
 
-    /// Reads the text of such an element as a whole number, by the rules of attributes.
-    PelDOM::Error getChildTextValue(long& value) const;
-
-    /// Reads it as a real number.
-    PelDOM::Error getChildTextValue(double& value) const;
+    PelDOM::Error getChildTextValue(long& value) const;   ///< As a number, as of an attribute.
+    PelDOM::Error getChildTextValue(double& value) const; ///< As a real number likewise.
 
     /// Makes `out` the live list of this element's descendants with a tag name ("*": all), in
     /// document order, and gives its length. 0, with `out` unchanged, for a null handle.
@@ -167,18 +143,14 @@ public:
     /// The same list as the result; an empty handle for a null handle.
     PelDOMNodeList getElementsByTagName(const PelString& name) const;
 
-    /// The first child that is an element with a tag name ("*": any). A null handle where there is
-    /// none, here and below.
-    PelDOMElement getChildElement(const PelString& name = u"*") const;
-
-    /// All children that are such elements, for a loop.
+    /// All children that are elements with a tag name ("*": any), for a loop.
     PelDOMElementRange getChildElements(const PelString& name = u"*") const;
 
-    /// The next sibling that is such an element.
-    PelDOMElement getNextElement(const PelString& name = u"*") const;
-
-    /// The nearest sibling before this one that is such an element.
-    PelDOMElement getPreviousElement(const PelString& name = u"*") const;
+    /// The first of them, and the nearest such sibling after or before this element; a null handle
+    /// where there is none. Looks at each node on the way, and makes one implementation object.
+    PelDOMElement getChildElement(const PelString& name = u"*") const;
+    PelDOMElement getNextElement(const PelString& name = u"*") const;     ///< After it.
+    PelDOMElement getPreviousElement(const PelString& name = u"*") const; ///< Before it.
 
     /// The part of the tag name before its colon, and the part after it. A name that is not of two
     /// parts has no prefix. Both are empty for a null handle.

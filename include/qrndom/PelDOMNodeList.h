@@ -14,19 +14,16 @@ class PelDOMNodeListImp;
 /// Lives    as long as the caller likes, and keeps the tree alive as node handles do.
 /// Threads  one thread at a time for all handles into one tree; separate trees are independent.
 /// Errors   codes of PelDOM::Error; it keeps no status.
-/// Cost     a loop by begin and end makes one implementation object a node; a loop of length and
-/// item over n nodes takes n steps, whatever other lists are in use;
-///          each item makes two implementation objects. Every change of the tree shows at once.
+/// Cost     a loop by begin and end makes one implementation object a node; each item makes two. A
+///          loop of length and item over n nodes takes n steps, whatever other lists are in use.
+///          Every change of the tree shows at once.
 class QRNDOM_API PelDOMNodeList {
 public:
-    /// Takes ownership of `implementation`; an empty handle without one.
+    PelDOMNodeList(const PelDOMNodeList& orig);     ///< A second handle to the same live list.
+    PelDOMNodeList(PelDOMNodeList&& orig) noexcept; ///< Leaves `orig` an empty handle.
+
+    /// An empty handle, or one that owns `implementation`: a list of your own.
     explicit PelDOMNodeList(PelDOMNodeListImp* implementation = nullptr);
-
-    /// A second handle to the same live list.
-    PelDOMNodeList(const PelDOMNodeList& orig);
-
-    /// Takes the list over and leaves `orig` an empty handle.
-    PelDOMNodeList(PelDOMNodeList&& orig) noexcept;
 
     /// Lets go of the list; the tree goes with the last handle into it.
     virtual ~PelDOMNodeList();
@@ -41,7 +38,7 @@ public:
     /// Takes the list of `rhs` over and leaves `rhs` an empty handle. The value is this handle.
     PelDOMNodeList& operator=(PelDOMNodeList&& rhs) noexcept;
 
-    /// Whether this is no empty handle; the list may still have no nodes.
+    /// False for an empty handle. A list without nodes is not one.
     explicit operator bool() const noexcept { return imp != nullptr; }
 
     /// Whether both are the children of the same node, or the elements with the same name below the

@@ -14,42 +14,28 @@ class PelDOMTextImp;
 /// Cost     reading copies the text.
 class QRNDOM_API PelDOMText : public PelDOMNode {
 public:
-    /// Takes ownership of `implementation`; a null handle without one.
-    explicit PelDOMText(PelDOMNodeImp* implementation = nullptr);
+    PelDOMText(const PelDOMText& orig);     ///< A second handle to the same node.
+    PelDOMText(PelDOMText&& orig) noexcept; ///< Leaves `orig` a null handle.
 
-    /// A second handle to the same node.
-    PelDOMText(const PelDOMText& orig);
-
-    /// A handle to the node of `node` as a text, after its type was found to be TEXT_NODE. Where it
-    /// is of another kind, the operations below answer as those of a null handle do.
+    /// A handle to the node of `node` as a text. Where it is of another kind than TEXT_NODE,
+    /// the operations below answer as those of a null handle do.
     explicit PelDOMText(const PelDOMNode& node);
+    explicit PelDOMText(PelDOMNode&& node) noexcept; ///< The same; leaves `node` a null handle.
 
-    /// Takes the node over and leaves `orig` a null handle.
-    PelDOMText(PelDOMText&& orig) noexcept;
-
-    /// The same from a node handle, with the kinds that fit as above.
-    explicit PelDOMText(PelDOMNode&& node) noexcept;
+    /// A null handle. The library's own calls pass an object, which the handle then owns.
+    explicit PelDOMText(PelDOMNodeImp* implementation = nullptr);
 
     /// Lets go of the node; the tree goes with the last handle into it.
     ~PelDOMText() override;
 
-    /// As PelDOMNode's: the value of the expression is `rhs`.
+    /// As PelDOMNode's: the value of the expression is `rhs`, of a move this handle. From a node
+    /// handle as by the constructor above: `text = node`.
     PelDOMText& operator=(PelDOMText& rhs);
-
-    /// The same for const handles and temporaries.
-    const PelDOMText& operator=(const PelDOMText& rhs);
-
-    /// The same from a node handle, as by the conversion above: `text = node`.
-    PelDOMNode& operator=(PelDOMNode& rhs);
-
-    /// The same for const handles and temporaries.
-    const PelDOMNode& operator=(const PelDOMNode& rhs);
-
-    /// Takes the node of `rhs` over and leaves `rhs` a null handle. The value is this handle.
-    PelDOMText& operator=(PelDOMText&& rhs) noexcept;
-
-    /// The same from a node handle.
-    PelDOMText& operator=(PelDOMNode&& rhs) noexcept;
+    const PelDOMText& operator=(const PelDOMText& rhs); ///< For const handles.
+    PelDOMNode& operator=(PelDOMNode& rhs);             ///< From a node handle.
+    const PelDOMNode& operator=(const PelDOMNode& rhs); ///< From a const node handle.
+    PelDOMText& operator=(PelDOMText&& rhs) noexcept;   ///< Leaves `rhs` a null handle.
+    PelDOMText& operator=(PelDOMNode&& rhs) noexcept;   ///< The same from a node handle.
 
     /// Replaces the text. INVALID_VALUE for an empty one, which changes nothing: a text cannot be
     /// emptied. INTERNAL_ERROR for a null handle.

@@ -40,35 +40,27 @@ class QRNDOM_API PelString {
     }
 
 public:
-    /// The empty string.
-    PelString() noexcept = default;
+    PelString() noexcept = default;        ///< The empty string.
+    PelString(std::nullptr_t) noexcept {}  ///< The empty string.
+    PelString(const char16_t* text);       ///< From NUL-terminated UTF-16.
+    PelString(const unsigned short* text); ///< The same from the other 16-bit type.
 
-    /// The empty string.
-    PelString(std::nullptr_t) noexcept {}
-
-    /// Copies NUL-terminated UTF-16 text.
-    PelString(const char16_t* text);
-
-    /// The same from the other 16-bit type.
-    PelString(const unsigned short* text);
-
-    /// Converts NUL-terminated UTF-8 text; each ill-formed sequence becomes U+FFFD.
+    /// From NUL-terminated UTF-8; each ill-formed sequence becomes U+FFFD.
     PelString(const char* text);
 
-    /// Converts UTF-8 text of a given length in the same way. Names, values and texts can be passed
-    /// as std::string wherever the library takes a PelString.
+    /// From UTF-8 of a given length in the same way, so that a std::string can be passed wherever
+    /// the library takes a PelString.
     template <class Allocator>
     PelString(const std::basic_string<char, std::char_traits<char>, Allocator>& utf8)
         : PelString(decoded(utf8)) {}
 
-    /// The same, where it is asked for by name.
+    /// The same from a view; explicit.
     template <class Traits>
     explicit PelString(std::basic_string_view<char, Traits> utf8)
         : PelString(decoded({utf8.data(), utf8.size()})) {}
 
-    /// Copies UTF-16 text of a given length, which may hold U+0000. Where such a string is used as
-    /// a file name or handed to the tree, it ends at its first U+0000, or is refused by operations
-    /// that check the characters.
+    /// From UTF-16 of a given length, which may hold U+0000. As a file name or in the tree, such a
+    /// string ends at its first U+0000, or is refused by operations that check the characters.
     explicit PelString(std::u16string_view text);
 
     /// The same from a string.
@@ -76,17 +68,11 @@ public:
     PelString(const std::basic_string<char16_t, std::char_traits<char16_t>, Allocator>& utf16)
         : PelString(std::u16string_view(utf16)) {}
 
-    /// The same without copying.
-    explicit PelString(std::u16string&& text) noexcept;
+    explicit PelString(std::u16string&& text) noexcept; ///< The same without copying.
 
-    /// Copies the text.
-    PelString(const PelString& other);
-
-    /// Takes the text over and leaves `other` empty.
-    PelString(PelString&& other) noexcept;
-
-    /// Ends the life of the borrowed buffers too.
-    ~PelString();
+    PelString(const PelString& other);     ///< Copies the text.
+    PelString(PelString&& other) noexcept; ///< Leaves `other` empty.
+    ~PelString();                          ///< Ends the life of the borrowed buffers too.
 
     /// Each assignment takes what the constructor from the same type takes, the string's own
     /// buffers included.
@@ -100,17 +86,15 @@ public:
     /// Text in ISO-8859-1: each byte is the character of that number.
     static PelString fromLatin1(const char* bytes, std::size_t size);
 
-    /// 1 when the string holds no code unit, else 0.
-    int isEmpty() const noexcept { return text.empty() ? 1 : 0; }
+    int isEmpty() const noexcept { return text.empty() ? 1 : 0; } ///< 1 or 0.
 
     /// The number of UTF-16 code units.
     long length() const noexcept { return static_cast<long>(text.size()); }
 
-    /// The text, followed by a NUL that the view does not count.
+    /// The text, followed by a NUL that the view does not count. Borrowed, as the two below.
     std::u16string_view view() const noexcept { return text; }
 
-    /// The text as NUL-terminated code units.
-    const unsigned short* getStringWAsUnsignedShort() const;
+    const unsigned short* getStringWAsUnsignedShort() const; ///< NUL-terminated code units.
 
     /// The text in ISO-8859-1, NUL-terminated, one byte for each code unit. U+001A, which XML
     /// forbids, stands for each unit that ISO-8859-1 does not hold.
@@ -126,9 +110,7 @@ public:
     /// The `length` code units from `position` on, fewer where the text ends; empty for a position
     /// outside the text.
     PelString substr(long position, long length) const;
-
-    /// Whether the text begins with `part`.
-    bool startsWith(const PelString& part) const noexcept;
+    bool startsWith(const PelString& part) const noexcept; ///< Whether it begins with `part`.
 
     /// Reads the whole text, apart from white space around it, as a decimal number. False, with
     /// `value` unchanged, when it is none or one that no `long` holds.
@@ -149,19 +131,14 @@ public:
     /// argument. The arguments must fit the pattern, as for printf: never use text from outside as
     /// a pattern.
     PelString& format(const char16_t* pattern, ...);
+    PelString& format(const unsigned short* pattern, ...); ///< From the other 16-bit type.
 
-    /// The same with a pattern of the other 16-bit type.
-    PelString& format(const unsigned short* pattern, ...);
-
-    /// Appends `other`.
-    PelString& operator+=(const PelString& other);
+    PelString& operator+=(const PelString& other); ///< Appends `other`.
 
     /// The two texts one after the other.
     friend QRNDOM_API PelString operator+(const PelString& left, const PelString& right);
-
     /// Whether both hold the same code units.
     friend QRNDOM_API bool operator==(const PelString& left, const PelString& right) noexcept;
-
     /// Whether they do not.
     friend QRNDOM_API bool operator!=(const PelString& left, const PelString& right) noexcept;
 
@@ -171,19 +148,16 @@ public:
     friend bool operator==(const PelString& left, const Text& right) noexcept {
         return left.holds(viewOf(right));
     }
-
     /// The same the other way round.
     template <class Text, IfText<Text> = 0>
     friend bool operator==(const Text& left, const PelString& right) noexcept {
         return right.holds(viewOf(left));
     }
-
     /// Whether they differ.
     template <class Text, IfText<Text> = 0>
     friend bool operator!=(const PelString& left, const Text& right) noexcept {
         return !left.holds(viewOf(right));
     }
-
     /// The same the other way round.
     template <class Text, IfText<Text> = 0>
     friend bool operator!=(const Text& left, const PelString& right) noexcept {
@@ -192,7 +166,6 @@ public:
 
     /// Compares code unit by code unit.
     friend QRNDOM_API bool operator<(const PelString& left, const PelString& right) noexcept;
-
     /// Writes the text in UTF-8.
     friend QRNDOM_API std::ostream& operator<<(std::ostream& stream, const PelString& string);
 
