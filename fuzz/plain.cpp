@@ -22,7 +22,7 @@ PelXercesNodeRef readOn(
     return node;
 }
 
-void checkRoads(const void* bytes, std::size_t size, const XMLCh* encoding) {
+void checkWays(const void* bytes, std::size_t size, const XMLCh* encoding) {
     std::string message, ownMessage;
     const PelXercesNodeRef engines = readOn(Road::engine, bytes, size, encoding, message);
     const PelXercesNodeRef own = readOn(Road::plain, bytes, size, encoding, ownMessage);
@@ -40,11 +40,11 @@ int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
     services().init();
     // In a block of their size, where reading past the end is seen.
     const std::vector<unsigned char> bytes(data, data + size);
-    checkRoads(bytes.data(), bytes.size(), nullptr);
+    checkWays(bytes.data(), bytes.size(), nullptr);
     const std::string text(data, data + size);
     if (text.find('\0') != text.npos) return 0;
     const PelString wide(text.c_str());
     const std::vector<char16_t> units(wide.view().begin(), wide.view().end());
-    checkRoads(units.data(), units.size() * sizeof(char16_t), PelPlainScanner::nativeUtf16());
+    checkWays(units.data(), units.size() * sizeof(char16_t), PelPlainScanner::nativeUtf16());
     return 0;
 }

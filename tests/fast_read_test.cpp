@@ -26,7 +26,7 @@ PelXercesNodeRef readOn(Road road, const std::string& bytes, const std::string& 
 }
 
 // All verdicts, messages and trees must be the same; gives the number of nodes, 0 for a refusal.
-long bothRoads(const std::string& bytes, const std::string& file, const XMLCh* encoding = nullptr) {
+long sameTree(const std::string& bytes, const std::string& file, const XMLCh* encoding = nullptr) {
     std::string message, other;
     const PelXercesNodeRef one = readOn(Road::engine, bytes, file, encoding, message);
     long count = 0;
@@ -46,15 +46,15 @@ long bothRoads(const std::string& bytes, const std::string& file, const XMLCh* e
 std::u16string unitsOf(const std::string& utf8) { return std::u16string(PelString(utf8.c_str()).view()); }
 
 // The same for a text as UTF-16 in memory.
-long bothRoadsWide(const std::string& text) {
+long sameTreeOfUtf16(const std::string& text) {
     const std::u16string units = unitsOf(text);
-    return bothRoads(std::string(reinterpret_cast<const char*>(units.data()), units.size() * 2), "",
+    return sameTree(std::string(reinterpret_cast<const char*>(units.data()), units.size() * 2), "",
         PelPlainScanner::nativeUtf16());
 }
 
 long bothForms(const std::string& text) {
-    const long count = bothRoads(text, "");
-    EXPECT_EQ(bothRoadsWide(text), count) << text;
+    const long count = sameTree(text, "");
+    EXPECT_EQ(sameTreeOfUtf16(text), count) << text;
     return count;
 }
 
@@ -86,14 +86,14 @@ bool isPlain(const std::string& text, bool isWide = false) {
                         u"Dummy") != nullptr;
 }
 
-struct BothRoads : testing::Test {
+struct WaysOfReading : testing::Test {
     static void SetUpTestSuite() { services().init(); }
     static void TearDownTestSuite() { services().terminate(); }
 };
 
-TEST_F(BothRoads, KnowTheEnginesNodes) { EXPECT_TRUE(PelPlainNodes::areKnown()); }
+TEST_F(WaysOfReading, KnowTheEnginesNodes) { EXPECT_TRUE(PelPlainNodes::areKnown()); }
 
-TEST_F(BothRoads, GiveTheSameTree) {
+TEST_F(WaysOfReading, GiveTheSameTree) {
     const std::string dtd =
         "<!DOCTYPE r [<!ELEMENT r ANY><!ELEMENT a ANY><!ELEMENT b (c*)><!ELEMENT c ANY>"
         "<!ATTLIST a d CDATA 'def' f CDATA #FIXED 'fix' i ID #IMPLIED n NMTOKENS ' x  y '>"
@@ -111,18 +111,18 @@ TEST_F(BothRoads, GiveTheSameTree) {
              std::string("<r></r></r>"),
              std::string("<r/>text<r/>"),
          })
-        bothRoads(text, "");
-    EXPECT_EQ(bothRoads("<r><a b='1'>t</a><!--c-->u</r>", ""), 6);
+        sameTree(text, "");
+    EXPECT_EQ(sameTree("<r><a b='1'>t</a><!--c-->u</r>", ""), 6);
     std::string wide = "<r>";
     for (int i = 0; i < 3000; ++i)
         wide += "<e a='" + std::to_string(i) + "' b='x'>" +
                 std::string(static_cast<std::size_t>(i % 50), 'x') + "&amp;</e>\n<f/>";
     wide += "<l>" + std::string(40000, 'y') + "&amp;z<!--c-->w&lt;" + std::string(99, 'v') + "</l>";
-    EXPECT_EQ(bothRoads(wide + "</r>", ""), 2 + 4 * 3000 + 4);
+    EXPECT_EQ(sameTree(wide + "</r>", ""), 2 + 4 * 3000 + 4);
 }
 
 // What the scanner leaves to the engine is read or refused there, as it is where the text is cut off.
-TEST_F(BothRoads, ScanPlainDocumentsAndLeaveTheRest) {
+TEST_F(WaysOfReading, ScanPlainDocumentsAndLeaveTheRest) {
     const struct {
         const char* text;
         bool isPlain;
@@ -200,16 +200,16 @@ TEST_F(BothRoads, ScanPlainDocumentsAndLeaveTheRest) {
         EXPECT_EQ(isPlain(text), c.isPlain) << text;
         EXPECT_EQ(isPlain(text, true), c.isPlainWide) << text;
         for (std::size_t size = 0; size <= text.size(); ++size) {
-            bothRoads(text.substr(0, size), "");
+            sameTree(text.substr(0, size), "");
             isPlain(text.substr(0, size));
             isPlain(text.substr(0, size), true);
         }
-        bothRoadsWide(text);
+        sameTreeOfUtf16(text);
     }
 }
 
 // Around the sizes of the scanner's own buffers.
-TEST_F(BothRoads, PutLongTextsTogether) {
+TEST_F(WaysOfReading, PutLongTextsTogether) {
     for (const char* const piece : {"x", "é", "語", "😀", "&amp;", "\r\n", "\r", "a ", "λό", "&#x1F600;"}) {
         for (std::size_t before = 0; before < 20; ++before) {
             const std::string start(before, '.');
@@ -226,7 +226,7 @@ TEST_F(BothRoads, PutLongTextsTogether) {
     EXPECT_EQ(bothForms("<r>" + std::string(200000, 'y') + "<a/>" + std::string(300, 'z') + "</r>"), 5);
 }
 
-TEST_F(BothRoads, TellNamesApart) {
+TEST_F(WaysOfReading, TellNamesApart) {
     std::string names, attributes, repeated = "<r>";
     for (int i = 20000; i > 0; --i) attributes += " k" + std::to_string(i) + "='" + std::to_string(i) + "'";
     for (int i = 0; i < 3000; ++i) {
@@ -252,22 +252,22 @@ TEST_F(BothRoads, TellNamesApart) {
 }
 
 // What the scanner leaves is read from memory then, as from the file.
-TEST_F(BothRoads, ReadFilesOnceAndWhole) {
+TEST_F(WaysOfReading, ReadFilesOnceAndWhole) {
     const ScratchFolder folder;
     folder.write("part.txt", "part");
     const std::string comment = "<!--" + std::string(5000, 'c') + "-->";
-    EXPECT_EQ(bothRoads("", folder.write("f.xml", comment + "<r>t</r>")), 4);
-    EXPECT_EQ(bothRoads("", folder.write("f.xml", comment + "<!DOCTYPE r [<!ELEMENT r ANY>"
-                                                            "<!ENTITY p SYSTEM 'part.txt'>]><r>&p;</r>")),
+    EXPECT_EQ(sameTree("", folder.write("f.xml", comment + "<r>t</r>")), 4);
+    EXPECT_EQ(sameTree("", folder.write("f.xml", comment + "<!DOCTYPE r [<!ELEMENT r ANY>"
+                                                           "<!ENTITY p SYSTEM 'part.txt'>]><r>&p;</r>")),
         5);
     EXPECT_EQ(
-        bothRoads("", folder.write("f.xml", "<?xml version='1.0' encoding='ISO-8859-1'?><r>\xE9</r>")), 3);
+        sameTree("", folder.write("f.xml", "<?xml version='1.0' encoding='ISO-8859-1'?><r>\xE9</r>")), 3);
     for (const std::string& text :
         {std::string("<r>\xE9</r>"), std::string("<r>\0</r>", 8), std::string("\0<r/>", 5), std::string()})
-        EXPECT_EQ(bothRoads("", folder.write("f.xml", text)), 0) << text;
+        EXPECT_EQ(sameTree("", folder.write("f.xml", text)), 0) << text;
 }
 
-TEST_F(BothRoads, AgreeOnTheXmlOfThisMachine) {
+TEST_F(WaysOfReading, AgreeOnTheXmlOfThisMachine) {
     namespace fs = std::filesystem;
     long files = 0;
     long nodes = 0;
@@ -279,14 +279,14 @@ TEST_F(BothRoads, AgreeOnTheXmlOfThisMachine) {
                            path.extension() == ".xsl" || path.extension() == ".ui";
         if (!isXml || !entry->is_regular_file() || entry->file_size() > 5000000) continue;
         ++files;
-        nodes += bothRoads("", path.string());
+        nodes += sameTree("", path.string());
     }
     std::cout << files << " files, " << nodes << " nodes\n";
     EXPECT_GT(nodes, 0);
 }
 
 // For good: the engine takes it back for no one.
-TEST_F(BothRoads, LeaveOtherLineEndsToTheEngine) {
+TEST_F(WaysOfReading, LeaveOtherLineEndsToTheEngine) {
     EXPECT_TRUE(isPlain("<r>\u0085</r>"));
     xercesc::XMLPlatformUtils::recognizeNEL(true);
     EXPECT_FALSE(isPlain("<r>\u0085</r>"));

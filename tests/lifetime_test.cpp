@@ -115,7 +115,7 @@ TEST(Trees, LetTheirExceptionsOutliveThem) {
     }
 }
 
-TEST(Trees, MayWaitForTheEndOfTheProcess) {
+TEST(Trees, MayBeDroppedAfterMain) {
     keptToTheEnd = parse("<r><a/></r>");
     PelDOMUtilites::releaseUtilities();
     EXPECT_EQ(show(keptToTheEnd), "#9(r(a))");

@@ -68,7 +68,7 @@ static std::string refusal(
 }
 
 // The scanner of plain documents reads what is within the bounds, and leaves the rest to the engine.
-TEST(Limits, AreTheScannersToo) {
+TEST(Limits, HoldForPlainDocumentsToo) {
     services().init();
     const std::string large = "<a " + repeat(10000, "k$='' ") + ">";
     const struct {

@@ -297,7 +297,7 @@ TEST(SavingEncodings, ReadBackWithAndWithoutDeclaration) {
 }
 
 // Pairs fall on both sides of every edge of the buffers.
-TEST(SavingEncodings, CarryEveryCharacterAcrossEveryEdge) {
+TEST(SavingEncodings, KeepEveryCharacterWhereverAPieceEnds) {
     for (const char* name : {"UTF-8", "ISO-8859-1", "Shift_JIS", "UTF-16"})
         for (std::size_t shift = 0; shift < 2; ++shift) {
             std::u16string all(shift, u'a');

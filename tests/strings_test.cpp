@@ -167,7 +167,7 @@ TEST(Formatting, DoesNotDependOnTheLocale) {
 }
 
 // Text is converted in chunks of 2^26 units; a sequence across the cut must not be torn.
-TEST(Conversion, JoinsItsChunksWithoutASeam) {
+TEST(Conversion, GivesTheSameInPieces) {
     constexpr std::size_t chunk = std::size_t{1} << 26;
     for (std::size_t before = chunk - 3; before <= chunk; ++before) {
         const std::string text = std::string(before, 'a') + "\xF0\x9F\x98\x80\x80z";

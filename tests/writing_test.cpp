@@ -280,7 +280,7 @@ static void carryEveryCharacter(const char* encoding, const char* icuName, bool 
     }
 }
 
-TEST(Encodings, CarryEveryCharacterAcrossEveryEdge) {
+TEST(Encodings, KeepEveryCharacterWhereverAPieceEnds) {
     for (const char* name : byteOriented) inNewProcess([&] { carryEveryCharacter(name, name, true); });
     for (const auto& two : wide) inNewProcess([&] { carryEveryCharacter(two.first, two.second, false); });
 }

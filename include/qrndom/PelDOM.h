@@ -21,7 +21,7 @@ public:
         INITIALIZATION_FAILED = 2, ///< The engine refused to start.
         NO_IMPLEMENTATION = 3,     ///< A null handle.
         NULL_NODE = 5,             ///< An operation that needs a node found none.
-        INVALID_VALUE = 6,         ///< An empty name, value or text, or text that is no number.
+        INVALID_VALUE = 6,         ///< An empty name, value or text, or text that is not a number.
         INDEX_OUT_OF_RANGE = 7,    ///< A list position below 0 or not below the length.
         INTERNAL_ERROR = 1000      ///< Content without its node, or a failed output.
     };
