@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Reads files as the library reads them and says all that is wrong with them, a line for each error
+// Reads files as the library reads them and says what is wrong with them, a line for each error
 // and warning; or writes them anew, indented. The manual page tells more.
 
 #include "../examples/outline.h"

@@ -11,7 +11,7 @@
 #include <memory>
 #include <vector>
 
-/// Reads documents with choices, and says all that is wrong with those that it refuses.
+/// Reads documents with choices, and says what is wrong with those that it refuses.
 ///
 /// Owns     its settings and the messages of its latest read.
 /// Lives    as long as the caller likes, and may be used again and again; documents live on
