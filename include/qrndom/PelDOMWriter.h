@@ -24,11 +24,11 @@ class PelDOMNode;
 ///
 /// What is written reads back as the same tree. A document gets an XML declaration, and each of its
 /// children a line end. Within elements nothing is added unless an indent is set. Characters that
-/// the encoding does not hold, and carriage returns, become references, around which a CDATA section
-/// is split; in a comment or instruction a carriage return becomes a line feed. Refused is what no
-/// reader would take: characters that XML forbids, `--` in a comment, half a surrogate pair, a
-/// document without a root; in names, comments and instructions, where references mean nothing, also
-/// characters that the encoding does not hold.
+/// the encoding does not hold, and carriage returns, become references, around which a CDATA
+/// section is split; in a comment or instruction a carriage return becomes a line feed. Refused is
+/// what no reader would take: characters that XML forbids, `--` in a comment, half a surrogate
+/// pair, a document without a root; in names, comments and instructions, where references mean
+/// nothing, also characters that the encoding does not hold.
 class QRNDOM_API PelDOMWriter {
 public:
     /// How lines end: with U+000A, or with U+000D U+000A.
