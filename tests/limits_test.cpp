@@ -202,12 +202,30 @@ TEST(Limits, NameWhatGrowsOutOfProportion) {
 
 TEST(Limits, EndReadsThatTakeTooLongFromWhereverTheyAre) {
     PelXercesReadLimits::Bounds own;
-    own.milliseconds = 20;
+    own.milliseconds = 5;
     own.nanosecondsPerByte = 0;
     for (const std::string& text : {within(repeat(1000000, "<b/>")), within(repeat(1000000, "x<!---->")),
-             "<a " + repeat(200000, "b$='' ") + "/>", withSubset(repeat(50000, "<!ELEMENT e$ ANY>")),
+             "<a " + repeat(200000, "b$='' ") + "/>", withSubset(repeat(90000, "<!ELEMENT e$ ANY>")),
              withSubset("<!ELEMENT b (a" + repeat(3000, ",x$?") + ")>", within("<b/>"))})
         EXPECT_EQ(refusal(text, "", own), "too much processor time") << text.substr(0, 40);
+}
+
+// The engine takes memory where it clears up, and a failure there would end the process.
+TEST(Limits, NeverEndAReadWhereTheEngineClearsUp) {
+    const std::string models =
+        withSubset(repeat(60000, "<!ELEMENT e (a,b)>") + repeat(3000, "<!ELEMENT e$ (a,b)>"));
+    PelXercesReadSettings settings;
+    settings.validation = PelDOMReader::NEVER;
+    settings.bounds.nanosecondsPerByte = settings.bounds.memoryPerByte = 0;
+    for (std::size_t step = 1; step <= 20; ++step) {
+        const bool isTime = step % 2 == 0;
+        settings.bounds.milliseconds = isTime ? 4 * step : 1'000'000;
+        settings.bounds.memory = isTime ? 1'000'000'000 : 200'000 * step + step;
+        PelXercesReader reader(settings);
+        if (!reader.readText("text", models.data(), models.size()))
+            EXPECT_EQ(
+                reader.getMessages().at(0).text, isTime ? "too much processor time" : "too much memory");
+    }
 }
 
 // The engine recurses over a model where it can be large enough to overflow a small stack.

@@ -3,10 +3,11 @@
 
 #include "core/PelPlatform.h"
 
+#include <xercesc/framework/XMLAttr.hpp>
 #include <xercesc/internal/XMLReader.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
-#include <xercesc/util/QName.hpp>
+#include <xercesc/validators/common/ContentSpecNode.hpp>
 
 #include <algorithm>
 #include <chrono>
@@ -65,19 +66,22 @@ void PelXercesReadLimits::addEntity(std::size_t length) {
 }
 
 // Each reference to an entity, wherever it stands, takes one reader; nothing else tells of those in
-// attribute values and in document types. Names are what models and start tags are made of.
+// attribute values and in document types. Models are made of nodes, start tags of attributes;
+// nothing of these sizes is taken where the engine clears up.
 void PelXercesReadLimits::addMemory(std::size_t bytes, std::size_t overhead) {
     const bool isReference = isFor<xercesc::XMLReader>(bytes);
     memory += bytes + overhead;
-    addEvent();
     if (bytes == stateBytes)
         addWork(Work::models, stepsPerState);
     if (isReference) {
         require(++references <= bounds.references, u"too many references to entities");
         addExpansion(longestEntity);
     }
-    if (isWatched || isReference || isFor<xercesc::QName>(bytes))
+    if (isWatched || isReference || isFor<xercesc::ContentSpecNode>(bytes) ||
+        isFor<xercesc::XMLAttr>(bytes)) {
+        addEvent();
         requireMemory();
+    }
 }
 
 void PelXercesReadLimits::addTreeMemory(std::size_t bytes) {

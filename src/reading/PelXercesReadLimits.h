@@ -21,13 +21,13 @@ public:
     struct Bounds {
         std::size_t work = 800'000'000; ///< Steps.
         std::size_t workPerByte = 500;
-        std::size_t memory = std::size_t{72} << 20; ///< Bytes, of the parser and the tree.
+        std::size_t memory = std::size_t{64} << 20; ///< Bytes, of the parser and the tree.
         std::size_t memoryPerByte = 280;
         std::size_t expansion = std::size_t{8} << 20; ///< Characters.
         std::size_t expansionPerByte = 8;
         std::size_t milliseconds =
-            1'800; ///< Of processor time: a last guard for what is not counted.
-        std::size_t nanosecondsPerByte = 950;
+            1'500; ///< Of processor time: a last guard for what is not counted.
+        std::size_t nanosecondsPerByte = 800;
         std::size_t entityExpansions = 50'000;
         std::size_t references = 100'000;
         std::size_t names = 100'000;      ///< Different ones in the tree; declarations of a kind.
@@ -100,8 +100,9 @@ public:
     void removeMemory(std::size_t bytes) noexcept { memory -= bytes; }
     void addTreeMemory(std::size_t bytes);
 
-    /// Memory is bounded at any time only while it is watched. Before, it is where the engine
-    /// begins something; some of its clearing up takes memory, too, and must not fail.
+    /// What is taken of memory ends the read at any time only while it is watched, be it for the
+    /// amount or for the time by then. Else it does where the engine begins something; some of its
+    /// clearing up takes memory, too, and must not fail.
     void watchMemory(bool isToBeWatched) noexcept { isWatched = isToBeWatched; }
 
     /// While an automaton is made, each state takes one table of this size, and these steps.

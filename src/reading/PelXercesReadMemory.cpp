@@ -2,7 +2,7 @@
 #include "reading/PelXercesReadMemory.h"
 
 #include <xercesc/util/PlatformUtils.hpp>
-#include <xercesc/util/QName.hpp>
+#include <xercesc/validators/common/ContentSpecNode.hpp>
 
 #include <cstring>
 #include <new>
@@ -27,10 +27,10 @@ thread_local PelXercesTreeMemory::Report* current = nullptr;
 } // namespace
 
 void* PelXercesReadMemory::allocate(XMLSize_t size) {
-    static const std::size_t nameBytes =
-        sizeof(xercesc::QName) +
+    static const std::size_t modelNodeBytes =
+        sizeof(xercesc::ContentSpecNode) +
         xercesc::XMLPlatformUtils::alignPointerForNewBlockAllocation(sizeof(void*));
-    if (size == nameBytes)
+    if (size == modelNodeBytes)
         names.addDeclaredElements();
     if (size == converterPlaces)
         size *= converterLayers;
