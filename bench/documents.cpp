@@ -13,6 +13,9 @@ namespace {
 constexpr char declaration[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 constexpr char mediaTypes[] = "/usr/share/mime/packages/freedesktop.org.xml";
 
+constexpr const char* makers[] = {"Alder", "Birch", "Cedar", "Dogwood", "Elm"};
+constexpr const char* goods[] = {"kettle", "lantern", "ladder", "notebook", "wheelbarrow"};
+
 // The standard distributions differ between implementations; a remainder does not.
 class Choice {
 public:
@@ -43,8 +46,6 @@ std::string numbered(const char* format, unsigned value) {
 }
 
 void appendProduct(std::string& out, Choice& choice, unsigned number, bool hasReferences) {
-    static const char* const makers[] = {"Alder", "Birch", "Cedar", "Dogwood", "Elm"};
-    static const char* const goods[] = {"kettle", "lantern", "ladder", "notebook", "wheelbarrow"};
     static const char* const phrases[] = {"Made to last. ", "Takes little room. ",
                                           "For use at home, up to 40 °C. ",
                                           "Spare parts in stock. "};
@@ -97,6 +98,18 @@ Document writeDeep() {
     return save("deep", out + "</deep>\n");
 }
 
+// 60,000 elements whose IDs and defaults are declared.
+Document writeDeclared() {
+    std::string out = std::string(declaration) +
+                      "<!DOCTYPE list [\n<!ELEMENT list (item)*>\n<!ELEMENT item (#PCDATA)>\n"
+                      "<!ATTLIST item id ID #REQUIRED kind CDATA \"plain\">\n]>\n<list>";
+    for (int i = 0; i < 60'000; ++i)
+        out += "<item id=\"i" + std::to_string(i) + "\">item " + std::to_string(i) + "</item>";
+    Document document = save("declared", out + "</list>\n");
+    document.hasDoctype = true;
+    return document;
+}
+
 // Long paragraphs of many scripts, most of their characters outside ASCII.
 Document writeScripts() {
     static const char* const words[] = {"θάλασσα", "λόγος",    "ποταμός", "дерево",     "облако",
@@ -127,10 +140,45 @@ Document writeFlat(const std::string& name, int count) {
     return save(name, out + "</list>\n");
 }
 
+std::vector<std::string> makeMessages(int count, int broken) {
+    constexpr std::size_t size = 870;
+    Choice choice;
+    std::vector<std::string> messages;
+    for (int i = 0; i < count; ++i) {
+        std::string message =
+            std::string(declaration) + "<order id=\"" + std::to_string(i) + "\">\n";
+        while (message.size() < size - 120) {
+            message += numbered("  <item pieces=\"%u\"", choice.below(90) + 1);
+            message += numbered(" cents=\"%u\">", choice.below(9000));
+            message += choice.of(goods);
+            message += "</item>\n";
+        }
+        const std::string end = "</note></order>\n";
+        message += "  <note>";
+        message.append(size - message.size() - end.size(), 'x');
+        messages.push_back(message + end);
+        if (broken > 0 && i % (count / broken) == 0)
+            messages.back().replace(size - end.size(), 7, "</nose>");
+    }
+    return messages;
+}
+
+std::vector<Row> makeRows(int count) {
+    Choice choice;
+    std::vector<Row> rows;
+    for (int i = 0; i < count; ++i)
+        rows.push_back({choice.of(goods) + std::to_string(i), choice.of(makers),
+                        std::to_string(choice.below(20000))});
+    return rows;
+}
+
 std::vector<Document> writeDocuments() {
     std::vector<Document> documents = {writeCatalogue("catalogue", 8'400'000),
-                                       writeFlat("flat", 100'000), writeDeep(), writeScripts(),
-                                       save("references", catalogue(4'000'000, true))};
+                                       writeFlat("flat", 100'000),
+                                       writeDeep(),
+                                       writeScripts(),
+                                       save("references", catalogue(4'000'000, true)),
+                                       writeDeclared()};
     if (std::filesystem::exists(mediaTypes))
         documents.push_back({"media_types", mediaTypes, true});
     return documents;

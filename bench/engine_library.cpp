@@ -3,6 +3,7 @@
 
 #include <xercesc/framework/LocalFileFormatTarget.hpp>
 #include <xercesc/framework/LocalFileInputSource.hpp>
+#include <xercesc/framework/MemBufFormatTarget.hpp>
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/parsers/XercesDOMParser.hpp>
 #include <xercesc/sax/HandlerBase.hpp>
@@ -16,13 +17,18 @@ namespace {
 
 class ErrorCount : public xercesc::HandlerBase {
 public:
-    void error(const xercesc::SAXParseException&) override { ++errors; }
-    void fatalError(const xercesc::SAXParseException&) override { ++errors; }
+    void error(const xercesc::SAXParseException& error) override {
+        message = error.getMessage();
+        ++errors;
+    }
+    void fatalError(const xercesc::SAXParseException& failure) override { error(failure); }
 
     int errors = 0;
+    std::u16string message;
 };
 
-Engine::Tree parse(const xercesc::InputSource& source) {
+// Null if the document is refused.
+Engine::Tree tryToParse(const xercesc::InputSource& source) {
     ErrorCount handler;
     xercesc::SecurityManager limits;
     xercesc::XercesDOMParser parser;
@@ -34,9 +40,14 @@ Engine::Tree parse(const xercesc::InputSource& source) {
     parser.setSecurityManager(&limits);
     parser.setErrorHandler(&handler);
     parser.parse(source);
-    if (handler.errors > 0)
+    return Engine::Tree(handler.errors == 0 ? parser.adoptDocument() : nullptr);
+}
+
+Engine::Tree parse(const xercesc::InputSource& source) {
+    Engine::Tree tree = tryToParse(source);
+    if (!tree)
         throw std::runtime_error("the engine refused the document");
-    return Engine::Tree(parser.adoptDocument());
+    return tree;
 }
 
 void visit(const xercesc::DOMNode& node, NodeCount& count) {
@@ -68,6 +79,15 @@ Serializer makeSerializer() {
     return serializer;
 }
 
+void writeTo(xercesc::XMLFormatTarget& target, const Engine::Tree& tree) {
+    const Serializer serializer = makeSerializer();
+    const Output output(xercesc::DOMImplementation::getImplementation()->createLSOutput());
+    output->setByteStream(&target);
+    output->setEncoding(xercesc::XMLUni::fgUTF8EncodingString);
+    if (!serializer->write(tree.get(), output.get()))
+        throw std::runtime_error("the engine did not write");
+}
+
 struct StringRelease {
     void operator()(XMLCh* text) const { xercesc::XMLString::release(&text); }
 };
@@ -94,6 +114,11 @@ Engine::Tree Engine::readText(const std::u16string& text, bool) {
     return parse(source);
 }
 
+Engine::Tree Engine::readBytes(const std::string& utf8) {
+    return tryToParse(xercesc::MemBufInputSource(reinterpret_cast<const XMLByte*>(utf8.data()),
+                                                 utf8.size(), "bytes"));
+}
+
 NodeCount Engine::walk(const Tree& tree) {
     NodeCount count;
     visit(*tree, count);
@@ -101,13 +126,14 @@ NodeCount Engine::walk(const Tree& tree) {
 }
 
 void Engine::writeFile(const Tree& tree, const std::string& path) {
-    const Serializer serializer = makeSerializer();
     xercesc::LocalFileFormatTarget target(path.c_str());
-    const Output output(xercesc::DOMImplementation::getImplementation()->createLSOutput());
-    output->setByteStream(&target);
-    output->setEncoding(xercesc::XMLUni::fgUTF8EncodingString);
-    if (!serializer->write(tree.get(), output.get()))
-        throw std::runtime_error("the engine did not write");
+    writeTo(target, tree);
+}
+
+std::string Engine::writeBytes(const Tree& tree) {
+    xercesc::MemBufFormatTarget target;
+    writeTo(target, tree);
+    return {reinterpret_cast<const char*>(target.getRawBuffer()), target.getLen()};
 }
 
 std::size_t Engine::writeText(const Tree& tree) {

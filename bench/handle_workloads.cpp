@@ -17,28 +17,7 @@ namespace {
 
 constexpr int filledElements = 100'000;
 
-// Loops by index, asking for the length before each step as such loops do.
-
-void loopOver(benchmark::State& state, const PelDOMNodeList& list, long expected) {
-    long seen = 0;
-    for (long i = 0; i < list.length(); ++i) {
-        PelDOMNode node;
-        list.item(i, node);
-        benchmark::DoNotOptimize(node);
-        ++seen;
-    }
-    if (seen != expected)
-        state.SkipWithError("the list has another length");
-}
-
-void loopChildren(benchmark::State& state, const Document& document, long count) {
-    const PelDOMElement root = cachedTree<Qrndom>(document).getDocumentElement();
-    for ([[maybe_unused]] auto step : state) {
-        PelDOMNodeList children;
-        root.getChildNodes(children);
-        loopOver(state, children, count);
-    }
-}
+// Matches by index, asking for the length before each step as such loops do.
 
 void loopTags(benchmark::State& state, const Document& document, long count) {
     const PelDOMElement root = cachedTree<Qrndom>(document).getDocumentElement();
@@ -46,22 +25,15 @@ void loopTags(benchmark::State& state, const Document& document, long count) {
     for ([[maybe_unused]] auto step : state) {
         PelDOMNodeList matches;
         root.getElementsByTagName(tag, matches);
-        loopOver(state, matches, count);
-    }
-}
-
-// The engine's own loop by index takes quadratic time; its sibling pointers are the way round.
-void loopSiblings(benchmark::State& state, const Document& document, long count) {
-    const xercesc::DOMNode* const root = cachedTree<Engine>(document)->getDocumentElement();
-    for ([[maybe_unused]] auto step : state) {
         long seen = 0;
-        for (const xercesc::DOMNode* child = root->getFirstChild(); child != nullptr;
-             child = child->getNextSibling()) {
-            benchmark::DoNotOptimize(child);
+        for (long i = 0; i < matches.length(); ++i) {
+            PelDOMNode node;
+            matches.item(i, node);
+            benchmark::DoNotOptimize(node);
             ++seen;
         }
         if (seen != count)
-            state.SkipWithError("another number of children");
+            state.SkipWithError("another number of matches");
     }
 }
 
@@ -78,7 +50,7 @@ void loopEngineTags(benchmark::State& state, const Document& document, long coun
     }
 }
 
-// Attributes and texts of elements that are at hand.
+// Attributes of elements that are at hand.
 
 std::vector<PelDOMElement> elementsOf(const Document& document, const char* tag) {
     PelDOMNodeList matches;
@@ -123,37 +95,6 @@ void readEngineNumbers(benchmark::State& state, const Document& document) {
         long total = 0;
         for (const xercesc::DOMElement* product : products)
             total += xercesc::XMLString::parseInt(product->getAttribute(u"stock"));
-        benchmark::DoNotOptimize(total);
-        state.counters["total"] = static_cast<double>(total);
-    }
-}
-
-void readTexts(benchmark::State& state, const Document& document) {
-    const std::vector<PelDOMElement> names = elementsOf(document, "name");
-    for ([[maybe_unused]] auto step : state) {
-        long total = 0;
-        for (const PelDOMElement& name : names) {
-            PelString text;
-            name.getChildTextValue(text);
-            total += text.length();
-        }
-        benchmark::DoNotOptimize(total);
-        state.counters["total"] = static_cast<double>(total);
-    }
-}
-
-void readEngineTexts(benchmark::State& state, const Document& document) {
-    const std::vector<const xercesc::DOMElement*> names = engineElementsOf(document, u"name");
-    for ([[maybe_unused]] auto step : state) {
-        std::size_t total = 0;
-        for (const xercesc::DOMElement* name : names) {
-            const xercesc::DOMNode* const child = name->getFirstChild();
-            if (child == nullptr || child->getNextSibling() != nullptr ||
-                child->getNodeType() != xercesc::DOMNode::TEXT_NODE)
-                continue;
-            const std::u16string text = child->getNodeValue();
-            total += text.size();
-        }
         benchmark::DoNotOptimize(total);
         state.counters["total"] = static_cast<double>(total);
     }
@@ -210,15 +151,11 @@ void registerHandleWorkloads(const Document& document) {
         return;
     add("attributes/catalogue/qrndom", readNumbers, document);
     add("attributes/catalogue/engine", readEngineNumbers, document);
-    add("texts/catalogue/qrndom", readTexts, document);
-    add("texts/catalogue/engine", readEngineTexts, document);
     add("fill/100000/qrndom", fill);
     add("fill/100000/engine", fillEngine);
     for (const int count : {1'000, 10'000, 100'000}) {
         const std::string size = std::to_string(count);
         const Document flat = writeFlat("flat_" + size, count);
-        add("children/" + size + "/qrndom", loopChildren, flat, count);
-        add("children/" + size + "/engine", loopSiblings, flat, count);
         add("tags/" + size + "/qrndom", loopTags, flat, count);
         add("tags/" + size + "/engine", loopEngineTags, flat, count);
     }

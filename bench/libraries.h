@@ -48,9 +48,11 @@ struct Engine {
     static Text textOf(const std::string& utf8) { return Text(PelString(utf8.c_str()).view()); }
     static Tree readFile(const Document& document);
     static Tree readText(const Text& text, bool hasDoctype);
+    static Tree readBytes(const std::string& utf8); // null if it is refused
     static NodeCount walk(const Tree& tree);
     static void writeFile(const Tree& tree, const std::string& path);
     static std::size_t writeText(const Tree& tree);
+    static std::string writeBytes(const Tree& tree);
     static std::u16string written(const Tree& tree);
 };
 

@@ -1,10 +1,11 @@
 # SPDX-License-Identifier: MIT
-"""Draws the ratios against their goals, and the growth of time with size, as one SVG."""
+"""Draws the ratios to each library with their goals, and the growth of time with size, as SVG."""
 
 import math
 import statistics
 
-WIDTH, HEIGHT = 1000, 420
+WIDTH = 900
+LIBRARIES = {"engine": "#1b6ca8", "libxml2": "#c05a1c", "tinyxml2": "#3a7d44", "pugixml": "#7b3fa0"}
 COLOURS = {"read": "#1b6ca8", "walk": "#c05a1c", "write": "#3a7d44"}
 
 
@@ -22,28 +23,48 @@ def scale(low, high, start, end):
     return lambda value: start + (end - start) * math.log(max(value, low) / low) / span
 
 
-def ratio_panel(ratios):
-    left, right, top = 240, 480, 50
-    step = (HEIGHT - top - 60) / max(len(ratios), 1)
-    bottom = top + step * len(ratios)
-    x = scale(0.1, 20, left, right)
-    out = [text(20, 25, "Ratios and their goals", extra='font-weight="bold"')]
-    for tick in (0.1, 0.3, 1, 3, 10):
-        out.append(line(x(tick), top, x(tick), bottom, 'stroke="#ddd"'))
+def svg(height, body):
+    return "\n".join([
+        f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {WIDTH} {height:.0f}" '
+        'font-family="sans-serif" font-size="13" fill="#222">',
+        f'<rect width="{WIDTH}" height="{height:.0f}" fill="white"/>',
+        *body,
+        "</svg>\n",
+    ])
+
+
+def draw_ratios(rows, names):
+    """`rows`: (label, {library: ratio with its goal}). Left of 1, QRNDOM is faster."""
+    left, right, top, step = 260, 860, 60, 26
+    bottom = top + step * len(rows)
+    x = scale(0.02, 50, left, right)
+    out = [text(20, 25, "Time of QRNDOM / time of another library", extra='font-weight="bold"')]
+    for place, (library, colour) in enumerate(LIBRARIES.items()):
+        centre = left + 130 * place
+        out.append(f'<circle cx="{centre}" cy="42" r="5" fill="{colour}"/>')
+        out.append(text(centre + 10, 46, names[library]))
+    for tick in (0.03, 0.1, 0.3, 1, 3, 10, 30):
+        style = 'stroke="#222"' if tick == 1 else 'stroke="#ddd"'
+        out.append(line(x(tick), top, x(tick), bottom, style))
         out.append(text(x(tick), bottom + 18, f"{tick:g}", "middle"))
-    for row, ratio in enumerate(ratios):
+    for row, (label, ratios) in enumerate(rows):
         y = top + step * (row + 0.5)
-        colour = "#1b6ca8" if ratio.median <= ratio.goal else "#b3261e"
-        out.append(text(left - 10, y + 4, ratio.label, "end"))
-        out.append(line(x(ratio.goal), y - 9, x(ratio.goal), y + 9, 'stroke="#222" stroke-width="3"'))
-        out.append(line(x(ratio.low), y, x(ratio.high), y, f'stroke="{colour}" stroke-width="3"'))
-        out.append(f'<circle cx="{x(ratio.median):.1f}" cy="{y:.1f}" r="5" fill="{colour}"/>')
-    out.append(text(left, bottom + 38, "dot: median, with quartiles; bar: goal, at most"))
-    return out
+        out.append(text(left - 10, y + 4, label, "end"))
+        out.append(line(left, y, right, y, 'stroke="#eee"'))
+        for library, ratio in ratios.items():
+            colour = LIBRARIES[library]
+            if ratio.goal:
+                goal = x(ratio.goal)
+                out.append(line(goal, y - 9, goal, y + 9, f'stroke="{colour}" stroke-width="3"'))
+            middle = min(max(x(ratio.median), left), right)
+            out.append(f'<circle cx="{middle:.1f}" cy="{y:.1f}" r="5" fill="{colour}"/>')
+    out.append(text(left, bottom + 40, "dot: median; bar of its colour: goal, at most"))
+    return svg(bottom + 55, out)
 
 
-def growth_panel(results):
-    left, right, top, bottom = 570, 880, 50, HEIGHT - 60
+def draw_growth(results):
+    height = 420
+    left, right, top, bottom = 70, 740, 50, height - 60
     curves = {}
     for name, times in results.items():
         workload, size, library = name.split("/")
@@ -51,7 +72,7 @@ def growth_panel(results):
             point = (float(size), statistics.median(times))
             curves.setdefault((workload[len("grow_"):], library), []).append(point)
     if not curves:
-        return []
+        return svg(height, [])
     points = [point for curve in curves.values() for point in curve]
     x = scale(min(p[0] for p in points), max(p[0] for p in points), left, right)
     y = scale(min(p[1] for p in points), max(p[1] for p in points), bottom, top)
@@ -75,15 +96,4 @@ def growth_panel(results):
     for wanted, label, colour in sorted(labels):
         place = max(wanted, place + 15)
         out.append(text(right + 8, place + 4, label, extra=f'fill="{colour}"'))
-    return out
-
-
-def draw(ratios, results):
-    body = ratio_panel(ratios) + growth_panel(results)
-    return "\n".join([
-        f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {WIDTH} {HEIGHT}" '
-        'font-family="sans-serif" font-size="13" fill="#222">',
-        f'<rect width="{WIDTH}" height="{HEIGHT}" fill="white"/>',
-        *body,
-        "</svg>\n",
-    ])
+    return svg(height, out)
