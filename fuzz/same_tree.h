@@ -2,6 +2,8 @@
 #pragma once
 
 #include <xercesc/dom/DOM.hpp>
+#include <xercesc/dom/impl/DOMAttrMapImpl.hpp>
+#include <xercesc/dom/impl/DOMElementImpl.hpp>
 
 #include <string_view>
 
@@ -25,9 +27,27 @@ inline bool areSameAttributes(const xercesc::DOMNode& one, const xercesc::DOMNod
     return same;
 }
 
+// What elements have by default, and get back when they lose it.
+inline bool areSameDefaults(const xercesc::DOMNode& one, const xercesc::DOMNode& two) {
+    if (one.getNodeType() != xercesc::DOMNode::ELEMENT_NODE) return true;
+    const auto& a = static_cast<const xercesc::DOMElementImpl&>(one);
+    const auto& b = static_cast<const xercesc::DOMElementImpl&>(two);
+    const xercesc::DOMAttrMapImpl& left = *a.fDefaultAttributes;
+    const xercesc::DOMAttrMapImpl& right = *b.fDefaultAttributes;
+    bool same =
+        left.getLength() == right.getLength() && a.fAttributes->hasDefaults() == b.fAttributes->hasDefaults();
+    for (XMLSize_t i = 0; same && i < left.getLength(); ++i)
+        same = viewOf(left.item(i)->getNodeName()) == viewOf(right.item(i)->getNodeName()) &&
+               viewOf(left.item(i)->getNodeValue()) == viewOf(right.item(i)->getNodeValue()) &&
+               static_cast<const xercesc::DOMAttr*>(right.item(i))->getSpecified() ==
+                   static_cast<const xercesc::DOMAttr*>(left.item(i))->getSpecified();
+    return same;
+}
+
 inline bool areSameNode(const xercesc::DOMNode& one, const xercesc::DOMNode& two) {
     return one.getNodeType() == two.getNodeType() && viewOf(one.getNodeName()) == viewOf(two.getNodeName()) &&
-           viewOf(one.getNodeValue()) == viewOf(two.getNodeValue()) && areSameAttributes(one, two);
+           viewOf(one.getNodeValue()) == viewOf(two.getNodeValue()) && areSameAttributes(one, two) &&
+           areSameDefaults(one, two);
 }
 
 /// Walks both trees at once by every kind of link and gives the number of nodes, or -1.

@@ -253,11 +253,11 @@ DOMTextImpl& PelPlainNodes::makeText(const XMLCh* units, std::size_t size) {
     return known.makeText(document, place, place + bufferBegin);
 }
 
-DOMNode** PelPlainNodes::makeAttributeList(DOMElementImpl& element, std::size_t size) {
+DOMNode** PelPlainNodes::makeAttributeList(DOMAttrMapImpl& map, std::size_t size) {
     auto* const place = take(sizeof(DOMNodeVector));
     auto** const nodes = static_cast<DOMNode**>(take(size * sizeof(DOMNode*)));
     new (place) List{nodes, size, size};
-    Map::listOf(*element.fAttributes) = static_cast<DOMNodeVector*>(place);
+    Map::listOf(map) = static_cast<DOMNodeVector*>(place);
     return nodes;
 }
 

@@ -28,8 +28,9 @@ public:
     xercesc::DOMAttrImpl& makeAttribute();
     xercesc::DOMTextImpl& makeText(const XMLCh* units, std::size_t size);
 
-    /// The list of an element's attributes, of `size` places, in order of their names.
-    xercesc::DOMNode** makeAttributeList(xercesc::DOMElementImpl& element, std::size_t size);
+    /// The list of the attributes in a map of an element, of `size` places, in order of their
+    /// names.
+    xercesc::DOMNode** makeAttributeList(xercesc::DOMAttrMapImpl& map, std::size_t size);
 
 private:
     struct Moulds;

@@ -103,7 +103,8 @@ bool PelPlainTree::endTag() {
         for (auto next = attributes.begin() + 1; next < attributes.end(); ++next)
             for (auto at = next; at != attributes.begin() && isBefore(*at, *(at - 1)); --at)
                 std::swap(*at, *(at - 1));
-    DOMNode** const list = nodes.makeAttributeList(*levels.back().element, attributes.size());
+    DOMNode** const list =
+        nodes.makeAttributeList(*levels.back().element->fAttributes, attributes.size());
     for (std::size_t i = 0; i < attributes.size(); ++i) {
         list[i] = attributes[i].node;
         if (i > 0 && attributes[i].name.pooled == attributes[i - 1].name.pooled)

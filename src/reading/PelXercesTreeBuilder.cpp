@@ -34,7 +34,6 @@ using Names = PelXercesNameLimits;
 using Work = PelXercesReadLimits::Work;
 using xercesc::DOMAttrImpl;
 using xercesc::DOMElementImpl;
-using xercesc::DOMMemoryManager;
 using xercesc::DOMNode;
 using xercesc::DOMTextImpl;
 using xercesc::XMLString;
@@ -135,6 +134,8 @@ void PelXercesTreeBuilder::startDocument() {
     xercesc::MemoryManager* const own = std::exchange(fMemoryManager, &PelXercesTreeMemory::get());
     XercesDOMParser::startDocument();
     fMemoryManager = own;
+    if (road != Road::engine && PelPlainNodes::areKnown())
+        fast.emplace(*fDocument, names);
 }
 
 void PelXercesTreeBuilder::startElement(const xercesc::XMLElementDecl& declaration,
@@ -148,52 +149,49 @@ void PelXercesTreeBuilder::startElement(const xercesc::XMLElementDecl& declarati
     if (isRoot && getValidationScheme() == Val_Never)
         ScannerAccess::requireEntities(*getScanner());
     names.addStartTag(attributes, count);
-    Attributes sorted(count > longTag ? count : 1, false, fMemoryManager);
-    if (count > longTag)
-        sort(attributes, count, sorted);
-    const Attributes& inOrder = count > longTag ? sorted : attributes;
     for (XMLSize_t i = 0; i < count; ++i)
         requirePairs(attributes.elementAt(i)->getValue());
     growNameTable(count + 1);
-    const bool isPlain = road != Road::engine && fWithinElement && !declaration.hasAttDefs() &&
-                         fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE;
-    if (isPlain) {
-        makeElement(declaration.getFullName(), inOrder, count, isEmpty);
-    } else {
-        addDefaults(declaration, attributes, count);
-        forgetIds(attributes, count);
-        XercesDOMParser::startElement(declaration, uriId, prefix, inOrder, count, isEmpty, isRoot);
-        reportElement();
-    }
+    addDefaults(declaration, attributes, count);
+    if (!makeElement(declaration, attributes, count, isEmpty))
+        makeEnginesElement(declaration, uriId, prefix, attributes, count, isEmpty, isRoot);
 }
 
-void PelXercesTreeBuilder::makeElement(const XMLCh* name, const Attributes& attributes,
-                                       XMLSize_t count, bool isEmpty) {
-    auto* const element =
-        new (fDocument, DOMMemoryManager::ELEMENT_OBJECT) DOMElementImpl(fDocument, name);
-    if (count > 0)
-        element->fAttributes->reserve(count);
-    for (XMLSize_t i = 0; i < count; ++i) {
-        const xercesc::XMLAttr& source = *attributes.elementAt(i);
-        auto* const attribute =
-            new (fDocument, DOMMemoryManager::ATTR_OBJECT) DOMAttrImpl(fDocument, source.getName());
-        element->fAttributes->setNamedItemFast(attribute);
-        PelXercesLinks::append(*attribute, *new (fDocument, DOMMemoryManager::TEXT_OBJECT)
-                                               DOMTextImpl(fDocument, source.getValue()));
-        attribute->setSpecified(source.getSpecified());
-        names.addAttribute(attribute->fName);
-    }
-    names.addElement(element->fName);
+// False where the engine has to make it.
+bool PelXercesTreeBuilder::makeElement(const xercesc::XMLElementDecl& declaration,
+                                       const Attributes& attributes, XMLSize_t count,
+                                       bool isEmpty) {
+    if (!fast || !fWithinElement || fCurrentParent->getNodeType() != DOMNode::ELEMENT_NODE)
+        return false;
+    DOMElementImpl* const element = fast->makeElement(declaration, attributes, count);
+    if (element == nullptr)
+        return false;
     PelXercesLinks::append(*static_cast<DOMElementImpl*>(fCurrentParent), *element);
     fCurrentNode = element;
     if (!isEmpty)
         fCurrentParent = element;
+    return true;
+}
+
+void PelXercesTreeBuilder::makeEnginesElement(const xercesc::XMLElementDecl& declaration,
+                                              unsigned int uriId, const XMLCh* prefix,
+                                              const Attributes& attributes, XMLSize_t count,
+                                              bool isEmpty, bool isRoot) {
+    Attributes sorted(count > longTag ? count : 1, false, fMemoryManager);
+    if (count > longTag)
+        sort(attributes, count, sorted);
+    forgetIds(attributes, count);
+    XercesDOMParser::startElement(declaration, uriId, prefix, count > longTag ? sorted : attributes,
+                                  count, isEmpty, isRoot);
+    reportElement();
+    if (fast)
+        fast->learn(declaration, *static_cast<DOMElementImpl*>(fCurrentNode));
 }
 
 void PelXercesTreeBuilder::endElement(const xercesc::XMLElementDecl& declaration,
                                       unsigned int uriId, bool isRoot, const XMLCh* prefix) {
     endText();
-    if (road != Road::engine && fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE) {
+    if (fast && fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE) {
         const auto* const element = static_cast<DOMElementImpl*>(fCurrentParent);
         DOMNode* const parent = element->fNode.fOwnerNode;
         if (element->fNode.isOwned() && parent->getNodeType() == DOMNode::ELEMENT_NODE) {
@@ -210,7 +208,7 @@ void PelXercesTreeBuilder::endElement(const xercesc::XMLElementDecl& declaration
 // made at the text's end. Long texts, of which there are few, grow by themselves from there.
 void PelXercesTreeBuilder::docCharacters(const XMLCh* text, XMLSize_t length, bool isCdata) {
     limits.addEvent();
-    const bool isText = road != Road::engine && fWithinElement && !isCdata &&
+    const bool isText = fast && fWithinElement && !isCdata &&
                         fCurrentNode->getNodeType() != DOMNode::TEXT_NODE &&
                         fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE;
     if (isText) {
@@ -444,9 +442,8 @@ void PelXercesTreeBuilder::requirePairs(const XMLCh* literal) {
 void PelXercesTreeBuilder::endText() {
     if (pendingText.empty())
         return;
-    auto* const node = new (fDocument, DOMMemoryManager::TEXT_OBJECT)
-        DOMTextImpl(fDocument, pendingText.data(), pendingText.size());
-    PelXercesLinks::append(*static_cast<DOMElementImpl*>(fCurrentParent), *node);
-    fCurrentNode = node;
+    DOMTextImpl& node = fast->makeText(pendingText.data(), pendingText.size());
+    PelXercesLinks::append(*static_cast<DOMElementImpl*>(fCurrentParent), node);
+    fCurrentNode = &node;
     pendingText.clear();
 }

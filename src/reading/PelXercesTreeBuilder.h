@@ -1,21 +1,23 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "reading/PelXercesFastNodes.h"
 #include "reading/PelXercesReadMemory.h"
 #include "reading/PelXercesSubset.h"
 #include "xerces/PelXercesLinks.h"
 
 #include <xercesc/parsers/XercesDOMParser.hpp>
 
+#include <optional>
 #include <string>
 
 /// The engine's parser, building a tree that is ready to be shared: the tree's memory is that of
 /// all trees, while the parser's own goes with the read.
 ///
-/// On the fast road it makes and links elements, their attributes and character data itself,
-/// without the run-time casts on which the engine spends most of a read. Whatever else there is
-/// (the root, elements with declared attributes, CDATA sections, comments, instructions, document
-/// types) goes the engine's road. The tree is the same either way, as it is on the plain road,
+/// On the fast road it links elements, their attributes and character data itself, made by
+/// PelXercesFastNodes, without the run-time casts on which the engine spends most of a read.
+/// Whatever else there is (the root, CDATA sections, comments, instructions, document types) goes
+/// the engine's road. The tree is the same either way, as it is on the plain road,
 /// where PelPlainScanner makes it if it can.
 ///
 /// It also tells the read's limits what it sees of entities, defaults and declarations.
@@ -71,8 +73,11 @@ public:
 private:
     using Attributes = xercesc::RefVectorOf<xercesc::XMLAttr>;
 
-    void makeElement(const XMLCh* name, const Attributes& attributes, XMLSize_t count,
-                     bool isEmpty);
+    bool makeElement(const xercesc::XMLElementDecl& declaration, const Attributes& attributes,
+                     XMLSize_t count, bool isEmpty);
+    void makeEnginesElement(const xercesc::XMLElementDecl& declaration, unsigned int uriId,
+                            const XMLCh* prefix, const Attributes& attributes, XMLSize_t count,
+                            bool isEmpty, bool isRoot);
     static void sort(const Attributes& attributes, XMLSize_t count, Attributes& sorted);
     void forgetIds(const Attributes& attributes, XMLSize_t count);
     void reportHere(const XMLCh* text);
@@ -95,4 +100,5 @@ private:
     bool isInSubset = false;
     std::size_t namePlaces = 257;
     std::u16string pendingText;
+    std::optional<PelXercesFastNodes> fast; // none: the engine's road
 };

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#include "reading/PelXercesFastNodes.h"
+
+#include "xerces/PelXercesLinks.h"
+
+#include <xercesc/util/XMLString.hpp>
+
+#include <algorithm>
+
+using xercesc::DOMAttrImpl;
+using xercesc::DOMAttrMapImpl;
+using xercesc::DOMElementImpl;
+using xercesc::XMLElementDecl;
+using xercesc::XMLString;
+
+namespace {
+
+bool isBefore(const DOMAttrImpl* one, const DOMAttrImpl* two) {
+    return XMLString::compareString(one->fName, two->fName) < 0;
+}
+
+} // namespace
+
+const PelXercesFastNodes::Model* PelXercesFastNodes::modelOf(const XMLElementDecl& declaration) {
+    const auto found = models.find(&declaration);
+    if (found != models.end())
+        return &found->second;
+    if (declaration.hasAttDefs())
+        return nullptr;
+    const XMLCh* const name = pool.getPooledString(declaration.getFullName());
+    return &models.emplace(&declaration, Model{name, nullptr}).first->second;
+}
+
+DOMElementImpl* PelXercesFastNodes::makeElement(const XMLElementDecl& declaration,
+                                                const Attributes& attributes, XMLSize_t count) {
+    const Model* const model = modelOf(declaration);
+    if (model == nullptr)
+        return nullptr;
+    DOMElementImpl& element = nodes.makeElement();
+    element.fName = model->name;
+    names.addElement(element.fName);
+    if (model->element != nullptr && model->element->fAttributes->hasDefaults())
+        addDefaults(element, *model->element);
+    for (XMLSize_t i = 0; i < count; ++i) {
+        const xercesc::XMLAttr& source = *attributes.elementAt(i);
+        addAttribute(element, pool.getPooledString(source.getName()), source.getValue(),
+                     source.getSpecified());
+    }
+    for (const DOMAttrImpl* const attribute : pending)
+        names.addAttribute(attribute->fName);
+    keepAttributes(*element.fAttributes);
+    return &element;
+}
+
+void PelXercesFastNodes::addAttribute(DOMElementImpl& element, const XMLCh* name,
+                                      const XMLCh* value, bool isSpecified) {
+    DOMAttrImpl& attribute = nodes.makeAttribute();
+    attribute.fName = name;
+    attribute.fNode.fOwnerNode = &element;
+    attribute.fNode.isOwned(true);
+    attribute.fNode.isSpecified(isSpecified);
+    PelXercesLinks::append(attribute, makeText(value, XMLString::stringLen(value)));
+    pending.push_back(&attribute);
+}
+
+// What removed attributes become again. The scanner adds to a start tag what it does not have of
+// them.
+void PelXercesFastNodes::addDefaults(DOMElementImpl& element, const DOMElementImpl& model) {
+    const DOMAttrMapImpl& defaults = *model.fDefaultAttributes;
+    for (XMLSize_t i = 0; i < defaults.getLength(); ++i) {
+        const auto& attribute = static_cast<const DOMAttrImpl&>(*defaults.item(i));
+        addAttribute(element, attribute.fName, PelXercesLinks::valueOf(attribute),
+                     attribute.fNode.isSpecified());
+    }
+    keepAttributes(*element.fDefaultAttributes);
+    element.fDefaultAttributes->hasDefaults(model.fDefaultAttributes->hasDefaults());
+    element.fAttributes->hasDefaults(true);
+}
+
+// The engine keeps attributes in the order of their names. A name that a tag has twice is an error,
+// and then nobody gets to see the tree.
+void PelXercesFastNodes::keepAttributes(DOMAttrMapImpl& map) {
+    if (pending.empty())
+        return;
+    std::sort(pending.begin(), pending.end(), isBefore);
+    std::copy(pending.begin(), pending.end(), nodes.makeAttributeList(map, pending.size()));
+    pending.clear();
+}
