@@ -109,7 +109,7 @@ TEST(Saving, WritesEveryKindOfNodeByItself) {
     EXPECT_EQ(saved(childAt(services().createDocument("r"), 0)), declared);
     PelDOMNode attribute;
     PelXercesDOMNode::give(
-        PelXercesDOMNode::of(*root.getNodeImp()).to(engineOf(document).createAttribute(u"k")), attribute);
+        PelXercesDOMNode::of(*root.getNodeImp()), engineOf(document).createAttribute(u"k"), attribute);
     EXPECT_EQ(saved(attribute), "internal: a node of this kind is not written by itself");
     EXPECT_EQ(saved(PelDOMNode()), "null-node: there is no node to write");
 }

@@ -168,7 +168,7 @@ TEST(Writing, WritesWhatOnlyProgramsCanMake) {
         append(document, childAt(document, 0));
         EXPECT_EQ(written(toString, document, 1), "\n<r>\n<e></e>&ref;</r>\n" + declaration + "\n\n\n");
         testing::internal::CaptureStderr();
-        PelXercesDOMNode::give(node.to(engine.createAttribute(u"k")), document);
+        PelXercesDOMNode::give(node, engine.createAttribute(u"k"), document);
         EXPECT_EQ(written(toString, document), "");
         EXPECT_EQ(testing::internal::GetCapturedStderr(), "Unrecognized node type = 2\n");
     });

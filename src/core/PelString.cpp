@@ -174,9 +174,13 @@ void PelString::replace(std::u16string&& changed) noexcept {
     dropForms();
 }
 
+// Nobody else reads the string at that time. Few strings have these forms, and an exchange takes
+// longer than all the rest of a short string.
 void PelString::dropForms() noexcept {
-    delete[] wideForm.exchange(nullptr, std::memory_order_relaxed);
-    delete[] narrowForm.exchange(nullptr, std::memory_order_relaxed);
+    if (wideForm.load(std::memory_order_relaxed) != nullptr)
+        delete[] wideForm.exchange(nullptr, std::memory_order_relaxed);
+    if (narrowForm.load(std::memory_order_relaxed) != nullptr)
+        delete[] narrowForm.exchange(nullptr, std::memory_order_relaxed);
 }
 
 PelString operator+(const PelString& left, const PelString& right) {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "core/PelLog.h"
 #include "core/PelNumberScan.h"
 #include "core/PelNumberText.h"
 #include "model/PelDOMElementImp.h"
@@ -162,7 +163,12 @@ PelDOM::Error PelDOMElement::getAttribute(const PelString& name, double& value) 
     return scanNumber(getAttribute(name), value);
 }
 
+// Traces tell of a list, a child and its text, and so does the log of a child that is no text:
+// only where neither is written, the text can come without them.
 PelDOM::Error PelDOMElement::getChildTextValue(PelString& value) const {
+    PelDOMElementImp* const content = imp();
+    if (PelLog::mode < 2 && content != nullptr && content->getOnlyText(value))
+        return PelDOM::SUCCESS;
     PelDOMNodeList children;
     if (getChildNodes(children) != PelDOM::SUCCESS || children.length() != 1)
         return PelDOM::INVALID_VALUE;

@@ -51,4 +51,8 @@ public:
     virtual std::vector<PelDOMAttribute> getAttributes() = 0;
 
     virtual PelString lookupNamespaceURI(const PelString& prefix) = 0;
+
+    /// Sets `value` to the text that is the only child; false, with `value` as it was, when there
+    /// is no such child. Writes no line to the log.
+    virtual bool getOnlyText(PelString& value) = 0;
 };

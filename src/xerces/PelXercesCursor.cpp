@@ -30,7 +30,7 @@ bool PelXercesCursor::step() {
             next = nullptr;
         else
             next = isDeep() ? PelXercesWalk::nextInTree(*selected.root.getNode(), next)
-                            : next->getNextSibling();
+                            : PelXercesLinks::nextOf(*next);
         PelXercesLinks::fetch(next);
     }
     present = selected.root.to(found);
@@ -69,9 +69,9 @@ bool PelXercesCursor::isWithin(const DOMNode* node, const DOMNode* top) const {
     return node == top;
 }
 
-bool PelXercesCursor::isSelected(const DOMNode& node) const {
+bool PelXercesCursor::isSelected(const DOMNode& node) {
     return selected.kind == PelXercesSelected::CHILDREN ||
-           PelXercesWalk::isElement(node, selected.name);
+           PelXercesWalk::isElement(node, selected.name, pooledName);
 }
 
 std::shared_ptr<PelDOMCursor> PelXercesChildElements::walk() const {

@@ -31,11 +31,12 @@ private:
     void follow(const PelXercesChanges::Change& change) noexcept override;
     bool isDeep() const;
     bool isWithin(const xercesc::DOMNode* node, const xercesc::DOMNode* top) const;
-    bool isSelected(const xercesc::DOMNode& node) const;
+    bool isSelected(const xercesc::DOMNode& node);
 
     const PelXercesSelected selected;
     xercesc::DOMNode* next = nullptr; // null when nothing is to come
     xercesc::DOMNode* last = nullptr;
+    const XMLCh* pooledName = nullptr; // null: no node has matched
     PelXercesNodeRef present;
 };
 

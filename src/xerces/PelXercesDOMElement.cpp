@@ -15,6 +15,9 @@
 
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
+#include <xercesc/dom/DOMText.hpp>
+
+#include <string_view>
 
 using xercesc::DOMElement;
 
@@ -104,7 +107,7 @@ int PelXercesDOMElement::getElementsByTagName(const PelString& name, PelDOMNodeL
     const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
     if (node == nullptr)
         return 0;
-    PelXercesDOMNodeList::give(PelXercesList::ofElements(*node, name.view()), out);
+    out = PelDOMNodeList(new PelXercesDOMNodeList(*node, name.view()));
     return static_cast<int>(out.length());
 }
 
@@ -115,7 +118,7 @@ PelDOMNodeImp* PelXercesDOMElement::getElement(PelDOMNodeImp::Relative start,
         return nullptr;
     xercesc::DOMNode* const found =
         PelXercesWalk::elementFrom(*node->getNode(), start, name.view());
-    return PelXercesDOMNode::quietly(node->to(found));
+    return PelXercesDOMNode::quietly(*node, found);
 }
 
 PelDOM::Error PelXercesDOMElement::setTagName(const PelString& name) {
@@ -147,6 +150,17 @@ PelString PelXercesDOMElement::lookupNamespaceURI(const PelString& prefix) {
     const DOMElement* const element = elementOf(*this);
     return element != nullptr ? PelXercesContent::namespaceOf(*element, prefix.view())
                               : PelString();
+}
+
+bool PelXercesDOMElement::getOnlyText(PelString& value) {
+    const DOMElement* const element = elementOf(*this);
+    xercesc::DOMNode* const child = element != nullptr ? element->getFirstChild() : nullptr;
+    if (child == nullptr || PelXercesLinks::nextOf(*child) != nullptr ||
+        PelXercesLinks::typeOf(*child) != xercesc::DOMNode::TEXT_NODE)
+        return false;
+    const auto& text = static_cast<const xercesc::DOMText&>(*child);
+    value = PelString(std::u16string_view(text.getData(), text.getLength()));
+    return true;
 }
 
 std::shared_ptr<const PelDOMSelection>

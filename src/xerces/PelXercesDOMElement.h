@@ -22,4 +22,5 @@ public:
     std::shared_ptr<const PelDOMSelection> getChildElements(const PelString& name) override;
     std::vector<PelDOMAttribute> getAttributes() override;
     PelString lookupNamespaceURI(const PelString& prefix) override;
+    bool getOnlyText(PelString& value) override;
 };

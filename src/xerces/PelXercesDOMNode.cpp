@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/PelXercesDOMNode.h"
 
+#include "core/PelLog.h"
 #include "xerces/PelXercesContent.h"
 #include "xerces/PelXercesCopy.h"
 #include "xerces/PelXercesDOMDocument.h"
@@ -62,31 +63,40 @@ template <class Where>
 PelDOMNodeContentImp* makeContent(PelDOM::NodeType type, Where where) {
     PelDOMNodeContentImp* const content = makeQuietly(type, where);
     if (content == nullptr)
-        PelDOM::error(PelString().format(u"PelXercesDOMNode::createContentImp(%d) failed",
-                                         static_cast<int>(type)),
-                      nullptr);
+        PelXercesDOMNode::noteMissingContent(type);
     return content;
 }
 
 } // namespace
 
-PelXercesDOMNode::PelXercesDOMNode(const PelXercesNodeRef& engineNode)
-    : PelDOMNodeImp(makeContent(engineNode.getType(), InTheNode{room})), node(engineNode) {
+PelXercesDOMNode::PelXercesDOMNode(const PelXercesNodeRef& origin, xercesc::DOMNode* engineNode)
+    : PelDOMNodeImp(makeContent(PelXercesNodeRef::typeOf(engineNode), InTheNode{room})),
+      node(origin.to(engineNode)) {
 }
 
-PelXercesDOMNode::PelXercesDOMNode(const PelXercesNodeRef& engineNode, Quietly)
-    : PelDOMNodeImp(makeQuietly(engineNode.getType(), InTheNode{room})), node(engineNode) {
+PelXercesDOMNode::PelXercesDOMNode(const PelXercesNodeRef& origin, xercesc::DOMNode* engineNode,
+                                   Quietly /*unused*/)
+    : PelDOMNodeImp(makeQuietly(PelXercesNodeRef::typeOf(engineNode), InTheNode{room})),
+      node(origin.to(engineNode)) {
 }
 
-PelXercesDOMNode* PelXercesDOMNode::quietly(const PelXercesNodeRef& engineNode) {
-    return engineNode ? new PelXercesDOMNode(engineNode, Quietly()) : nullptr;
+PelXercesDOMNode* PelXercesDOMNode::quietly(const PelXercesNodeRef& origin,
+                                            xercesc::DOMNode* engineNode) {
+    return engineNode != nullptr ? new PelXercesDOMNode(origin, engineNode, Quietly()) : nullptr;
+}
+
+void PelXercesDOMNode::noteMissingContent(PelDOM::NodeType type) {
+    if (PelLog::takesMessages())
+        PelDOM::error(PelString().format(u"PelXercesDOMNode::createContentImp(%d) failed",
+                                         static_cast<int>(type)),
+                      nullptr);
 }
 
 PelDOM::Error PelXercesDOMNode::getOwnerDocument(PelDOMDocument& out) {
     if (!node)
         return PelDOM::NULL_NODE;
     xercesc::DOMNode* const document = node.getDocument();
-    give(node.to(node.getNode() != document ? document : nullptr), out);
+    give(node, node.getNode() != document ? document : nullptr, out);
     return PelDOM::SUCCESS;
 }
 
@@ -101,7 +111,7 @@ PelDOM::Error PelXercesDOMNode::appendChild(PelDOMNode& child) {
 PelDOM::Error PelXercesDOMNode::getParentNode(PelDOMNode& out) {
     if (!node)
         return PelDOM::NULL_NODE;
-    give(node.to(node->getParentNode()), out);
+    give(node, node->getParentNode(), out);
     return PelDOM::SUCCESS;
 }
 
@@ -112,7 +122,7 @@ PelDOM::NodeType PelXercesDOMNode::getNodeType() {
 PelDOM::Error PelXercesDOMNode::getChildNodes(PelDOMNodeList& out) {
     if (!node)
         return PelDOM::NULL_NODE;
-    PelXercesDOMNodeList::give(PelXercesList::ofChildren(node), out);
+    out = PelDOMNodeList(new PelXercesDOMNodeList(node));
     return PelDOM::SUCCESS;
 }
 
@@ -125,7 +135,7 @@ PelDOMNodeContentImp* PelXercesDOMNode::createContentImp(const PelDOM::NodeType&
 }
 
 PelDOMNodeImp* PelXercesDOMNode::getRelative(Relative which) const {
-    return node ? quietly(node.to(PelXercesWalk::relativeOf(*node.getNode(), which))) : nullptr;
+    return node ? quietly(node, PelXercesWalk::relativeOf(*node.getNode(), which)) : nullptr;
 }
 
 bool PelXercesDOMNode::hasChildNodes() const {
@@ -153,11 +163,11 @@ PelDOM::Error PelXercesDOMNode::setTextContent(const PelString& text) {
 }
 
 PelDOMNodeListImp* PelXercesDOMNode::listChildren() const {
-    return node ? new PelXercesDOMNodeList(PelXercesList::ofChildren(node)) : nullptr;
+    return node ? new PelXercesDOMNodeList(node) : nullptr;
 }
 
 PelDOMNodeListImp* PelXercesDOMNode::listElements(const PelString& name) const {
-    return node ? new PelXercesDOMNodeList(PelXercesList::ofElements(node, name.view())) : nullptr;
+    return node ? new PelXercesDOMNodeList(node, name.view()) : nullptr;
 }
 
 PelDOM::Error PelXercesDOMNode::insertBefore(const PelDOMNode& child, const PelDOMNode& before) {

@@ -4,6 +4,8 @@
 #include "model/PelDOMNodeImp.h"
 #include "xerces/PelXercesNodeRef.h"
 
+#include <utility>
+
 class PelDOMNodeContentImp;
 
 /// Room for a node's content in the node itself: node and content take one allocation. It comes
@@ -19,7 +21,11 @@ protected:
 /// Over no node, every operation answers NULL_NODE and changes nothing.
 class PelXercesDOMNode final : private PelXercesContentRoom, public PelDOMNodeImp {
 public:
-    explicit PelXercesDOMNode(const PelXercesNodeRef& engineNode);
+    explicit PelXercesDOMNode(const PelXercesNodeRef& engineNode)
+        : PelXercesDOMNode(engineNode, engineNode.getNode()) {}
+
+    /// Over another node of the same tree, or none.
+    PelXercesDOMNode(const PelXercesNodeRef& origin, xercesc::DOMNode* engineNode);
 
     PelDOM::Error getOwnerDocument(PelDOMDocument& out) override;
     PelDOM::Error appendChild(PelDOMNode& child) override;
@@ -44,7 +50,10 @@ public:
     PelDOMNodeImp* copyNode(bool deep) const override;
 
     /// A new object over a node, for calls that write no line to the log; null for no node.
-    static PelXercesDOMNode* quietly(const PelXercesNodeRef& engineNode);
+    static PelXercesDOMNode* quietly(const PelXercesNodeRef& engineNode) {
+        return quietly(engineNode, engineNode.getNode());
+    }
+    static PelXercesDOMNode* quietly(const PelXercesNodeRef& origin, xercesc::DOMNode* engineNode);
 
     const PelXercesNodeRef& getDOMNode() const noexcept { return node; }
 
@@ -59,17 +68,23 @@ public:
     /// The engine node that a content object works on; null when the content has no owner.
     static const PelXercesNodeRef* of(const PelDOMNodeContentImp& content);
 
-    /// Puts a handle to `engineNode` into a caller's handle.
+    /// Writes the line of the log that tells of a node without content.
+    static void noteMissingContent(PelDOM::NodeType type);
+
+    /// Puts a handle to a node of the tree of `origin`, or to none, into a caller's handle. The log
+    /// shows an assignment, which asks a second time for content that there is not.
     template <class Handle>
-    static void give(const PelXercesNodeRef& engineNode, Handle& out) {
-        Handle temporary(new PelXercesDOMNode(engineNode));
-        out = temporary;
+    static void give(const PelXercesNodeRef& origin, xercesc::DOMNode* engineNode, Handle& out) {
+        Handle temporary(new PelXercesDOMNode(origin, engineNode));
+        out = std::move(temporary);
+        if (out.getContentImp() == nullptr)
+            noteMissingContent(out.getNodeType());
     }
 
 private:
     struct Quietly {};
 
-    PelXercesDOMNode(const PelXercesNodeRef& engineNode, Quietly);
+    PelXercesDOMNode(const PelXercesNodeRef& origin, xercesc::DOMNode* engineNode, Quietly);
 
     const PelXercesNodeRef node;
 };

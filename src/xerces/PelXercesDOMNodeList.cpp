@@ -9,13 +9,10 @@
 
 #include <utility>
 
-PelXercesDOMNodeList::PelXercesDOMNodeList(PelXercesList engineList) : list(std::move(engineList)) {
-}
-
 PelDOM::Error PelXercesDOMNodeList::item(long index, PelDOMNode& out) {
     if (index < 0 || index >= length())
         return PelDOM::INDEX_OUT_OF_RANGE;
-    PelXercesDOMNode::give(list.item(static_cast<std::size_t>(index)), out);
+    PelXercesDOMNode::give(list.getRoot(), list.item(static_cast<std::size_t>(index)), out);
     return PelDOM::SUCCESS;
 }
 
@@ -34,9 +31,4 @@ bool PelXercesDOMNodeList::isSameList(const PelDOMListImp& other) const noexcept
 
 std::shared_ptr<PelDOMCursor> PelXercesDOMNodeList::walk() const {
     return std::make_shared<PelXercesCursor>(list.getSelected());
-}
-
-void PelXercesDOMNodeList::give(PelXercesList engineList, PelDOMNodeList& out) {
-    PelDOMNodeList temporary(new PelXercesDOMNodeList(std::move(engineList)));
-    out = temporary;
 }

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <typeinfo>
 #include <utility>
 
 /// The links between the engine's nodes, set and followed without the run-time casts on which the
@@ -98,11 +99,33 @@ public:
     /// Nodes of a large tree are rarely in the cache. This brings in the two lines that hold a
     /// node's class and links while other work goes on; null does nothing.
     static void fetch(const xercesc::DOMNode* node) {
-        constexpr std::size_t cacheLine = 64;
-        if (node == nullptr)
-            return;
-        __builtin_prefetch(node);
-        __builtin_prefetch(reinterpret_cast<const char*>(node) + cacheLine);
+        if (node != nullptr)
+            fetchLines(reinterpret_cast<const char*>(node));
+    }
+
+    /// The same for what comes a little after a node in document order, which in a tree that was
+    /// read lies a little behind it.
+    static void fetchBehind(const xercesc::DOMNode& node) {
+        const char* const place = reinterpret_cast<const char*>(&node);
+        for (const int distance : {512, 1024})
+            fetchLines(place + distance);
+    }
+
+    /// As the node's own functions. Elements and texts, most of all, need no virtual call.
+    static xercesc::DOMNode::NodeType typeOf(const xercesc::DOMNode& node) {
+        const std::type_info* const type = &typeid(node);
+        if (type == &typeid(xercesc::DOMElementImpl))
+            return xercesc::DOMNode::ELEMENT_NODE;
+        return type == &typeid(xercesc::DOMTextImpl) ? xercesc::DOMNode::TEXT_NODE
+                                                     : node.getNodeType();
+    }
+    static xercesc::DOMNode* nextOf(xercesc::DOMNode& node) {
+        const std::type_info* const type = areKnown ? &typeid(node) : nullptr;
+        if (type == &typeid(xercesc::DOMElementImpl))
+            return static_cast<xercesc::DOMElementImpl&>(node).fChild.nextSibling;
+        return type == &typeid(xercesc::DOMTextImpl)
+                   ? static_cast<xercesc::DOMTextImpl&>(node).fChild.nextSibling
+                   : node.getNextSibling();
     }
 
     /// The one text that an attribute consists of; null when it does not, or that is not known.
@@ -169,6 +192,12 @@ public:
             }
         document.*Table::chains() = chains;
         return places = more;
+    }
+
+    static void fetchLines(const char* place) {
+        constexpr std::size_t cacheLine = 64;
+        __builtin_prefetch(place);
+        __builtin_prefetch(place + cacheLine);
     }
 
     static xercesc::DOMChildNode& linksOf(xercesc::DOMNode* child) {

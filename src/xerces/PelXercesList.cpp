@@ -6,6 +6,13 @@
 
 using xercesc::DOMNode;
 
+namespace {
+
+// As many children lie close to one another. What is fetched for more is gone before it is used.
+constexpr std::size_t fewChildren = 64;
+
+} // namespace
+
 PelXercesList PelXercesList::ofChildren(const PelXercesNodeRef& parent) {
     return {parent, true, {}};
 }
@@ -34,7 +41,8 @@ std::size_t PelXercesList::length() {
     if (!knowsLength) {
         knownLength = 0;
         for (DOMNode* node = first(); node != nullptr; node = next(node)) {
-            PelXercesLinks::fetch(node);
+            if (ofChildNodes && knownLength - 1 < fewChildren)
+                PelXercesLinks::fetchBehind(*node);
             ++knownLength;
         }
         knowsLength = true;
@@ -42,7 +50,7 @@ std::size_t PelXercesList::length() {
     return knownLength;
 }
 
-PelXercesNodeRef PelXercesList::item(std::size_t index) {
+DOMNode* PelXercesList::item(std::size_t index) {
     if (place == nullptr || index < placeIndex / 2) {
         place = first();
         placeIndex = 0;
@@ -55,8 +63,7 @@ PelXercesNodeRef PelXercesList::item(std::size_t index) {
         place = next(place);
     for (; placeIndex > index; --placeIndex)
         place = previous(place);
-    PelXercesLinks::fetch(place->getNextSibling());
-    return root.to(place);
+    return place;
 }
 
 DOMNode* PelXercesList::first() const {
@@ -72,7 +79,7 @@ DOMNode* PelXercesList::last() const {
 
 DOMNode* PelXercesList::next(DOMNode* node) const {
     if (ofChildNodes)
-        return node->getNextSibling();
+        return PelXercesLinks::nextOf(*node);
     do {
         node = PelXercesWalk::nextInTree(*root.getNode(), node);
     } while (node != nullptr && !matches(*node));
@@ -89,7 +96,7 @@ DOMNode* PelXercesList::previous(DOMNode* node) const {
 }
 
 bool PelXercesList::matches(const DOMNode& node) const {
-    return PelXercesWalk::isElement(node, name);
+    return PelXercesWalk::isElement(node, name, pooledName);
 }
 
 bool PelXercesList::matches(const XMLCh* tagName) const {

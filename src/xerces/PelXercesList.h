@@ -26,7 +26,10 @@ public:
     std::size_t length();
 
     /// The node at a position below the length, which was asked for since the last change.
-    PelXercesNodeRef item(std::size_t index);
+    xercesc::DOMNode* item(std::size_t index);
+
+    /// The node whose children or descendants they are.
+    const PelXercesNodeRef& getRoot() const noexcept { return root; }
 
 private:
     PelXercesList(const PelXercesNodeRef& rootNode, bool isOfChildren, std::u16string_view tagName);
@@ -47,6 +50,7 @@ private:
     PelXercesNodeRef root;
     bool ofChildNodes;
     std::u16string name;
+    mutable const XMLCh* pooledName = nullptr; // null: no node has matched
 
     std::size_t seen; // the tree's changes that what follows takes into account
     bool knowsLength = false;

@@ -2,12 +2,14 @@
 #include "xerces/PelXercesNodeRef.h"
 
 #include "xerces/PelXercesDeclaration.h"
+#include "xerces/PelXercesLinks.h"
 
-PelDOM::NodeType PelXercesNodeRef::getType() const {
-    if (node == nullptr)
+PelDOM::NodeType PelXercesNodeRef::typeOf(const xercesc::DOMNode* engineNode) {
+    if (engineNode == nullptr)
         return PelDOM::NO_NODE;
-    const auto type = static_cast<PelDOM::NodeType>(node->getNodeType());
+    const auto type = static_cast<PelDOM::NodeType>(PelXercesLinks::typeOf(*engineNode));
     const bool mayBeDeclaration = type == PelDOM::PROCESSING_INSTRUCTION_NODE;
-    return mayBeDeclaration && PelXercesDeclaration::isDeclaration(*node) ? PelDOM::XML_DECL_NODE
-                                                                          : type;
+    return mayBeDeclaration && PelXercesDeclaration::isDeclaration(*engineNode)
+               ? PelDOM::XML_DECL_NODE
+               : type;
 }

@@ -52,13 +52,16 @@ public:
     }
 
     /// A reference to another node of the same tree, or to none.
-    PelXercesNodeRef to(xercesc::DOMNode* other) const noexcept { return {*tree, other}; }
+    PelXercesNodeRef to(xercesc::DOMNode* other) const noexcept {
+        return other != nullptr ? PelXercesNodeRef(*tree, other) : PelXercesNodeRef();
+    }
 
     /// The reference into the same tree that is next older; null after the last.
     const PelXercesNodeRef* getOlder() const noexcept { return older; }
 
     /// NO_NODE for a reference to none.
-    PelDOM::NodeType getType() const;
+    PelDOM::NodeType getType() const { return typeOf(node); }
+    static PelDOM::NodeType typeOf(const xercesc::DOMNode* engineNode);
 
 private:
     void join(PelXercesTree* ownTree) noexcept {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/PelXercesWalk.h"
 
+#include "xerces/PelXercesLinks.h"
+
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
 
@@ -58,6 +60,20 @@ DOMNode* PelXercesWalk::lastWithin(DOMNode* node) {
 }
 
 bool PelXercesWalk::isElement(const DOMNode& node, std::u16string_view name) {
-    return node.getNodeType() == DOMNode::ELEMENT_NODE &&
-           (name == u"*" || static_cast<const xercesc::DOMElement&>(node).getTagName() == name);
+    const XMLCh* pooled = nullptr;
+    return isElement(node, name, pooled);
+}
+
+bool PelXercesWalk::isElement(const DOMNode& node, std::u16string_view name, const XMLCh*& pooled) {
+    if (PelXercesLinks::typeOf(node) != DOMNode::ELEMENT_NODE)
+        return false;
+    if (name == u"*")
+        return true;
+    const XMLCh* const tagName = static_cast<const xercesc::DOMElement&>(node).getTagName();
+    if (pooled != nullptr)
+        return tagName == pooled;
+    if (tagName != name)
+        return false;
+    pooled = tagName;
+    return true;
 }

@@ -34,4 +34,9 @@ public:
 
     /// Whether that is an element with a tag name ("*": any).
     static bool isElement(const xercesc::DOMNode& node, std::u16string_view name);
+
+    /// The same for many nodes of one document: it keeps all names that are the same at the same
+    /// address, and once that is known, which is null at first, nothing else is compared.
+    static bool isElement(const xercesc::DOMNode& node, std::u16string_view name,
+                          const XMLCh*& pooled);
 };
