@@ -3,6 +3,7 @@
 #include "support.h"
 
 #include <fcntl.h>
+#include <regex>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -126,6 +127,30 @@ TEST(Log, ShowsNoMoreThanTheHandlesThatWalkingMakes) {
     EXPECT_EQ(log.text().substr(0, expected.size()), expected);
     EXPECT_EQ(log.text().find("failed"), std::string::npos);
     EXPECT_EQ(log.text().find("orig"), std::string::npos);
+}
+
+// The same lines as when a handle was made and then copied into the caller's.
+TEST(Log, ShowsWhatResultsPassThroughOnTheirWayIntoHandles) {
+    const PelDOMElement root = parse("<a><b>x</b><!--c--></a>").getDocumentElement();
+    const PelDOMElement b = root.getChildElement();
+    const PelDOMNodeList children = root.getChildNodes();
+    PelDOMNode node;
+    PelString text;
+    const LogWatch log;
+    children.item(1, node);
+    b.getChildTextValue(text);
+    const char* const missing = "PelXercesDOMNode::createContentImp(8) failed";
+    const char* const made = "PelDOMNode()";
+    const char* const assigned = "PelDOMNodeoperator=(PelDOMNode& rhs)";
+    const char* const gone = "~PelDOMNode";
+    std::string lines = log.text();
+    std::string expected = recorded({{nullptr, missing}, {&node, made}, {&node, assigned}, {nullptr, missing},
+        {&node, gone}, {&node, made}, {&node, made}, {&node, assigned}, {&node, gone},
+        {&node, "PelDOMNode(const PelDOMNode& orig)"}, {&node, gone}, {&node, gone}});
+    for (std::string* const all : {&lines, &expected}) // which temporary handle it is does not matter
+        *all = std::regex_replace(*all, std::regex("[0-9]+:"), "");
+    EXPECT_EQ(lines, expected);
+    EXPECT_EQ(text, u"x");
 }
 
 TEST(Log, TracesTheServices) {
