@@ -14,8 +14,7 @@ class PelDOMNodeListImp;
 /// Lives    as long as the caller likes, and keeps the tree alive as node handles do.
 /// Threads  one thread at a time for all handles into one tree; separate trees are independent.
 /// Errors   codes of PelDOM::Error; it keeps no status.
-/// Cost     a loop by begin and end makes one implementation object a node, and so does each item.
-/// A
+/// Cost     each step of a loop makes one implementation object, by begin and end or by item; a
 ///          loop of length and item over n nodes takes n steps, whatever other lists are in use.
 ///          Every change of the tree shows at once.
 class QRNDOM_API PelDOMNodeList {

@@ -63,6 +63,7 @@ DOMNode* PelXercesList::item(std::size_t index) {
         place = next(place);
     for (; placeIndex > index; --placeIndex)
         place = previous(place);
+    PelXercesLinks::fetch(PelXercesLinks::nextOf(*place));
     return place;
 }
 
