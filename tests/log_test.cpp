@@ -3,7 +3,6 @@
 #include "support.h"
 
 #include <fcntl.h>
-#include <regex>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -129,6 +128,19 @@ TEST(Log, ShowsNoMoreThanTheHandlesThatWalkingMakes) {
     EXPECT_EQ(log.text().find("orig"), std::string::npos);
 }
 
+// Which temporary handle a line is about does not always matter.
+static std::string withoutObjects(const std::string& lines) {
+    std::string kept;
+    for (std::size_t at = 0; at < lines.size();) {
+        const std::size_t end = lines.find_first_not_of("0123456789", at);
+        if (end != at && end != lines.npos && lines[end] == ':')
+            at = end + 1;
+        else
+            kept += lines[at++];
+    }
+    return kept;
+}
+
 // The same lines as when a handle was made and then copied into the caller's.
 TEST(Log, ShowsWhatResultsPassThroughOnTheirWayIntoHandles) {
     const PelDOMElement root = parse("<a><b>x</b><!--c--></a>").getDocumentElement();
@@ -143,13 +155,10 @@ TEST(Log, ShowsWhatResultsPassThroughOnTheirWayIntoHandles) {
     const char* const made = "PelDOMNode()";
     const char* const assigned = "PelDOMNodeoperator=(PelDOMNode& rhs)";
     const char* const gone = "~PelDOMNode";
-    std::string lines = log.text();
-    std::string expected = recorded({{nullptr, missing}, {&node, made}, {&node, assigned}, {nullptr, missing},
-        {&node, gone}, {&node, made}, {&node, made}, {&node, assigned}, {&node, gone},
+    const std::string expected = recorded({{nullptr, missing}, {&node, made}, {&node, assigned},
+        {nullptr, missing}, {&node, gone}, {&node, made}, {&node, made}, {&node, assigned}, {&node, gone},
         {&node, "PelDOMNode(const PelDOMNode& orig)"}, {&node, gone}, {&node, gone}});
-    for (std::string* const all : {&lines, &expected}) // which temporary handle it is does not matter
-        *all = std::regex_replace(*all, std::regex("[0-9]+:"), "");
-    EXPECT_EQ(lines, expected);
+    EXPECT_EQ(withoutObjects(log.text()), withoutObjects(expected));
     EXPECT_EQ(text, u"x");
 }
 
