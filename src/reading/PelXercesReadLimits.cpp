@@ -6,7 +6,6 @@
 #include <xercesc/framework/XMLAttr.hpp>
 #include <xercesc/internal/XMLReader.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
-#include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/validators/common/ContentSpecNode.hpp>
 
 #include <algorithm>
@@ -15,14 +14,6 @@
 #include <limits>
 
 namespace {
-
-// What the engine takes for an object of a class.
-template <class Object>
-bool isFor(std::size_t bytes) {
-    static const std::size_t header =
-        xercesc::XMLPlatformUtils::alignPointerForNewBlockAllocation(sizeof(void*));
-    return bytes == sizeof(Object) + header;
-}
 
 // In the order of PelXercesReadLimits::Work.
 constexpr const char16_t* kindsOfWork[] = {u"too much work for the attributes of elements",

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "reading/PelXercesReadMemory.h"
 
-#include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/validators/common/ContentSpecNode.hpp>
 
 #include <cstring>
@@ -27,10 +26,7 @@ thread_local PelXercesTreeMemory::Report* current = nullptr;
 } // namespace
 
 void* PelXercesReadMemory::allocate(XMLSize_t size) {
-    static const std::size_t modelNodeBytes =
-        sizeof(xercesc::ContentSpecNode) +
-        xercesc::XMLPlatformUtils::alignPointerForNewBlockAllocation(sizeof(void*));
-    if (size == modelNodeBytes)
+    if (PelXercesReadLimits::isFor<xercesc::ContentSpecNode>(size))
         names.addDeclaredElements();
     if (size == converterPlaces)
         size *= converterLayers;
