@@ -195,7 +195,7 @@ void checkWriting(const PelDOMDocument& document, const std::string& bytes) {
 // Read without our own way of building trees.
 PelDOMDocument readByEngine(const unsigned char* data, std::size_t size) {
     PelXercesReadSettings settings;
-    settings.road = PelXercesTreeBuilder::Road::engine;
+    settings.method = PelXercesReadSettings::Method::engine;
     const PelXercesNodeRef node = PelXercesReader(settings).readText("text", data, size);
     return PelDOMDocument(node ? new PelXercesDOMNode(node) : nullptr);
 }

@@ -10,12 +10,12 @@ std::size_t plainInputs = 0;
 
 namespace {
 
-using Road = PelXercesTreeBuilder::Road;
+using Method = PelXercesReadSettings::Method;
 
-PelXercesNodeRef readOn(
-    Road road, const void* bytes, std::size_t size, const XMLCh* encoding, std::string& message) {
+PelXercesNodeRef readBy(
+    Method method, const void* bytes, std::size_t size, const XMLCh* encoding, std::string& message) {
     PelXercesReadSettings settings;
-    settings.road = road;
+    settings.method = method;
     PelXercesReader reader(settings);
     const PelXercesNodeRef node = reader.readText("text", bytes, size, encoding);
     message = node ? "" : reader.getMessages().at(0).toLine().toUtf8();
@@ -24,8 +24,8 @@ PelXercesNodeRef readOn(
 
 void checkWays(const void* bytes, std::size_t size, const XMLCh* encoding) {
     std::string message, ownMessage;
-    const PelXercesNodeRef engines = readOn(Road::engine, bytes, size, encoding, message);
-    const PelXercesNodeRef own = readOn(Road::plain, bytes, size, encoding, ownMessage);
+    const PelXercesNodeRef engines = readBy(Method::engine, bytes, size, encoding, message);
+    const PelXercesNodeRef own = readBy(Method::plainScanner, bytes, size, encoding, ownMessage);
     const auto form =
         encoding != nullptr ? PelPlainScanner::Encoding::nativeUtf16 : PelPlainScanner::Encoding::utf8;
     if (PelPlainScanner::read(bytes, size, form, u"Dummy")) ++plainInputs;

@@ -12,12 +12,12 @@
 
 namespace {
 
-using Road = PelXercesTreeBuilder::Road;
+using Method = PelXercesReadSettings::Method;
 
-PelXercesNodeRef readOn(Road road, const std::string& bytes, const std::string& file, const XMLCh* encoding,
-    std::string& message) {
+PelXercesNodeRef readBy(Method method, const std::string& bytes, const std::string& file,
+    const XMLCh* encoding, std::string& message) {
     PelXercesReadSettings settings;
-    settings.road = road;
+    settings.method = method;
     PelXercesReader reader(settings);
     const PelXercesNodeRef node = file.empty() ? reader.readText("text", bytes.data(), bytes.size(), encoding)
                                                : reader.readFile(file.c_str());
@@ -28,10 +28,10 @@ PelXercesNodeRef readOn(Road road, const std::string& bytes, const std::string& 
 // All verdicts, messages and trees must be the same; gives the number of nodes, 0 for a refusal.
 long sameTree(const std::string& bytes, const std::string& file, const XMLCh* encoding = nullptr) {
     std::string message, other;
-    const PelXercesNodeRef one = readOn(Road::engine, bytes, file, encoding, message);
+    const PelXercesNodeRef one = readBy(Method::engine, bytes, file, encoding, message);
     long count = 0;
-    for (const Road road : {Road::fast, Road::plain}) {
-        const PelXercesNodeRef two = readOn(road, bytes, file, encoding, other);
+    for (const Method method : {Method::fastNodes, Method::plainScanner}) {
+        const PelXercesNodeRef two = readBy(method, bytes, file, encoding, other);
         EXPECT_EQ(other, message) << bytes << file;
         if (!one || !two) {
             EXPECT_EQ(!one, !two) << bytes << file;

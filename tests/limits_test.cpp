@@ -57,7 +57,7 @@ static PelXercesReadLimits::Bounds unhurried() {
 static std::string refusal(
     const std::string& xml, const std::string& file = "", PelXercesReadLimits::Bounds own = unhurried()) {
     PelXercesReadSettings settings;
-    settings.road = PelXercesTreeBuilder::Road::fast;
+    settings.method = PelXercesReadSettings::Method::fastNodes;
     settings.bounds = own;
     PelXercesReader reader(settings);
     const bool isRead(

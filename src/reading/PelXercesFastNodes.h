@@ -11,7 +11,7 @@
 #include <unordered_map>
 #include <vector>
 
-/// The nodes of the fast road: what the engine's parser has scanned and validated becomes elements,
+/// Nodes made fast: what the engine's parser has scanned and validated becomes elements,
 /// their attributes and texts, as the engine would make them but without its run-time casts.
 ///
 /// A document type may give an element attributes by default. What it gives is the same for all

@@ -2,12 +2,23 @@
 #pragma once
 
 #include "reading/PelXercesReadLimits.h"
-#include "reading/PelXercesTreeBuilder.h"
+#include "xerces/PelXercesLinks.h"
 
 #include <qrndom/PelDOMReader.h>
 
 /// How a document is to be read. By default as the services do, which have but one message.
 struct PelXercesReadSettings {
+    /// By PelPlainScanner, where it can; by the engine's scanner, with nodes made by
+    /// PelXercesFastNodes; or all of it by the engine. Each but the last does what the next does
+    /// where it gives up, and the tree is the same.
+    enum class Method { plainScanner, fastNodes, engine };
+#ifdef QRNDOM_FAST_READ
+    static constexpr Method usualMethod =
+        PelXercesLinks::areKnown ? Method::plainScanner : Method::engine;
+#else
+    static constexpr Method usualMethod = Method::engine;
+#endif
+
     PelDOMReader::Validation validation = PelDOMReader::IF_DECLARED;
     PelDOMReader::DocumentType documentType = PelDOMReader::ACCEPT;
     bool isExternalDTDRead = true;
@@ -17,12 +28,14 @@ struct PelXercesReadSettings {
     std::size_t maxMessages = 1;
     bool areExceptionsPrinted = true;
     PelXercesReadLimits::Bounds bounds;
-    PelXercesTreeBuilder::Road road = PelXercesTreeBuilder::usualRoad;
+    Method method = usualMethod;
 
     /// Whether a document without a type is read as the services read it.
     bool areUsualWithoutType() const {
         return validation != PelDOMReader::ALWAYS && bounds == PelXercesReadLimits::Bounds();
     }
 
-    bool isAnythingExternalRead() const { return isExternalDTDRead && areExternalEntitiesRead; }
+    bool isAnythingExternalRead() const {
+        return isExternalDTDRead && areExternalEntitiesRead;
+    }
 };

@@ -16,6 +16,8 @@
 #include <optional>
 #include <utility>
 
+using Method = PelXercesReadSettings::Method;
+
 PelXercesReader::PelXercesReader(const PelXercesReadSettings& readSettings)
     : settings(readSettings) {
     limits.setBounds(settings.bounds);
@@ -23,7 +25,7 @@ PelXercesReader::PelXercesReader(const PelXercesReadSettings& readSettings)
 
 PelXercesReader::Machine::Machine(PelXercesReader& reader)
     : resolver(reader.memory, reader.settings, reader.reporter),
-      parser(reader.memory, reader.settings.road) {
+      parser(reader.memory, reader.settings.method != Method::engine) {
     switch (reader.settings.validation) {
     case PelDOMReader::NEVER:
         parser.setValidationScheme(PelXercesTreeBuilder::Val_Never);
@@ -97,7 +99,7 @@ PelXercesDocumentPtr PelXercesReader::scan(const void* bytes, std::size_t size,
 // message. The scanner knows nothing of settings.
 template <class Scan, class Parse>
 PelXercesNodeRef PelXercesReader::read(Scan scanDocument, Parse parse) {
-    if (settings.road == PelXercesTreeBuilder::Road::plain && settings.areUsualWithoutType()) {
+    if (settings.method == Method::plainScanner && settings.areUsualWithoutType()) {
         PelXercesDocumentPtr document;
         try {
             document = scanDocument();

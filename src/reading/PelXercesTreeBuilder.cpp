@@ -1,36 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "reading/PelXercesTreeBuilder.h"
 
-#include "core/PelPlatform.h"
-#include "reading/PelXercesModelCost.h"
-#include "reading/PelXercesReadMemory.h"
-#include "reading/PelXercesValidator.h"
 #include "xerces/PelXercesLinks.h"
 
 #include <xercesc/dom/DOMException.hpp>
 #include <xercesc/dom/impl/DOMAttrImpl.hpp>
 #include <xercesc/dom/impl/DOMAttrMapImpl.hpp>
 #include <xercesc/dom/impl/DOMDocumentImpl.hpp>
-#include <xercesc/dom/impl/DOMDocumentTypeImpl.hpp>
-#include <xercesc/dom/impl/DOMEntityImpl.hpp>
-#include <xercesc/dom/impl/DOMNotationImpl.hpp>
 #include <xercesc/framework/XMLAttr.hpp>
 #include <xercesc/framework/XMLElementDecl.hpp>
-#include <xercesc/framework/XMLErrorCodes.hpp>
-#include <xercesc/framework/XMLNotationDecl.hpp>
 #include <xercesc/internal/XMLScanner.hpp>
-#include <xercesc/util/XMLResourceIdentifier.hpp>
 #include <xercesc/util/XMLString.hpp>
-#include <xercesc/util/XMLUni.hpp>
-#include <xercesc/validators/DTD/DTDElementDecl.hpp>
-#include <xercesc/validators/DTD/DTDEntityDecl.hpp>
 
 #include <algorithm>
-#include <string_view>
 #include <utility>
 #include <vector>
 
-using Names = PelXercesNameLimits;
 using Work = PelXercesReadLimits::Work;
 using xercesc::DOMAttrImpl;
 using xercesc::DOMElementImpl;
@@ -43,34 +28,8 @@ namespace {
 constexpr std::size_t longText = 0x8000;
 constexpr std::size_t longTag = 64;
 
-// What the engine takes for each, in steps: to look whether a declared attribute is there; to make
-// one of a default; to make one for the document type; to take up an entity or a notation; to find
-// a file.
-constexpr std::size_t declaredSteps = 15;
+// What the engine takes to make an attribute of a default, in steps.
 constexpr std::size_t defaultSteps = 1000;
-constexpr std::size_t listedSteps = 500;
-constexpr std::size_t declarationSteps = 4000;
-constexpr std::size_t fileSteps = 20'000;
-
-// The scanner puts all ignored declarations into one object, and leaves there what the next one
-// does not say.
-void forget(xercesc::DTDEntityDecl& ignored) {
-    ignored.setValue(nullptr);
-    ignored.setPublicId(nullptr);
-    ignored.setSystemId(nullptr);
-    ignored.setNotationName(nullptr);
-    ignored.setIsExternal(false);
-}
-
-// Puts the node of an entity or a notation into its map.
-template <class Node, class Declaration>
-void keep(xercesc::DOMNamedNodeMap& map, Node& node, const Declaration& declaration) {
-    node.setPublicId(declaration.getPublicId());
-    node.setSystemId(declaration.getSystemId());
-    node.setBaseURI(declaration.getBaseURI());
-    if (DOMNode* const former = map.setNamedItem(&node))
-        former->release();
-}
 
 // Without validation the engine drops references to entities that are declared nowhere, as soon as
 // there is a DTD that might declare them.
@@ -80,43 +39,10 @@ struct ScannerAccess : xercesc::XMLScanner {
     }
 };
 
-// Where the engine's own words say little.
-const XMLCh* inPlainWords(unsigned int code, const XMLCh* words) {
-    switch (code) {
-    case xercesc::XMLErrs::InvalidDocumentStructure:
-        return u"this is not XML: a document begins with a declaration or an element";
-    case xercesc::XMLErrs::ExpectedCommentOrPI:
-        return u"only comments and processing instructions may follow the root element";
-    default:
-        return words;
-    }
-}
-
 } // namespace
 
-PelXercesTreeBuilder::PelXercesTreeBuilder(PelXercesReadMemory& readMemory, Road ownRoad)
-    : XercesDOMParser(new (&readMemory) PelXercesValidator(readMemory), &readMemory),
-      memory(readMemory), limits(memory.getLimits()), names(memory.getNames()), road(ownRoad),
-      report(limits) {
-    getScanner()->getValidator()->setErrorReporter(this); // the engine does so for its own only
-    memory.getStreams().setReaders(getScanner()->getReaderMgr());
-}
-
-void PelXercesTreeBuilder::error(unsigned int code, const XMLCh* domain,
-                                 xercesc::XMLErrorReporter::ErrTypes type, const XMLCh* text,
-                                 const XMLCh* systemId, const XMLCh* publicId, XMLFileLoc line,
-                                 XMLFileLoc column) {
-    limits.addReport(XMLString::stringLen(text));
-    const bool isOfScanner = XMLString::equals(domain, xercesc::XMLUni::fgXMLErrDomain);
-    XercesDOMParser::error(code, domain, type, isOfScanner ? inPlainWords(code, text) : text,
-                           systemId, publicId, line, column);
-}
-
-void PelXercesTreeBuilder::reportHere(const XMLCh* text) {
-    xercesc::ReaderMgr::LastExtEntityInfo place;
-    getScanner()->getReaderMgr()->getLastExtEntityInfo(place);
-    XercesDOMParser::error(0, xercesc::XMLUni::fgZeroLenString, ErrType_Fatal, text, place.systemId,
-                           place.publicId, place.lineNumber, place.colNumber);
+PelXercesTreeBuilder::PelXercesTreeBuilder(PelXercesReadMemory& readMemory, bool areFastNodesMade)
+    : PelXercesTypeBuilder(readMemory), isFast(areFastNodesMade), report(limits) {
 }
 
 void PelXercesTreeBuilder::XMLDecl(const XMLCh* version, const XMLCh* encoding,
@@ -134,7 +60,7 @@ void PelXercesTreeBuilder::startDocument() {
     xercesc::MemoryManager* const own = std::exchange(fMemoryManager, &PelXercesTreeMemory::get());
     XercesDOMParser::startDocument();
     fMemoryManager = own;
-    if (road != Road::engine && PelPlainNodes::areKnown())
+    if (isFast && PelPlainNodes::areKnown())
         fast.emplace(*fDocument, names);
 }
 
@@ -274,12 +200,6 @@ void PelXercesTreeBuilder::sort(const Attributes& attributes, XMLSize_t count, A
         sorted.addElement(attribute);
 }
 
-// The engine keeps the names of a tree in a table that does not grow.
-void PelXercesTreeBuilder::growNameTable(std::size_t more) {
-    while (PelXercesLinks::areKnown && names.countInTree() + more > namePlaces)
-        namePlaces = PelXercesLinks::growNameTable(*fDocument);
-}
-
 // Of an element that the engine made.
 void PelXercesTreeBuilder::reportElement() {
     names.addElement(fCurrentNode->getNodeName());
@@ -293,150 +213,6 @@ void PelXercesTreeBuilder::reportElement() {
 void PelXercesTreeBuilder::startEntityReference(const xercesc::XMLEntityDecl& entity) {
     limits.addReferenceTo(entity.getValueLen());
     XercesDOMParser::startEntityReference(entity);
-}
-
-void PelXercesTreeBuilder::elementDecl(const xercesc::DTDElementDecl& declaration,
-                                       bool /*isIgnored*/) {
-    limits.addEvent();
-    names.addDeclaredElements();
-    requireSmall(declaration.getContentSpec());
-    if (isInSubset)
-        subset.addElement(declaration);
-}
-
-// The engine makes an automaton of a model by recursion over its parts.
-void PelXercesTreeBuilder::requireSmall(const xercesc::ContentSpecNode* model) {
-    constexpr std::size_t few = 200;
-    constexpr std::size_t stackPerPart = 256;
-    const std::size_t most = limits.getBounds().modelParts;
-    const std::size_t parts = PelXercesModelCost::countParts(model, most + 1);
-    limits.require(parts <= most, u"too large a content model");
-    limits.require(parts <= few || parts * stackPerPart <= PelPlatform::stackLeft(),
-                   u"too large a content model for the stack of this thread");
-}
-
-void PelXercesTreeBuilder::attDef(const xercesc::DTDElementDecl& element,
-                                  const xercesc::DTDAttDef& attribute, bool isIgnored) {
-    limits.addEvent();
-    limits.require(XMLString::stringLen(attribute.getEnumeration()) <=
-                       limits.getBounds().listCharacters,
-                   u"too many values for an attribute");
-    if (!isIgnored)
-        names.addDeclared(element, attribute);
-    requirePairs(attribute.getValue());
-    if (isInSubset && !isIgnored)
-        subset.addAttribute(attribute);
-}
-
-// The engine makes nodes of all defaults of the element anew, those of earlier lists too, each at
-// its place among the others.
-void PelXercesTreeBuilder::endAttList(const xercesc::DTDElementDecl& element) {
-    limits.addEvent();
-    if (element.hasAttDefs()) {
-        const xercesc::XMLAttDefList& list = element.getAttDefList();
-        std::size_t steps = 0;
-        std::size_t defaults = 0;
-        for (XMLSize_t i = 0; i < list.getAttDefCount(); ++i) {
-            const XMLCh* const value = list.getAttDef(i).getValue();
-            steps += declaredSteps;
-            if (value != nullptr)
-                steps += listedSteps + ++defaults + XMLString::stringLen(value);
-        }
-        limits.addWork(Work::declarations, steps);
-        names.addList(element);
-    }
-    growNameTable(1);
-    XercesDOMParser::endAttList(element);
-}
-
-// As the engine does it, but for the text.
-void PelXercesTreeBuilder::entityDecl(const xercesc::DTDEntityDecl& entity, bool isParameter,
-                                      bool isIgnored) {
-    limits.addWork(Work::declarations, declarationSteps);
-    names.addDeclared(isParameter ? Names::Kind::parameterEntity : Names::Kind::entity,
-                      entity.getName(), !isIgnored);
-    growNameTable(1);
-    limits.addEntity(entity.getValueLen());
-    requirePairs(entity.getValue());
-    requirePairs(entity.getSystemId());
-    if (!isInSubset) {
-        XercesDOMParser::entityDecl(entity, isParameter, isIgnored);
-        return;
-    }
-    // Those that XML itself declares count as ignored too, and are no second ones.
-    xercesc::DOMNamedNodeMap& known = *fDocumentType->getEntities();
-    if (!isIgnored || known.getNamedItem(entity.getName()) == nullptr) {
-        auto* const node =
-            static_cast<xercesc::DOMEntityImpl*>(fDocument->createEntity(entity.getName()));
-        node->setNotationName(entity.getNotationName());
-        keep(known, *node, entity);
-        subset.addEntity(entity, isParameter);
-    }
-    if (isIgnored)
-        forget(const_cast<xercesc::DTDEntityDecl&>(entity));
-}
-
-void PelXercesTreeBuilder::notationDecl(const xercesc::XMLNotationDecl& notation, bool isIgnored) {
-    limits.addWork(Work::declarations, declarationSteps);
-    names.addDeclared(Names::Kind::notation, notation.getName(), !isIgnored);
-    growNameTable(1);
-    requirePairs(notation.getSystemId());
-    if (!isInSubset) {
-        XercesDOMParser::notationDecl(notation, isIgnored);
-        return;
-    }
-    if (isIgnored)
-        return;
-    auto* const node =
-        static_cast<xercesc::DOMNotationImpl*>(fDocument->createNotation(notation.getName()));
-    keep(*fDocumentType->getNotations(), *node, notation);
-    subset.addNotation(notation);
-}
-
-// The engine moves the rest of a path for each step up in it and for each escape.
-xercesc::InputSource*
-PelXercesTreeBuilder::resolveEntity(xercesc::XMLResourceIdentifier* resource) {
-    const std::u16string_view name = resource->getSystemId();
-    const auto costly = std::count_if(name.begin(), name.end(),
-                                      [](XMLCh unit) { return unit == u'/' || unit == u'%'; });
-    limits.addWork(Work::files, fileSteps + static_cast<std::size_t>(costly) * name.size());
-    return XercesDOMParser::resolveEntity(resource);
-}
-
-void PelXercesTreeBuilder::doctypeDecl(const xercesc::DTDElementDecl& root, const XMLCh* publicId,
-                                       const XMLCh* systemId, bool hasSubset, bool hasExternal) {
-    if (areTypesRefused) {
-        reportHere(u"documents with a document type are refused, as it was set");
-        throw xercesc::XMLErrs::NoError; // as the engine ends a parse after a fatal error
-    }
-    requirePairs(systemId);
-    hasExternalSubset = hasExternal;
-    memory.getEntities().expectSubset(hasExternal && !hasSubset);
-    XercesDOMParser::doctypeDecl(root, publicId, systemId, hasSubset, hasExternal);
-}
-
-void PelXercesTreeBuilder::startIntSubset() {
-    isInSubset = true;
-    subset.setVersion11(XMLString::equals(fDocument->getXmlVersion(), u"1.1"));
-    XercesDOMParser::startIntSubset();
-}
-
-void PelXercesTreeBuilder::endIntSubset() {
-    isInSubset = false;
-    memory.getEntities().expectSubset(hasExternalSubset);
-    XercesDOMParser::endIntSubset();
-}
-
-void PelXercesTreeBuilder::doctypeComment(const XMLCh* comment) {
-    if (isInSubset)
-        subset.addComment(comment);
-}
-
-// The scanner looks for the other half of a surrogate pair everywhere but at the end of a literal.
-void PelXercesTreeBuilder::requirePairs(const XMLCh* literal) {
-    const XMLSize_t length = XMLString::stringLen(literal);
-    if (length > 0 && (literal[length - 1] & 0xFC00) == 0xD800)
-        getScanner()->emitError(xercesc::XMLErrs::Expected2ndSurrogateChar);
 }
 
 void PelXercesTreeBuilder::endText() {
