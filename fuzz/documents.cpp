@@ -197,7 +197,7 @@ PelDOMDocument readByEngine(const unsigned char* data, std::size_t size) {
     PelXercesReadSettings settings;
     settings.method = PelXercesReadSettings::Method::engine;
     const PelXercesNodeRef node = PelXercesReader(settings).readText("text", data, size);
-    return PelDOMDocument(node ? new PelXercesDOMNode(node) : nullptr);
+    return PelDOMDocument(node ? PelXercesDOMNode::make(node) : nullptr);
 }
 
 // Whether the bytes are UTF-8, for the engine as for us.

@@ -12,7 +12,7 @@ import re
 import gdb
 import gdb.printing
 
-NODE_IN_IMP = 40  # of PelXercesDOMNode: after its table, content, room and tree
+NODE_IN_IMP = 24  # of PelXercesDOMNode: after its table, content and tree
 NODE_IN_LIST = 16  # of PelXercesDOMNodeList: after its table and tree
 CHILDREN_IN_LIST = 40  # after two links to other references
 TAG_NAME_IN_LIST = 48

@@ -3,11 +3,16 @@
 
 #include "model/PelDOMNodeContentImp.h"
 
-PelDOMNodeImp::PelDOMNodeImp(PelDOMNodeContentImp* nodeContent) noexcept : content(nodeContent) {
-    if (content != nullptr)
-        content->setNodeImp(this);
+PelDOMNodeImp::PelDOMNodeImp(PelDOMNodeContentImp* nodeContent) noexcept {
+    setContentImp(nodeContent);
 }
 
 PelDOMNodeImp::~PelDOMNodeImp() noexcept(false) {
     delete content;
+}
+
+void PelDOMNodeImp::setContentImp(PelDOMNodeContentImp* member) noexcept {
+    content = member;
+    if (content != nullptr)
+        content->setNodeImp(this);
 }

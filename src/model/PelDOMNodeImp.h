@@ -99,6 +99,9 @@ protected:
     /// Takes ownership of `nodeContent`, which may be null, and becomes its node.
     explicit PelDOMNodeImp(PelDOMNodeContentImp* nodeContent) noexcept;
 
+    /// For a node that has its content as a member: sets it, and forgets it before it goes.
+    void setContentImp(PelDOMNodeContentImp* member) noexcept;
+
 private:
     PelDOMNodeContentImp* content;
 };

@@ -103,7 +103,7 @@ struct PelDOMReader::Body {
         messages = std::move(reader.getMessages());
         if (!node && messages.empty() && settings.maxMessages > 0)
             fail(name, u"not enough memory");
-        return node ? PelDOMDocument(new PelXercesDOMNode(node)) : PelDOMDocument();
+        return node ? PelDOMDocument(PelXercesDOMNode::make(node)) : PelDOMDocument();
     }
 
     bool startEngine() {

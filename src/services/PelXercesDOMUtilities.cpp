@@ -24,7 +24,7 @@ namespace {
 constexpr char textName[] = "text";
 
 PelDOMDocument documentOn(const PelXercesNodeRef& node) {
-    return node ? PelDOMDocument(new PelXercesDOMNode(node)) : PelDOMDocument();
+    return node ? PelDOMDocument(PelXercesDOMNode::make(node)) : PelDOMDocument();
 }
 
 bool beginsWithByteOrderMark(const PelString& text) {

@@ -26,7 +26,8 @@ PelDOMElement PelXercesDOMDocument::getDocumentElement() {
     const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
     if (node == nullptr)
         return PelDOMElement();
-    return PelDOMElement(new PelXercesDOMNode(node->to(node->getDocument()->getDocumentElement())));
+    return PelDOMElement(
+        PelXercesDOMNode::make(node->to(node->getDocument()->getDocumentElement())));
 }
 
 // A name that XML forbids ends with the engine's exception.
@@ -37,7 +38,7 @@ PelDOMElement PelXercesDOMDocument::createElement(const PelString& tagName) {
     const XMLCh* const name = tagName.view().data();
     PelXercesNodePool& nodes = prepare(*node);
     nodes.requireName(name);
-    return PelDOMElement(new PelXercesDOMNode(loose(*node, nodes.makeElement(name))));
+    return PelDOMElement(PelXercesDOMNode::make(loose(*node, nodes.makeElement(name))));
 }
 
 PelDOMText PelXercesDOMDocument::createTextNode(const PelString& text) {
@@ -45,7 +46,7 @@ PelDOMText PelXercesDOMDocument::createTextNode(const PelString& text) {
     if (node == nullptr)
         return PelDOMText();
     PelXercesNodePool& nodes = prepare(*node);
-    return PelDOMText(new PelXercesDOMNode(loose(*node, nodes.makeText(text.view().data()))));
+    return PelDOMText(PelXercesDOMNode::make(loose(*node, nodes.makeText(text.view().data()))));
 }
 
 PelDOMNode PelXercesDOMDocument::importNode(const PelDOMNode& source, bool deep) {

@@ -14,75 +14,52 @@
 #include <qrndom/PelDOMDocument.h>
 #include <qrndom/PelDOMNodeList.h>
 
+#include <memory>
+
 namespace {
 
-/// A content object that lives in its node and is destroyed where it is.
+/// Over a node of a type that has content.
 template <class Content>
-class Housed final : public Content {
+class TypedNode final : public PelXercesDOMNode {
 public:
-    static_assert(sizeof(Content) <= sizeof(PelXercesContentRoom));
-
-    static void* operator new(std::size_t /*size*/, void* place) noexcept { return place; }
-    static void operator delete(void* /*memory*/, void* /*place*/) noexcept {}
-    static void operator delete(void* /*memory*/) noexcept {}
-};
-
-struct OnTheHeap {
-    template <class Content>
-    PelDOMNodeContentImp* make() const {
-        return new Content;
-    }
-};
-
-struct InTheNode {
-    template <class Content>
-    PelDOMNodeContentImp* make() const {
-        return new (place) Housed<Content>;
+    TypedNode(const PelXercesNodeRef& origin, xercesc::DOMNode* engineNode)
+        : PelXercesDOMNode(origin, engineNode) {
+        setContentImp(&content);
     }
 
-    void* place;
+    ~TypedNode() override { setContentImp(nullptr); }
+
+private:
+    Content content;
 };
-
-// Both depend on the type alone: they run before there is a node implementation.
-
-template <class Where>
-PelDOMNodeContentImp* makeQuietly(PelDOM::NodeType type, Where where) {
-    switch (type) {
-    case PelDOM::ELEMENT_NODE:
-        return where.template make<PelXercesDOMElement>();
-    case PelDOM::TEXT_NODE:
-        return where.template make<PelXercesDOMText>();
-    case PelDOM::DOCUMENT_NODE:
-        return where.template make<PelXercesDOMDocument>();
-    default:
-        return nullptr;
-    }
-}
-
-template <class Where>
-PelDOMNodeContentImp* makeContent(PelDOM::NodeType type, Where where) {
-    PelDOMNodeContentImp* const content = makeQuietly(type, where);
-    if (content == nullptr)
-        PelXercesDOMNode::noteMissingContent(type);
-    return content;
-}
 
 } // namespace
 
-PelXercesDOMNode::PelXercesDOMNode(const PelXercesNodeRef& origin, xercesc::DOMNode* engineNode)
-    : PelDOMNodeImp(makeContent(PelXercesNodeRef::typeOf(engineNode), InTheNode{room})),
-      node(origin.to(engineNode)) {
-}
-
-PelXercesDOMNode::PelXercesDOMNode(const PelXercesNodeRef& origin, xercesc::DOMNode* engineNode,
-                                   Quietly /*unused*/)
-    : PelDOMNodeImp(makeQuietly(PelXercesNodeRef::typeOf(engineNode), InTheNode{room})),
-      node(origin.to(engineNode)) {
+PelXercesDOMNode* PelXercesDOMNode::make(const PelXercesNodeRef& origin,
+                                         xercesc::DOMNode* engineNode) {
+    std::unique_ptr<PelXercesDOMNode> made(makeTyped(origin, engineNode));
+    if (made->getContentImp() == nullptr)
+        noteMissingContent(PelXercesNodeRef::typeOf(engineNode));
+    return made.release();
 }
 
 PelXercesDOMNode* PelXercesDOMNode::quietly(const PelXercesNodeRef& origin,
                                             xercesc::DOMNode* engineNode) {
-    return engineNode != nullptr ? new PelXercesDOMNode(origin, engineNode, Quietly()) : nullptr;
+    return engineNode != nullptr ? makeTyped(origin, engineNode) : nullptr;
+}
+
+PelXercesDOMNode* PelXercesDOMNode::makeTyped(const PelXercesNodeRef& origin,
+                                              xercesc::DOMNode* engineNode) {
+    switch (PelXercesNodeRef::typeOf(engineNode)) {
+    case PelDOM::ELEMENT_NODE:
+        return new TypedNode<PelXercesDOMElement>(origin, engineNode);
+    case PelDOM::TEXT_NODE:
+        return new TypedNode<PelXercesDOMText>(origin, engineNode);
+    case PelDOM::DOCUMENT_NODE:
+        return new TypedNode<PelXercesDOMDocument>(origin, engineNode);
+    default:
+        return new PelXercesDOMNode(origin, engineNode);
+    }
 }
 
 void PelXercesDOMNode::noteMissingContent(PelDOM::NodeType type) {
@@ -127,11 +104,21 @@ PelDOM::Error PelXercesDOMNode::getChildNodes(PelDOMNodeList& out) {
 }
 
 PelDOMNodeImp* PelXercesDOMNode::clone() {
-    return new PelXercesDOMNode(node);
+    return make(node);
 }
 
 PelDOMNodeContentImp* PelXercesDOMNode::createContentImp(const PelDOM::NodeType& type) {
-    return makeContent(type, OnTheHeap());
+    switch (type) {
+    case PelDOM::ELEMENT_NODE:
+        return new PelXercesDOMElement;
+    case PelDOM::TEXT_NODE:
+        return new PelXercesDOMText;
+    case PelDOM::DOCUMENT_NODE:
+        return new PelXercesDOMDocument;
+    default:
+        noteMissingContent(type);
+        return nullptr;
+    }
 }
 
 PelDOMNodeImp* PelXercesDOMNode::getRelative(Relative which) const {

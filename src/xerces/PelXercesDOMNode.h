@@ -8,24 +8,24 @@
 
 class PelDOMNodeContentImp;
 
-/// Room for a node's content in the node itself: node and content take one allocation. It comes
-/// before the base class that destroys the content.
-class PelXercesContentRoom {
-protected:
-    alignas(void*) unsigned char room[2 * sizeof(void*)];
-};
-
 /// The node implementation over the engine: a counted reference to one engine node, or to none.
 /// Immutable; what it refers to may change.
 ///
 /// Over no node, every operation answers NULL_NODE and changes nothing.
-class PelXercesDOMNode final : private PelXercesContentRoom, public PelDOMNodeImp {
+class PelXercesDOMNode : public PelDOMNodeImp {
 public:
-    explicit PelXercesDOMNode(const PelXercesNodeRef& engineNode)
-        : PelXercesDOMNode(engineNode, engineNode.getNode()) {}
+    /// A new object over a node of the tree of `origin`, or over none. The log tells of a node
+    /// whose type has no content.
+    static PelXercesDOMNode* make(const PelXercesNodeRef& origin, xercesc::DOMNode* engineNode);
+    static PelXercesDOMNode* make(const PelXercesNodeRef& engineNode) {
+        return make(engineNode, engineNode.getNode());
+    }
 
-    /// Over another node of the same tree, or none.
-    PelXercesDOMNode(const PelXercesNodeRef& origin, xercesc::DOMNode* engineNode);
+    /// The same for calls that write no line to the log; null for no node.
+    static PelXercesDOMNode* quietly(const PelXercesNodeRef& origin, xercesc::DOMNode* engineNode);
+    static PelXercesDOMNode* quietly(const PelXercesNodeRef& engineNode) {
+        return quietly(engineNode, engineNode.getNode());
+    }
 
     PelDOM::Error getOwnerDocument(PelDOMDocument& out) override;
     PelDOM::Error appendChild(PelDOMNode& child) override;
@@ -49,12 +49,6 @@ public:
     PelDOM::Error removeChild(const PelDOMNode& child) override;
     PelDOMNodeImp* copyNode(bool deep) const override;
 
-    /// A new object over a node, for calls that write no line to the log; null for no node.
-    static PelXercesDOMNode* quietly(const PelXercesNodeRef& engineNode) {
-        return quietly(engineNode, engineNode.getNode());
-    }
-    static PelXercesDOMNode* quietly(const PelXercesNodeRef& origin, xercesc::DOMNode* engineNode);
-
     const PelXercesNodeRef& getDOMNode() const noexcept { return node; }
 
     /// The engine node of any node implementation, since all of them are of this class.
@@ -75,16 +69,19 @@ public:
     /// shows an assignment, which asks a second time for content that there is not.
     template <class Handle>
     static void give(const PelXercesNodeRef& origin, xercesc::DOMNode* engineNode, Handle& out) {
-        Handle temporary(new PelXercesDOMNode(origin, engineNode));
+        Handle temporary(make(origin, engineNode));
         out = std::move(temporary);
         if (out.getContentImp() == nullptr)
             noteMissingContent(out.getNodeType());
     }
 
-private:
-    struct Quietly {};
+protected:
+    PelXercesDOMNode(const PelXercesNodeRef& origin, xercesc::DOMNode* engineNode)
+        : PelDOMNodeImp(nullptr), node(origin.to(engineNode)) {}
 
-    PelXercesDOMNode(const PelXercesNodeRef& origin, xercesc::DOMNode* engineNode, Quietly);
+private:
+    static PelXercesDOMNode* makeTyped(const PelXercesNodeRef& origin,
+                                       xercesc::DOMNode* engineNode);
 
     const PelXercesNodeRef node;
 };
