@@ -2,12 +2,19 @@
 #include <gtest/gtest.h>
 
 #include <dlfcn.h>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
 static std::string logged() { return (std::ostringstream() << std::ifstream(QRNDOM_LOG_FILE).rdbuf()).str(); }
 
+static long openFiles() {
+    const std::filesystem::directory_iterator files("/proc/self/fd");
+    return std::distance(begin(files), end(files));
+}
+
 TEST(Library, StartsANewLogWithEachLoadAndLeavesNothingBehind) {
+    const long filesBefore = openFiles();
     for (int round = 0; round < 3; ++round) {
         void* const library = dlopen(QRNDOM_LIBRARY, RTLD_NOW | RTLD_LOCAL);
         ASSERT_NE(library, nullptr) << dlerror();
@@ -20,6 +27,7 @@ TEST(Library, StartsANewLogWithEachLoadAndLeavesNothingBehind) {
         EXPECT_EQ(dlsym(library, "_ZN15PelXercesEngine5startEv"), nullptr) << "not part of the API";
         ASSERT_EQ(dlclose(library), 0);
         EXPECT_EQ(dlopen(QRNDOM_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
+        EXPECT_EQ(openFiles(), filesBefore);
     }
 }
 

@@ -39,12 +39,14 @@ static const struct LoadTimeObject {
     ~LoadTimeObject() { requireAtExit(logIsOpen(), "the log was closed too early\n"); }
 } loadTimeObject;
 
+// Runs after all destructors, and may still log.
 [[gnu::constructor(101)]] static void watchTheVeryEnd() {
     std::atexit([] {
+        PelDOM::error(u"the end", nullptr);
         const std::string text = bytesOf(QRNDOM_LOG_FILE);
-        const std::string last = recorded({{&PelDOMFiler::InvalidElement, "~PelDOMNode"}});
-        requireAtExit(
-            !logIsOpen() && text.size() >= last.size() && text.substr(text.size() - last.size()) == last,
+        const std::string last =
+            recorded({{&PelDOMFiler::InvalidElement, "~PelDOMNode"}, {nullptr, "the end"}});
+        requireAtExit(text.size() >= last.size() && text.substr(text.size() - last.size()) == last,
             "the log did not end after all else\n");
     });
 }

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 const int PelLog::mode = QRNDOM_LOG_MODE;
 const std::size_t PelLog::limit = QRNDOM_LOG_LIMIT;
@@ -20,18 +21,20 @@ constexpr std::string_view limitNotice = "The log is full: further lines are dro
 
 /// The log file: open from the library's load to its unload, and failed for good after the first
 /// write that fails.
+///
+/// It needs no destructor: what is destroyed when the log is closed already may still call it.
 class LogFile {
 public:
     LogFile() : file(PelPlatform::openLog(QRNDOM_LOG_FILE)) {}
+    LogFile(const LogFile&) = delete;
+    LogFile& operator=(const LogFile&) = delete;
 
-    ~LogFile() {
+    /// Drops all further lines.
+    void close() noexcept {
         hasFailed = true;
         if (file != PelPlatform::noLog)
             PelPlatform::closeLog(file);
     }
-
-    LogFile(const LogFile&) = delete;
-    LogFile& operator=(const LogFile&) = delete;
 
     bool takesLines() const noexcept {
         return file != PelPlatform::noLog && !hasFailed && size <= room;
@@ -58,15 +61,21 @@ private:
     std::atomic<std::size_t> size{0}; // with the first line that did not fit
 };
 
+static_assert(std::is_trivially_destructible_v<LogFile>);
+
 LogFile& errorLog() {
     static LogFile log;
     return log;
 }
 
-// Before all other objects of the library and, where it is part of a program, of the program: what
-// is made later is destroyed earlier.
+// Before all other objects of the library and, where it is part of a program, of the program are
+// made; and after they have been destroyed.
 [[gnu::constructor(101)]] void openAtLoad() {
     errorLog();
+}
+
+[[gnu::destructor(101)]] void closeAtUnload() {
+    errorLog().close();
 }
 
 } // namespace
