@@ -127,12 +127,14 @@ TEST(Calls, TakeStandardStringsWhereTheyTakeStrings) {
     PelString joined = name + PelString("+") + value + u"+" + wide;
     joined = value;
     joined += name;
-    EXPECT_EQ("ok ok ok ok ok ok invalid '\xC3\xA9' 1 '\xC3\xA9"
-              "a' #9(#13 a a=\xC3\xA9(|w| ab b(|w|)))",
-        answers({text.setValue(value), text.setValue(wide), root.setAttribute(name, value),
-            root.appendChild(text), root.appendChild(child), filer.appendElement("b"s, wide),
-            root.setAttribute(name, empty), root.getAttribute(name),
-            root.getElementsByTagName(name + "b", list), joined, document}));
+    expectAnswers(
+        {{text.setValue(value), "ok"}, {text.setValue(wide), "ok"}, {root.setAttribute(name, value), "ok"},
+            {root.appendChild(text), "ok"}, {root.appendChild(child), "ok"},
+            {filer.appendElement("b"s, wide), "ok"}, {root.setAttribute(name, empty), "invalid"},
+            {root.getAttribute(name), "'\xC3\xA9'"}, {root.getElementsByTagName(name + "b", list), "1"},
+            {joined, "'\xC3\xA9"
+                     "a'"},
+            {document, "#9(#13 a a=\xC3\xA9(|w| ab b(|w|)))"}});
     EXPECT_EQ(joined == name || name == root.getTagName(), true);
     EXPECT_EQ(PelString(TwoTexts()), "two");
 }

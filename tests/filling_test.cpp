@@ -18,16 +18,17 @@ TEST(Creating, LetsTheDeclarationMoveWithinTheDocumentOnly) {
     PelDOMNode declaration = childAt(document, 0);
     EXPECT_EQ(declaration.getContentImp(), nullptr);
     EXPECT_THROW(document.getDocumentElement().appendChild(declaration), xercesc::DOMException);
-    EXPECT_EQ(answers({document, document.appendChild(declaration), document}), "#9(#13 r) ok #9(r #13)");
+    expectAnswers(
+        {{document, "#9(#13 r)"}, {document.appendChild(declaration), "ok"}, {document, "#9(r #13)"}});
 }
 
 TEST(Filer, StartsOnTheRootAndStaysThere) {
     PelDOMDocument document = services().createDocument("r");
     PelDOMFiler filer(document);
-    EXPECT_EQ("#9(#13 r) #9(#13 r) ok ok ok invalid invalid r k=v(a(|1|) a(|2|))",
-        answers({filer.document(), filer.currentNode(), filer.appendElement("a", "1"),
-            filer.appendElement("a", "2"), filer.setAttribute("k", "v"), filer.appendElement("a", ""),
-            filer.appendElement("", 5L), filer.currentElement()}));
+    expectAnswers({{filer.document(), "#9(#13 r)"}, {filer.currentNode(), "#9(#13 r)"},
+        {filer.appendElement("a", "1"), "ok"}, {filer.appendElement("a", "2"), "ok"},
+        {filer.setAttribute("k", "v"), "ok"}, {filer.appendElement("a", ""), "invalid"},
+        {filer.appendElement("", 5L), "invalid"}, {filer.currentElement(), "r k=v(a(|1|) a(|2|))"}});
 }
 
 TEST(Filer, PrintsNumbersByTheirFormats) {
@@ -47,14 +48,14 @@ TEST(Filer, PrintsNumbersByTheirFormats) {
              u"%d %y", u"%%", u"%", u"%100001d", u"%.100001d"})
         EXPECT_EQ(printed(1L, format), "invalid 'before'") << PelString(format);
     EXPECT_EQ(printed(1L, u"%100000d").size() + printed(0.5, u"%.100000f").size(), 200000 + 2 + 10U);
-    EXPECT_EQ(printed(2.5, u"") + printed(0.5, u"%.2lf") + printed(1e21, u"%Lg m") + printed(0.1, u"%08.3e") +
-                  printed(1.0, u"%d") + printed(1.0, u"%s") + printed(-HUGE_VAL, u"") +
-                  printed(-DBL_MAX, u"").substr(0, 10),
-        "ok '2.500000'ok '0.50'ok '1e+21 m'ok '1.000e-01'invalid 'before'invalid 'before'ok '-inf'ok "
-        "'-17976");
-    EXPECT_EQ("ok ok ok ok r k=6(i(|3|) l(|004|) d(|0.500000|))",
-        answers({filer.appendElement("i", 3), filer.appendElement("l", 4L, "%03ld"),
-            filer.appendElement("d", 0.5), filer.setAttribute("k", 6), filer.currentElement()}));
+    const std::tuple<double, const char16_t*, const char*> reals[] = {{2.5, u"", "ok '2.500000'"},
+        {0.5, u"%.2lf", "ok '0.50'"}, {1e21, u"%Lg m", "ok '1e+21 m'"}, {0.1, u"%08.3e", "ok '1.000e-01'"},
+        {1, u"%d", "invalid 'before'"}, {1, u"%s", "invalid 'before'"}, {-HUGE_VAL, u"", "ok '-inf'"}};
+    for (const auto& [value, format, text] : reals) EXPECT_EQ(printed(value, format), text);
+    EXPECT_EQ(printed(-DBL_MAX, u"").substr(0, 10), "ok '-17976");
+    expectAnswers({{filer.appendElement("i", 3), "ok"}, {filer.appendElement("l", 4L, "%03ld"), "ok"},
+        {filer.appendElement("d", 0.5), "ok"}, {filer.setAttribute("k", 6), "ok"},
+        {filer.currentElement(), "r k=6(i(|3|) l(|004|) d(|0.500000|))"}});
 }
 
 TEST(Filer, MovesItsCursorWhereItIsTold) {
@@ -64,14 +65,14 @@ TEST(Filer, MovesItsCursorWhereItIsTold) {
     PelDOMNode text = childAt(document.getDocumentElement(), 1);
     PelDOMNode none;
     PelDOMFiler copy(filer);
-    EXPECT_EQ("ok a ok |t| ok null ok ok #9(r(a(in(|a|)) |t| in(|r|)))",
-        answers({filer.setCurrentNode(a), filer.currentNode(), filer.setCurrentNode(text),
-            filer.currentNode(), filer.setCurrentNode(none), filer.currentNode(),
-            filer.appendElement("in", "a"), copy.appendElement("in", "r"), document}));
+    expectAnswers({{filer.setCurrentNode(a), "ok"}, {filer.currentNode(), "a"},
+        {filer.setCurrentNode(text), "ok"}, {filer.currentNode(), "|t|"}, {filer.setCurrentNode(none), "ok"},
+        {filer.currentNode(), "null"}, {filer.appendElement("in", "a"), "ok"},
+        {copy.appendElement("in", "r"), "ok"}, {document, "#9(r(a(in(|a|)) |t| in(|r|)))"}});
     EXPECT_EQ(&(copy = filer), &copy);
     copy.setAttribute("k", "v");
     filer.currentElement() = PelDOMFiler::InvalidElement;
-    EXPECT_EQ("a k=v(in(|a|)) null-node null-node no-imp",
-        answers({a, filer.appendElement("x", "y"), filer.setAttribute("x", 1.0),
-            PelDOMFiler::InvalidElement.getErrorStatus()}));
+    expectAnswers({{a, "a k=v(in(|a|))"}, {filer.appendElement("x", "y"), "null-node"},
+        {filer.setAttribute("x", 1.0), "null-node"},
+        {PelDOMFiler::InvalidElement.getErrorStatus(), "no-imp"}});
 }

@@ -39,9 +39,9 @@ TEST(Handles, OwnOneImplementationEach) {
     third = *&third;
     EXPECT_EQ(third.getNodeImp(), own);
     third = PelDOMNode();
-    EXPECT_EQ(answers({third, third.getErrorStatus(), CountedImp::alive}), "null no-imp 2");
+    expectAnswers({{third, "null"}, {third.getErrorStatus(), "no-imp"}, {CountedImp::alive, "2"}});
     third = second = first;
-    EXPECT_EQ(answers({third, third.getErrorStatus(), CountedImp::alive}), "#8 ok 3");
+    expectAnswers({{third, "#8"}, {third.getErrorStatus(), "ok"}, {CountedImp::alive, "3"}});
     first = second = third = PelDOMNode();
     EXPECT_EQ(CountedImp::alive, 0);
 }
@@ -75,30 +75,31 @@ TEST(Handles, AreMovedWithoutANewImplementation) {
     PelDOMNode first(new CountedImp);
     const PelDOMNodeImp* const own = first.getNodeImp();
     PelDOMNode second(std::move(first));
-    EXPECT_EQ(answers({first, first.getErrorStatus(), second, second.getErrorStatus(), CountedImp::alive}),
-        "null no-imp #8 ok 1");
+    expectAnswers({{first, "null"}, {first.getErrorStatus(), "no-imp"}, {second, "#8"},
+        {second.getErrorStatus(), "ok"}, {CountedImp::alive, "1"}});
     PelDOMNode third(new CountedImp(true)); // throws when it is let go of
     EXPECT_EQ(&(third = std::move(second)), &third);
     third = std::move(*&third);
-    EXPECT_EQ(answers({second, second.getErrorStatus(), third, third.getErrorStatus(), CountedImp::alive}),
-        "null no-imp #8 ok 1");
+    expectAnswers({{second, "null"}, {second.getErrorStatus(), "no-imp"}, {third, "#8"},
+        {third.getErrorStatus(), "ok"}, {CountedImp::alive, "1"}});
     EXPECT_EQ(third.getNodeImp(), own);
     second = third = PelDOMNode();
-    EXPECT_EQ(answers({second, third, third.getErrorStatus(), CountedImp::alive}), "null null no-imp 0");
+    expectAnswers(
+        {{second, "null"}, {third, "null"}, {third.getErrorStatus(), "no-imp"}, {CountedImp::alive, "0"}});
 
     PelDOMElement element(rootOf("<r/>").getParentNode()), root;
     PelDOMDocument document(std::move(element)), sameDocument(std::move(document));
     root = sameDocument.getDocumentElement();
     PelDOMText text(rootOf("<r>t</r>").getFirstChild()), sameText(std::move(text));
-    EXPECT_EQ(answers({element, document, sameDocument, root, text, sameText, sameText.getValue()}),
-        "null null #9(r) r null |t| 't'");
+    expectAnswers({{element, "null"}, {document, "null"}, {sameDocument, "#9(r)"}, {root, "r"},
+        {text, "null"}, {sameText, "|t|"}, {sameText.getValue(), "'t'"}});
     document = root.getParentNode();
     text = std::move(sameText);
     element = std::move(root);
     root = PelDOMNode();
     sameDocument = PelDOMDocument();
-    EXPECT_EQ(answers({element, element.getTagName(), document, text, root, sameText, sameDocument}),
-        "r 'r' #9(r) |t| null null null");
+    expectAnswers({{element, "r"}, {element.getTagName(), "'r'"}, {document, "#9(r)"}, {text, "|t|"},
+        {root, "null"}, {sameText, "null"}, {sameDocument, "null"}});
 }
 
 TEST(Handles, AreEqualWhenTheyReferToTheSameNode) {
@@ -123,23 +124,24 @@ TEST(Handles, AreEqualWhenTheyReferToTheSameNode) {
 
 // What every operation answers on a handle that has no content of its kind.
 static void expectEmptyAnswers(PelDOMDocument document, PelDOMElement element, PelDOMText text) {
-    EXPECT_EQ("null null null no-imp internal '' null null null '' 0 0",
-        answers({document.getDocumentElement(), document.createElement("a"), document.createTextNode("a"),
-            document.getDocumentElement().getErrorStatus(), text.setValue("v"), text.getValue(),
-            element.getChildElement(), element.getNextElement(), element.getPreviousElement(),
-            element.getPrefix() + element.getLocalName() + element.lookupNamespaceURI("xml"),
-            bool(document.getElementsByTagName("*")), bool(element.getElementsByTagName("*"))}));
+    expectAnswers({{document.getDocumentElement(), "null"}, {document.createElement("a"), "null"},
+        {document.createTextNode("a"), "null"}, {document.getDocumentElement().getErrorStatus(), "no-imp"},
+        {text.setValue("v"), "internal"}, {text.getValue(), "''"}, {element.getChildElement(), "null"},
+        {element.getNextElement(), "null"}, {element.getPreviousElement(), "null"},
+        {element.getPrefix() + element.getLocalName() + element.lookupNamespaceURI("xml"), "''"},
+        {bool(document.getElementsByTagName("*")), "0"}, {bool(element.getElementsByTagName("*")), "0"}});
     long whole = 7;
     double real = 7;
     PelString value("kept");
     PelDOMNodeList list;
-    EXPECT_EQ("invalid null-node null-node 0 '' '' '' '' 0 invalid 7 invalid 7 invalid 'kept' ok ''",
-        answers({element.removeAttribute("a"), element.setAttribute("a", "v"),
-            element.appendTextElement("a", "v"), element.getNumAttributes(), element.getAttributeNameAt(0),
-            element.getAttributeValueAt(0), element.getTagName(), element.getAttribute("a"),
-            element.getElementsByTagName("a", list), element.getAttribute("a", whole), whole,
-            element.getAttribute("a", real), static_cast<long>(real), element.getChildTextValue(value), value,
-            element.getAttribute("a", value), value}));
+    expectAnswers({{element.removeAttribute("a"), "invalid"}, {element.setAttribute("a", "v"), "null-node"},
+        {element.appendTextElement("a", "v"), "null-node"}, {element.getNumAttributes(), "0"},
+        {element.getAttributeNameAt(0), "''"}, {element.getAttributeValueAt(0), "''"},
+        {element.getTagName(), "''"}, {element.getAttribute("a"), "''"},
+        {element.getElementsByTagName("a", list), "0"}, {element.getAttribute("a", whole), "invalid"},
+        {whole, "7"}, {element.getAttribute("a", real), "invalid"}, {static_cast<long>(real), "7"},
+        {element.getChildTextValue(value), "invalid"}, {value, "'kept'"},
+        {element.getAttribute("a", value), "ok"}, {value, "''"}});
 }
 
 // What every operation answers on a handle that has no node.
@@ -147,17 +149,16 @@ static void expectNoNode(PelDOMNode node) {
     PelDOMDocument owner = parse("<r/>");
     PelDOMNode kept = owner.getDocumentElement();
     PelDOMNodeList list;
-    EXPECT_EQ("0 1 null-node null-node null-node null-node null-node 0 null-node #9(r) r",
-        answers({node.getNodeType(), node.getContentImp() == nullptr, node.getOwnerDocument(owner),
-            node.getParentNode(kept), node.getChildNodes(list), node.appendChild(kept),
-            kept.appendChild(node), list.length(), list.item(0, kept), owner, kept}));
-    EXPECT_EQ("null null null null null null 0 0",
-        answers({node.getOwnerDocument(), node.getParentNode(), node.getFirstChild(), node.getLastChild(),
-            node.getNextSibling(), node.getPreviousSibling(), node.hasChildNodes(),
-            bool(node.getChildNodes())}));
-    EXPECT_EQ("'' '' '' null-node null-node",
-        answers({node.getNodeName(), node.getNodeValue(), node.getTextContent(), node.setNodeValue("v"),
-            node.setTextContent("")}));
+    expectAnswers({{node.getNodeType(), "0"}, {node.getContentImp() == nullptr, "1"},
+        {node.getOwnerDocument(owner), "null-node"}, {node.getParentNode(kept), "null-node"},
+        {node.getChildNodes(list), "null-node"}, {node.appendChild(kept), "null-node"},
+        {kept.appendChild(node), "null-node"}, {list.length(), "0"}, {list.item(0, kept), "null-node"},
+        {owner, "#9(r)"}, {kept, "r"}});
+    expectAnswers({{node.getOwnerDocument(), "null"}, {node.getParentNode(), "null"},
+        {node.getFirstChild(), "null"}, {node.getLastChild(), "null"}, {node.getNextSibling(), "null"},
+        {node.getPreviousSibling(), "null"}, {node.hasChildNodes(), "0"}, {bool(node.getChildNodes()), "0"}});
+    expectAnswers({{node.getNodeName(), "''"}, {node.getNodeValue(), "''"}, {node.getTextContent(), "''"},
+        {node.setNodeValue("v"), "null-node"}, {node.setTextContent(""), "null-node"}});
 }
 
 TEST(NullHandles, AnswerEveryOperation) {
@@ -170,7 +171,7 @@ TEST(Handles, OfAnotherKindHaveNoContent) {
     const PelDOMNode element = document.getDocumentElement();
     const PelDOMNode text = childAt(element, 0);
     expectEmptyAnswers(PelDOMDocument(element), PelDOMElement(text), PelDOMText(childAt(document, 0)));
-    EXPECT_EQ(answers({PelDOMElement(text).isNull(), document}), "0 #9(r(|t|))");
+    expectAnswers({{PelDOMElement(text).isNull(), "0"}, {document, "#9(r(|t|))"}});
 }
 
 TEST(Handles, OfAKindAreAssignedFromANode) {
@@ -180,12 +181,12 @@ TEST(Handles, OfAKindAreAssignedFromANode) {
     PelDOMText sameText;
     PelDOMDocument document;
     EXPECT_TRUE(&(element = node) == &node && &(sameText = text) == &text && &(document = node) == &node);
-    EXPECT_EQ("'v' 't' r k=v(|t|) ok null", answers({element.getAttribute("k"), sameText.getValue(), document,
-                                                document.getErrorStatus(), document.getDocumentElement()}));
+    expectAnswers({{element.getAttribute("k"), "'v'"}, {sameText.getValue(), "'t'"}, {document, "r k=v(|t|)"},
+        {document.getErrorStatus(), "ok"}, {document.getDocumentElement(), "null"}});
     element = static_cast<PelDOMNode&>(element);
     EXPECT_EQ(show(element), "r k=v(|t|)");
     element = sameText = PelDOMNode();
-    EXPECT_EQ(answers({element, element.getErrorStatus(), sameText}), "null no-imp null");
+    expectAnswers({{element, "null"}, {element.getErrorStatus(), "no-imp"}, {sameText, "null"}});
 }
 
 TEST(Handles, ToNoNodeAreSafe) {
@@ -197,11 +198,12 @@ TEST(Handles, ToNoNodeAreSafe) {
     const std::string failure = "PelXercesDOMNode::createContentImp(0) failed\n";
     EXPECT_EQ(log.text(), failure + failure);
     expectNoNode(nothing);
-    EXPECT_EQ(answers({document.getOwnerDocument(owner), owner, owner.getDocumentElement()}), "ok #0 null");
+    expectAnswers(
+        {{document.getOwnerDocument(owner), "ok"}, {owner, "#0"}, {owner.getDocumentElement(), "null"}});
     PelDOMElement holder = document.createElement("h");
     append(holder, document.getDocumentElement());
     const PelDOMElement root = document.getDocumentElement();
-    EXPECT_EQ(answers({root, root.getTagName(), document, holder}), "#0 '' #9 h(r(a))");
+    expectAnswers({{root, "#0"}, {root.getTagName(), "''"}, {document, "#9"}, {holder, "h(r(a))"}});
 }
 
 TEST(Contents, WithoutTheirNodeSaySo) {
@@ -209,11 +211,12 @@ TEST(Contents, WithoutTheirNodeSaySo) {
     PelXercesDOMElement element;
     PelXercesDOMText text;
     PelXercesDOMDocument document;
-    EXPECT_EQ("internal internal internal invalid 0 0 '' '' '' '' internal invalid '' null null null",
-        answers({element.removeAttribute("a"), element.setAttribute("a", "v"),
-            element.appendTextElement("a", "v"), element.setAttribute("", "v"), element.getNumAttributes(),
-            element.getElementsByTagName("a", list), element.getTagName(), element.getAttribute("a"),
-            element.getAttributeNameAt(0), element.getAttributeValueAt(0), text.setValue("v"),
-            text.setValue(""), text.getValue(), document.getDocumentElement(), document.createElement("a"),
-            document.createTextNode("a")}));
+    expectAnswers({{element.removeAttribute("a"), "internal"}, {element.setAttribute("a", "v"), "internal"},
+        {element.appendTextElement("a", "v"), "internal"}, {element.setAttribute("", "v"), "invalid"},
+        {element.getNumAttributes(), "0"}, {element.getElementsByTagName("a", list), "0"},
+        {element.getTagName(), "''"}, {element.getAttribute("a"), "''"},
+        {element.getAttributeNameAt(0), "''"}, {element.getAttributeValueAt(0), "''"},
+        {text.setValue("v"), "internal"}, {text.setValue(""), "invalid"}, {text.getValue(), "''"},
+        {document.getDocumentElement(), "null"}, {document.createElement("a"), "null"},
+        {document.createTextNode("a"), "null"}});
 }

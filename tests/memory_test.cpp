@@ -109,7 +109,7 @@ TEST(NodesWithoutParent, StayWholeWhileAHandleOrAListLeadsIntoThem) {
         }
         if (holder == 1) held = itemOf(list, 1);
         if (holder == 2) {
-            EXPECT_EQ(answers({list.length(), itemOf(list, 0)}), "2 b(|t| #8)");
+            expectAnswers({{list.length(), "2"}, {itemOf(list, 0), "b(|t| #8)"}});
         }
         if (holder == 2) held = itemOf(list, 1);
         list = PelDOMNodeList();
@@ -149,18 +149,18 @@ TEST(NodesWithoutParent, AreGoneFromLists) {
     PelDOMElement root = rootOf(document);
     for (const int changes : {1, 10, 40}) {
         const PelDOMNodeList children = childrenOf(root), elements = root.getElementsByTagName("*");
-        EXPECT_EQ(answers({itemOf(children, 1), itemOf(elements, 1)}), "b b");
+        expectAnswers({{itemOf(children, 1), "b"}, {itemOf(elements, 1), "b"}});
         root.removeChild(childAt(root, 1));
         for (int i = 1; i < changes; ++i) {
             root.insertBefore(document.createElement("x"), childAt(root, 1));
             root.removeChild(childAt(root, 1));
         }
         makeGarbage(document);
-        EXPECT_EQ(answers({children.length(), itemOf(children, 1), elements.length(), itemOf(elements, 1)}),
-            "3 c 3 c");
+        expectAnswers({{children.length(), "3"}, {itemOf(children, 1), "c"}, {elements.length(), "3"},
+            {itemOf(elements, 1), "c"}});
         root.insertBefore(document.createElement("b"), childAt(root, 1));
-        EXPECT_EQ(answers({children.length(), itemOf(children, 1), elements.length(), itemOf(elements, 1)}),
-            "4 b 4 b");
+        expectAnswers({{children.length(), "4"}, {itemOf(children, 1), "b"}, {elements.length(), "4"},
+            {itemOf(elements, 1), "b"}});
     }
 }
 
@@ -174,7 +174,8 @@ TEST(NodesUsedAgain, AreAsNew) {
                       element.getPreviousSibling().isNull() + element.getFirstChild().isNull(),
             4);
         PelDOMNode text = document.createTextNode("t"), comment = document.createComment("");
-        EXPECT_EQ(answers({text, text.getPreviousSibling(), comment.getNextSibling()}), "|t| null null");
+        expectAnswers(
+            {{text, "|t|"}, {text.getPreviousSibling(), "null"}, {comment.getNextSibling(), "null"}});
         for (const PelDOMNode& node : {text, comment, PelDOMNode(document.createElement("m"))})
             element.insertBefore(node, element.getFirstChild());
         element.setAttribute("k", "v");

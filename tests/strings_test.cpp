@@ -16,10 +16,10 @@ TEST(Strings, ComeFromEveryKindOfText) {
             PelString(utf16), assigned = utf8, assigned = utf16, assigned = units,
                               assigned = "a\xF0\x9F\x98\x80", assigned = u"a\U0001F600"})
         EXPECT_EQ(made.view(), u"a\U0001F600");
-    EXPECT_EQ("3 0 1 '' ''", answers({assigned.length(), assigned.isEmpty(),
-                                 PelString(static_cast<const char*>(nullptr)).isEmpty(),
-                                 PelString(static_cast<const char16_t*>(nullptr)),
-                                 assigned = static_cast<const unsigned short*>(nullptr)}));
+    expectAnswers({{assigned.length(), "3"}, {assigned.isEmpty(), "0"},
+        {PelString(static_cast<const char*>(nullptr)).isEmpty(), "1"},
+        {PelString(static_cast<const char16_t*>(nullptr)), "''"},
+        {assigned = static_cast<const unsigned short*>(nullptr), "''"}});
     EXPECT_EQ(PelString(std::string("a\0b", 3)).view(), std::u16string_view(u"a\0b", 3));
     EXPECT_EQ(PelString::fromLatin1("a\0\xE9\xFF", 4).view(), std::u16string_view(u"a\0\u00e9\u00ff", 4));
     EXPECT_EQ(PelString::fromLatin1(nullptr, 0), "");
@@ -43,24 +43,23 @@ TEST(Strings, AreComparedWithTextAsItIs) {
     }
     const char* const null = nullptr;
     const PelString empty, e(u"\u00e9");
-    EXPECT_EQ(answers({empty == null, null != empty, e == null, e == u"\u00e9", e == u"e",
-                  PelString(u"\u0161") == "a", std::u16string(u"\u00e9") == e, e != "\xC3\xA9"}),
-        "1 0 0 1 0 0 1 0");
+    expectAnswers({{empty == null, "1"}, {null != empty, "0"}, {e == null, "0"}, {e == u"\u00e9", "1"},
+        {e == u"e", "0"}, {PelString(u"\u0161") == "a", "0"}, {std::u16string(u"\u00e9") == e, "1"},
+        {e != "\xC3\xA9", "0"}});
 }
 
 TEST(Strings, AreSearchedAndCut) {
     const PelString text("abcabc");
-    EXPECT_EQ("0 3 3 -1 -1 -1 6 -1 -1 2",
-        answers({text.find("abc"), text.find("abc", 1), text.find("abc", 3), text.find("abc", 4),
-            text.find("abd"), text.find("a", -1), text.find("", 6), text.find("", 7),
-            text.find("a", LONG_MAX), text.find(std::string("ca"))}));
-    EXPECT_EQ("'ab' 'bcabc' 'c' '' '' '' '' 'abcabc' ''",
-        answers({text.substr(0, 2), text.substr(1, LONG_MAX), text.substr(5, 1), text.substr(6, 1),
-            text.substr(7, 1), text.substr(-1, 3), text.substr(1, -1), text.substr(0, 6),
-            text.substr(LONG_MIN, 1)}));
-    EXPECT_EQ(answers({text.startsWith("abca"), text.startsWith(""), text.startsWith("b"),
-                  text.startsWith("abcabca"), PelString().startsWith("")}),
-        "1 1 0 0 1");
+    expectAnswers({{text.find("abc"), "0"}, {text.find("abc", 1), "3"}, {text.find("abc", 3), "3"},
+        {text.find("abc", 4), "-1"}, {text.find("abd"), "-1"}, {text.find("a", -1), "-1"},
+        {text.find("", 6), "6"}, {text.find("", 7), "-1"}, {text.find("a", LONG_MAX), "-1"},
+        {text.find(std::string("ca")), "2"}});
+    expectAnswers(
+        {{text.substr(0, 2), "'ab'"}, {text.substr(1, LONG_MAX), "'bcabc'"}, {text.substr(5, 1), "'c'"},
+            {text.substr(6, 1), "''"}, {text.substr(7, 1), "''"}, {text.substr(-1, 3), "''"},
+            {text.substr(1, -1), "''"}, {text.substr(0, 6), "'abcabc'"}, {text.substr(LONG_MIN, 1), "''"}});
+    expectAnswers({{text.startsWith("abca"), "1"}, {text.startsWith(""), "1"}, {text.startsWith("b"), "0"},
+        {text.startsWith("abcabca"), "0"}, {PelString().startsWith(""), "1"}});
 }
 
 TEST(Strings, AreReadAsNumbersWhole) {
@@ -111,12 +110,13 @@ TEST(Strings, HaveValueSemantics) {
     PelString one("one");
     PelString two(one);
     two += " two";
-    EXPECT_EQ(answers({one, two, one + u" two"}), "'one' 'one two' 'one two'");
+    expectAnswers({{one, "'one'"}, {two, "'one two'"}, {one + u" two", "'one two'"}});
     PelString moved(std::move(two));
     two = "again";
     std::swap(moved, two);
     two = *&two;
-    EXPECT_EQ(answers({moved, two, one < two, two < one, one != two}), "'again' 'one two' 1 0 1");
+    expectAnswers(
+        {{moved, "'again'"}, {two, "'one two'"}, {one < two, "1"}, {two < one, "0"}, {one != two, "1"}});
     EXPECT_EQ(std::unordered_set<PelString>({two, two, moved}).size(), 2U);
 }
 
@@ -160,9 +160,8 @@ TEST(Formatting, DoesNotDependOnTheLocale) {
     PelDOMElement root = rootOf("<a r='2.5'/>");
     root.getAttribute("r", value);
     root.setAttribute("w", -value);
-    EXPECT_EQ(answers({root, value == 2.5, root.getAttributeOr("w", 0.0) == -2.5,
-                  PelString("2,5").toDouble(value)}),
-        "a r=2.5 w=-2.5 1 1 0");
+    expectAnswers({{root, "a r=2.5 w=-2.5"}, {value == 2.5, "1"},
+        {root.getAttributeOr("w", 0.0) == -2.5, "1"}, {PelString("2,5").toDouble(value), "0"}});
     std::setlocale(LC_ALL, "C");
 }
 

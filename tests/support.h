@@ -72,6 +72,22 @@ inline std::string answers(std::initializer_list<Answer> list) {
     return all;
 }
 
+/// A call and what it answers.
+struct Row {
+    Row(const Answer& answer, const char* text, int callLine = __builtin_LINE())
+        : answered(answer.text), expected(text), line(callLine) {}
+    std::string answered, expected;
+    int line;
+};
+
+/// Makes the calls in their order. A failure names the call.
+inline void expectAnswers(std::initializer_list<Row> rows, const char* file = __builtin_FILE()) {
+    for (const Row& row : rows)
+        if (row.answered != row.expected)
+            ADD_FAILURE_AT(file, row.line) << "call " << &row - rows.begin() + 1 << " answered "
+                                           << row.answered << ", not " << row.expected;
+}
+
 /// Runs an append; the engine's code, negative, when it is refused.
 inline int append(PelDOMNode parent, PelDOMNode child) {
     try {
