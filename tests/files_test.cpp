@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
+#include "core/PelPlatform.h"
 #include "reading/PelReadMessage.h"
 #include "support.h"
 
 #include <poll.h>
 #include <sys/inotify.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 static PelDOMDocument readNaming(const std::string& file) {
@@ -38,12 +40,17 @@ TEST(FilesThatADocumentNames, AreNotOpenedUnlessTheyAreRegular) {
         EXPECT_EQ(readNaming(name).isNull(), 1) << name;
 }
 
-TEST(FilesThatADocumentNames, HaveNamesWithoutNul) {
+TEST(FilesThatADocumentNames, MayBeEscapedButHaveNoNul) {
     const ScratchFolder folder;
-    const std::string url = "file://" + folder.write("part", "text");
-    EXPECT_EQ(show(readNaming(url)), "#9(#10 a(|text|))");
-    for (const char* end : {"%00", "%00.txt", "%00%", "/../part%00"})
-        EXPECT_EQ(readNaming(url + end).isNull(), 1) << end;
+    const std::string url = "file://" + folder.file("");
+    const std::pair<const char*, std::string> names[] = {{"part", "part"}, {"part%41", "partA"},
+        {"%c3%A9%20", "\xC3\xA9 "}, {"part%4", "part%4"}, {"part%", "part%"}, {"part%4g", "part%4g"}};
+    for (const auto& [name, file] : names) {
+        folder.write(file, file);
+        EXPECT_EQ(show(readNaming(url + name)), "#9(#10 a(|" + file + "|))") << name;
+    }
+    for (const char* name : {"part%00", "part%00.txt", "part%00%", "part/../part%00"})
+        EXPECT_EQ(readNaming(url + name).isNull(), 1) << name;
 }
 
 // A file that the caller names may be whatever gives bytes.
@@ -54,6 +61,26 @@ TEST(FilesThatTheCallerNames, MayBeOfAnyKind) {
     EXPECT_EQ(show(readFile("/dev/null")), "null");
     EXPECT_EQ(show(readFile("/proc/self/status")), "null");
     EXPECT_NE(PelDOMUtilites::getLastReadMessage().toUtf8().find(":1:1: "), std::string::npos);
+}
+
+// What comes in pieces is put together, and waited for.
+TEST(FilesThatTheCallerNames, MayBePipes) {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    std::thread writer([&ends] {
+        for (const char* piece : {"<a>t", "ext</a>"}) {
+            EXPECT_GT(write(ends[1], piece, strlen(piece)), 0);
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        }
+        close(ends[1]);
+    });
+    using InputFile = PelPlatform::InputFile;
+    InputFile file("/dev/fd/" + std::to_string(ends[0]), InputFile::Kind::anyButFolder);
+    std::string bytes = "..........";
+    expectAnswers({{file.read(bytes.data(), 6), "6"}, {bytes, "'<a>tex....'"},
+        {file.read(bytes.data(), 10), "5"}, {bytes, "'t</a>x....'"}, {file.read(bytes.data(), 1), "0"}});
+    writer.join();
+    close(ends[0]);
 }
 
 TEST(ReadMessages, KeepTheEndOfLongLines) {

@@ -69,7 +69,11 @@ TEST(Filer, MovesItsCursorWhereItIsTold) {
         {filer.setCurrentNode(text), "ok"}, {filer.currentNode(), "|t|"}, {filer.setCurrentNode(none), "ok"},
         {filer.currentNode(), "null"}, {filer.appendElement("in", "a"), "ok"},
         {copy.appendElement("in", "r"), "ok"}, {document, "#9(r(a(in(|a|)) |t| in(|r|)))"}});
+    PelDOMDocument other = parse("<o/>");
+    copy = PelDOMFiler(other);
+    expectAnswers({{copy.document(), "#9(o)"}, {copy.currentNode(), "#9(o)"}, {copy.currentElement(), "o"}});
     EXPECT_EQ(&(copy = filer), &copy);
+    expectAnswers({{copy.document(), show(document)}, {copy.currentNode(), "null"}});
     copy.setAttribute("k", "v");
     filer.currentElement() = PelDOMFiler::InvalidElement;
     expectAnswers({{a, "a k=v(in(|a|))"}, {filer.appendElement("x", "y"), "null-node"},

@@ -49,7 +49,10 @@ struct OwnList : PelDOMNodeListImp {
         return index < length() ? (out = listed, PelDOM::SUCCESS) : PelDOM::INDEX_OUT_OF_RANGE;
     }
     long length() override { return 2; }
-    PelDOMNodeListImp* clone() override { return new OwnList(listed); }
+    PelDOMNodeListImp* clone() override {
+        return failsToClone ? throw std::bad_alloc() : new OwnList(listed);
+    }
+    static inline bool failsToClone = false;
     PelDOMNode listed;
 };
 
@@ -58,6 +61,12 @@ TEST(Lists, OfUsersAreGoneThroughByPosition) {
     for (const PelDOMNode node : PelDOMNodeList(new OwnList(rootOf("<r/>")))) seen += show(node);
     for (const PelDOMNode node : PelDOMNodeList(new OwnList(PelDOMNode()))) seen += show(node);
     EXPECT_EQ(seen, "rrnullnull");
+    PelDOMNodeList kept = childrenOf(rootOf("<r><a/></r>"));
+    const PelDOMNodeList own(new OwnList(PelDOMNode()));
+    OwnList::failsToClone = true;
+    EXPECT_THROW(kept = own, std::bad_alloc);
+    EXPECT_EQ(show(itemOf(kept, 0)), "a");
+    OwnList::failsToClone = false;
 }
 
 TEST(Lists, AreMovedAndCompared) {
@@ -143,6 +152,25 @@ TEST(Lists, FollowEveryChangeAtOnce) {
                 ASSERT_EQ(nodeOf(itemOf(kept[i], index)), nodeOf(itemOf(fresh[i], index)));
             }
         }
+    }
+}
+
+// Each place that was looked at, each change of a child, each place that is looked at then.
+TEST(Lists, KeepTheirPlaceThroughAnyChangeOnEitherSideOfIt) {
+    for (long i = 0; i < 7 * 8 * 2 * 8; ++i) {
+        const long looked = i % 7, changed = i / 7 % 8, then = i / 112;
+        PelDOMDocument document = parse("<r><a/><b/><c/><d/><e/><f/><g/></r>");
+        PelDOMElement root = document.getDocumentElement();
+        std::string letters = "abcdefg";
+        const PelDOMNodeList list = childrenOf(root);
+        const PelDOMNode at = childAt(root, changed);
+        EXPECT_EQ(itemOf(list, looked).getNodeName(), letters.substr(static_cast<std::size_t>(looked), 1));
+        const bool isRemoval = i / 56 % 2 == 1;
+        isRemoval ? root.removeChild(at) : root.insertBefore(document.createElement("x"), at);
+        letters.replace(static_cast<std::size_t>(changed), isRemoval ? 1 : 0, isRemoval ? "" : "x");
+        EXPECT_EQ(show(itemOf(list, then)),
+            then < static_cast<long>(letters.size()) ? letters.substr(then, 1) : "null")
+            << looked << changed << isRemoval;
     }
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "core/PelPlatform.h"
+#include "counted_imp.h"
 #include "support.h"
 
 #include <fcntl.h>
@@ -85,6 +86,22 @@ TEST(Log, TracesTheLifeOfHandles) {
             {&element, "PelDOMElement operator=(PelDOMElement& rhs)"},
             {&text, "PelDOMText operator=(PelDOMText& rhs)"}, {&text, "~PelDOMNode"},
             {&element, "~PelDOMNode"}, {&sameDocument, "~PelDOMNode"}, {&node, "~PelDOMNode"}});
+    }
+    EXPECT_EQ(log.text(), expected);
+}
+
+TEST(Log, TracesHandlesBeforeItIsDone) {
+    const LogWatch log;
+    std::string expected;
+    {
+        PelDOMNode one(new CountedImp);
+        PelDOMNode two(one);
+        two = one;
+        two = std::move(one);
+        const std::pair<const void*, const char*> assigned{&two, "PelDOMNodeoperator=(PelDOMNode& rhs)"};
+        expected = recorded({{&one, "PelDOMNode()"}, {&two, "PelDOMNode(const PelDOMNode& orig)"},
+            {nullptr, "cloned"}, assigned, {nullptr, "cloned"}, {nullptr, "gone"}, assigned,
+            {nullptr, "gone"}, {&two, "~PelDOMNode"}, {nullptr, "gone"}, {&one, "~PelDOMNode"}});
     }
     EXPECT_EQ(log.text(), expected);
 }

@@ -90,6 +90,7 @@ TEST_F(Reading, TellsEachFaultAtItsPlaceInLinesAndCharacters) {
             "1:39: unable to create converter for 'nope-8' encoding"},
         {__LINE__, "<!DOCTYPE a [\n<!ELEMENT a (b>]><a/>", "2:15: expected ',', '|', or ')'"},
         {__LINE__, "<!DOCTYPE a SYSTEM 'gone.dtd'>\n<a/>", "1:31: gone.dtd: no such file"},
+        {__LINE__, "<!DOCTYPE a SYSTEM 'no\tsuch\nfile'>\n<a/>", "2:7: no such file: no such file"},
         {__LINE__, "<!DOCTYPE a SYSTEM 'sub'>\n<a/>", "1:26: sub: is a folder"},
         {__LINE__, "<!DOCTYPE a SYSTEM '/dev/null'>\n<a/>", "1:32: /dev/null: is no regular file"},
         {__LINE__, "<!DOCTYPE a SYSTEM 'http://x.test/a.dtd'>\n<a/>",
@@ -115,6 +116,10 @@ TEST_F(Reading, NamesFilesAsTheCallerAndTheDocumentNameThem) {
     EXPECT_EQ(file("a.xml"), "null; E a.xml:2:7: expected end of tag 'b'");
     EXPECT_EQ(file("./sub/../a.xml"), "null; E ./sub/../a.xml:2:7: expected end of tag 'b'");
     EXPECT_EQ(file("sub/d.xml"), "null; E sub/e.ent:2:5: entity 'x' not found");
+    for (const std::string& name : {folder + "/sub/e.ent", "file://" + folder + "/sub/e.ent"}) {
+        write("d.xml", "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e SYSTEM '" + name + "'>]>\n<a>&e;</a>");
+        EXPECT_EQ(file("d.xml"), "null; E " + name + ":2:5: entity 'x' not found");
+    }
     EXPECT_EQ(file("gone.xml"), "null; E gone.xml:0:0: no such file");
     EXPECT_EQ(file("sub"), "null; E sub:0:0: is a folder");
     EXPECT_EQ(file(""), "null; E :0:0: there is nothing to read");

@@ -123,7 +123,7 @@ TEST(Strings, HaveValueSemantics) {
 TEST(Formatting, RendersAsPrintfDoes) {
     const unsigned short units[] = {u'u', u's', 0};
     const char16_t open[] = {u'o', u'p', u'e', u'n'}; // no NUL: the precision bounds the read
-    const std::pair<PelString, const char16_t*> cases[] = {
+    const std::pair<PelString, PelString> cases[] = {
         {PelString().format(u"%d|%5d|%-5d|%05d|%+d|% d", 7, 7, 7, 7, 7, 7), u"7|    7|7    |00007|+7| 7"},
         {PelString().format(u"%i %u %o %x %X %#x %#o", -3, 4000000000U, 8, 255, 255, 255, 8),
             u"-3 4000000000 10 ff FF 0xff 010"},
@@ -136,8 +136,11 @@ TEST(Formatting, RendersAsPrintfDoes) {
         {PelString().format(u"%a %A %Lf %lf", 1.0, 2.0, 1.5L, 0.25), u"0x1p+0 0X1P+1 1.500000 0.250000"},
         {PelString().format(u"%s|%5s|%-5s|%.1s|%s", u"ab", units, u"x", u"\u00e9z", nullptr),
             u"ab|   us|x    |\u00e9|(null)"},
-        {PelString().format(u"%.4s|%.*s|%*s|%-*d|%*d", open, 2, u"abc", 4, u"r", 3, 1, -3, 2),
-            u"open|ab|   r|1  |2  "},
+        {PelString().format(u"%.4s|%.*s|%*s|%*s|%-*d|%*d", open, 2, u"abc", 4, u"r", -3, u"l", 3, 1, -3, 2),
+            u"open|ab|   r|l  |1  |2  "},
+        {PelString().format(u"%.0s|%.*s|%.s|%.3s", open + 4, -1, u"all", open, nullptr), u"|all||(nu"},
+        {PelString().format(u"%63d|%64d", 1, 2),
+            std::u16string(62, u' ') + u"1|" + std::u16string(63, u' ') + u"2"},
         {PelString().format(u"%c%c|%3c|%%|100%", u'a', 0x416, u'z'), u"a\u0416|  z|%|100%"},
         {PelString().format(u"%n %q %y%d %5k %S", 1), u"%n %q %y1 %5k %S"},
         {PelString().format(u"%99999999999d|%d|%l", 3), u"%99999999999d|3|%l"},

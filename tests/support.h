@@ -74,8 +74,8 @@ inline std::string answers(std::initializer_list<Answer> list) {
 
 /// A call and what it answers.
 struct Row {
-    Row(const Answer& answer, const char* text, int callLine = __builtin_LINE())
-        : answered(answer.text), expected(text), line(callLine) {}
+    Row(const Answer& answer, std::string text, int callLine = __builtin_LINE())
+        : answered(answer.text), expected(std::move(text)), line(callLine) {}
     std::string answered, expected;
     int line;
 };

@@ -84,44 +84,39 @@ TEST(Writing, GivesEachKindOfNodeItsMarkup) {
             {"<!DOCTYPE a PUBLIC 'p' 'a.dtd' [<!ENTITY e 'x'>]><a>&e;</a>",
                 R"(<!DOCTYPE a PUBLIC "p" "a.dtd"[<!ENTITY e "x">]>~~<a>x</a>~~)"},
             {"<!DOCTYPE a [ <!ELEMENT a ANY> ]><a/>", "<!DOCTYPE a[ <!ELEMENT a ANY> ]>~~<a/>~~"},
-            {"<!DOCTYPE a [<!--c--><!ELEMENT a ANY><!ENTITY % p 'x'><!ENTITY q '&#38;#60;\"&#37;'><!NOTATION "
-             "n "
-             "SYSTEM '\"'>"
-             "<!ENTITY u PUBLIC 'p' 's' NDATA n><!ATTLIST a f CDATA #FIXED '&#10;\"' n NOTATION (n) #IMPLIED "
-             "i (x|y) 'x' r ID #REQUIRED>]><a r='i'>&q;</a>",
-                "<!DOCTYPE a[<!--c--><!ELEMENT a ANY><!ENTITY % p \"x\"><!ENTITY q "
-                "\"&#x26;#60;&#x22;&#x25;\">"
-                "<!NOTATION n SYSTEM '\"'><!ENTITY u PUBLIC \"p\" \"s\" NDATA n>"
-                "<!ATTLIST a f CDATA #FIXED \"&#xA;&#x22;\" n NOTATION (n) #IMPLIED i (x|y) \"x\" r ID "
-                "#REQUIRED>]>"
-                "~~<a f=\"&#xA;&quot;\" i=\"x\" r=\"i\">&lt;\"%</a>~~"},
-            {"<!DOCTYPE a SYSTEM 'a\".dtd'><a/>", "<!DOCTYPE a SYSTEM 'a\".dtd'>~~<a/>~~"},
+            {R"(<!DOCTYPE a [<!--c--><!ELEMENT a ANY><!ENTITY % p 'x'><!ENTITY q '&#38;#60;"&#37;&#13;'>)"
+             R"(<!NOTATION n SYSTEM '"'><!ENTITY u PUBLIC 'p' 's' NDATA n>)"
+             R"(<!ATTLIST a f CDATA #FIXED '&#9;&#10;&#13;&#38;&#60;"' n NOTATION (n) #IMPLIED i (x|y) 'x' r ID)"
+             " #REQUIRED>]><a r='i'>&q;</a>",
+                R"(<!DOCTYPE a[<!--c--><!ELEMENT a ANY><!ENTITY % p "x">)"
+                R"(<!ENTITY q "&#x26;#60;&#x22;&#x25;&#xD;"><!NOTATION n SYSTEM '"'>)"
+                R"(<!ENTITY u PUBLIC "p" "s" NDATA n>)"
+                R"(<!ATTLIST a f CDATA #FIXED "&#x9;&#xA;&#xD;&#x26;&#x3C;&#x22;" n NOTATION (n) #IMPLIED i (x|y) "x" r ID)"
+                R"( #REQUIRED>]>~~<a f="&#x9;&#xA;&#xD;&amp;&lt;&quot;" i="x" r="i">&lt;"%&#xD;</a>~~)"},
+            {R"(<!DOCTYPE a SYSTEM 'a".dtd'><a/>)", R"(<!DOCTYPE a SYSTEM 'a".dtd'>~~<a/>~~)"},
             // of what is declared twice, the first counts
-            {"<!DOCTYPE a [<!ELEMENT a ANY><!ATTLIST a k (x|y) 'x'><!ATTLIST a k (z) 'z' k CDATA #REQUIRED l "
-             "ID "
-             "#IMPLIED><!NOTATION n SYSTEM 'n'><!NOTATION n PUBLIC 'p'><!ENTITY u 'v'><!ENTITY u SYSTEM 'x' "
-             "NDATA "
-             "n><!ENTITY % u 'w'><!ENTITY % u SYSTEM 'y'><!ENTITY lt '&#38;#60;'><!ENTITY lt '&#38;#x3C;'>]>"
-             "<a>&u;</a>",
-                "<!DOCTYPE a[<!ELEMENT a ANY><!ATTLIST a k (x|y) \"x\"><!ATTLIST a   l ID "
-                "#IMPLIED><!NOTATION n "
-                "SYSTEM \"n\"><!ENTITY u \"v\"><!ENTITY % u \"w\"><!ENTITY lt \"&#x26;#60;\">]>~~<a "
-                "k=\"x\">v</a>~~"},
-            {"<!DOCTYPE a [<!ELEMENT a ANY><!NOTATION n SYSTEM ''><!NOTATION m PUBLIC 'p' ''><!NOTATION o "
-             "PUBLIC "
-             "''><!ENTITY e SYSTEM ''><!ENTITY f PUBLIC 'p' ''><!ENTITY % g SYSTEM ''>]><a/>",
-                "<!DOCTYPE a[<!ELEMENT a ANY><!NOTATION n SYSTEM \"\"><!NOTATION m PUBLIC \"p\"><!NOTATION o "
-                "SYSTEM "
-                "\"\"><!ENTITY e SYSTEM \"\"><!ENTITY f PUBLIC \"p\" \"\"><!ENTITY % g SYSTEM "
-                "\"\">]>~~<a/>~~"},
-            {"<!DOCTYPE a [<!ELEMENT a ((b?,c)*)*><!ELEMENT b (c*)*><!ELEMENT c "
-             "(((a)?)+|(b,(c,a))*)?><!ELEMENT d "
-             "(b|(a|c)|(a,b)+)><!ELEMENT e (c)><!ELEMENT f (#PCDATA)><!ELEMENT g (#PCDATA|:)*><!ELEMENT : "
-             "EMPTY><!ELEMENT h (:+,(:)?)><!ELEMENT i ((a?)+)*><!ELEMENT j (#PCDATA)*>]><a/>",
-                "<!DOCTYPE a[<!ELEMENT a (((b?,c))*)*><!ELEMENT b (c*)*><!ELEMENT c "
-                "((a?)+|((b,c,a))*)?><!ELEMENT d (b|a|c|((a,b))+)><!ELEMENT e (c)><!ELEMENT f "
-                "(#PCDATA)><!ELEMENT g (#PCDATA|:)*><!ELEMENT : EMPTY><!ELEMENT h (:+,:?)><!ELEMENT i "
-                "((a?)+)*><!ELEMENT j (#PCDATA)*>]>~~<a/>~~"}};
+            {"<!DOCTYPE a [<!ELEMENT a ANY><!ATTLIST a k (x|y) 'x'>"
+             "<!ATTLIST a k (z) 'z' k CDATA #REQUIRED l ID #IMPLIED><!NOTATION n SYSTEM 'n'>"
+             "<!NOTATION n PUBLIC 'p'><!ENTITY u 'v'><!ENTITY u SYSTEM 'x' NDATA n>"
+             "<!ENTITY % u 'w'><!ENTITY % u SYSTEM 'y'><!ENTITY lt '&#38;#60;'>"
+             "<!ENTITY lt '&#38;#x3C;'>]><a>&u;</a>",
+                R"(<!DOCTYPE a[<!ELEMENT a ANY><!ATTLIST a k (x|y) "x"><!ATTLIST a   l ID #IMPLIED>)"
+                R"(<!NOTATION n SYSTEM "n"><!ENTITY u "v"><!ENTITY % u "w">)"
+                R"(<!ENTITY lt "&#x26;#60;">]>~~<a k="x">v</a>~~)"},
+            {"<!DOCTYPE a [<!ELEMENT a ANY><!NOTATION n SYSTEM ''><!NOTATION m PUBLIC 'p' ''>"
+             "<!NOTATION o PUBLIC ''><!ENTITY e SYSTEM ''><!ENTITY f PUBLIC 'p' ''>"
+             "<!ENTITY % g SYSTEM ''>]><a/>",
+                R"(<!DOCTYPE a[<!ELEMENT a ANY><!NOTATION n SYSTEM ""><!NOTATION m PUBLIC "p">)"
+                R"(<!NOTATION o SYSTEM ""><!ENTITY e SYSTEM ""><!ENTITY f PUBLIC "p" "">)"
+                R"(<!ENTITY % g SYSTEM "">]>~~<a/>~~)"},
+            {"<!DOCTYPE a [<!ELEMENT a ((b?,c)*)*><!ELEMENT b (c*)*>"
+             "<!ELEMENT c (((a)?)+|(b,(c,a))*)?><!ELEMENT d (b|(a|c)|(a,b)+)><!ELEMENT e (c)>"
+             "<!ELEMENT f (#PCDATA)><!ELEMENT g (#PCDATA|:)*><!ELEMENT : EMPTY>"
+             "<!ELEMENT h (:+,(:)?)><!ELEMENT i ((a?)+)*><!ELEMENT j (#PCDATA)*>]><a/>",
+                "<!DOCTYPE a[<!ELEMENT a (((b?,c))*)*><!ELEMENT b (c*)*>"
+                "<!ELEMENT c ((a?)+|((b,c,a))*)?><!ELEMENT d (b|a|c|((a,b))+)><!ELEMENT e (c)>"
+                "<!ELEMENT f (#PCDATA)><!ELEMENT g (#PCDATA|:)*><!ELEMENT : EMPTY><!ELEMENT h (:+,:?)>"
+                "<!ELEMENT i ((a?)+)*><!ELEMENT j (#PCDATA)*>]>~~<a/>~~"}};
         for (const auto& [text, expected] : cases) {
             const PelDOMDocument document = readFile(folder.write("in.xml", text));
             EXPECT_EQ(written(toString, document), replaced(expected, "~", ""));
