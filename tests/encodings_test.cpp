@@ -88,26 +88,6 @@ TEST(IllFormedBytes, AreRefusedInDocumentsAndInWhatTheyName) {
         EXPECT_EQ(parse(PelString(std::u16string_view(wide, 6))).isNull(), 1);
 }
 
-TEST(IllFormedBytes, AreReportedAtTheirPlace) {
-    const std::pair<std::string, const char*> cases[] = {
-        {"<a>\n <b>\xF5\x80\x80\x80</b></a>", "text:2:5: code point 0xF5 is invalid for 'UTF-8' encoding"},
-        {"<bo\xC3ld/>", "text:1:4: code point 0xC3 is invalid for 'UTF-8' encoding"},
-        {"<a/>\0garbage"s, "text:1:5: code point 0x0 is invalid for 'UTF-8' encoding"},
-        {"<a/>\n\xC3", "text:2:1: invalid multi-byte sequence"},
-        {"<a>" + repeat(100000, "x\n") + "</a>\xE2\x82", "text:100001:5: invalid multi-byte sequence"},
-        {"<a>" + repeat(100000, "\xC3\xA9\n") + "\xFF</a>",
-            "text:100001:1: code point 0xFF is invalid for 'UTF-8' encoding"},
-        {"\xFF\xFE<\0a\0>\0\n\0\0\xDC"s, "text:2:1: code point 0xDC00 is invalid for 'UTF-16LE' encoding"},
-        {"<?xml version='1.0' encoding='Shift_JIS'?>\n<a>\x82\xA0\x82</a>",
-            "text:2:5: code point 0x82 is invalid for 'Shift_JIS' encoding"},
-        {"<?xml version='1.0' encoding='no-such'?><a/>",
-            "text:1:40: unable to create converter for 'no-such' encoding"}};
-    for (const auto& [bytes, message] : cases) {
-        EXPECT_EQ(parseBytes(bytes).isNull(), 1) << bytes;
-        EXPECT_EQ(PelDOMUtilites::getLastReadMessage().toUtf8(), message);
-    }
-}
-
 TEST(EncodingNames, MustBeThoseOfTheBytes) {
     const auto isRead = [](const std::string& mark, const std::string& name, std::size_t before,
                             std::size_t after) {

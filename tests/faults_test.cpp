@@ -237,5 +237,5 @@ TEST(AFileThatFails, IsAnsweredAndSpoilsNothing) {
     const std::string unreadable = folder.write("unreadable.xml", whole);
     EXPECT_EQ(readFile(unreadable).isNull(), 0);
     std::filesystem::permissions(unreadable, std::filesystem::perms::none);
-    EXPECT_EQ(readFile(unreadable).isNull(), geteuid() != 0 ? 1 : 0); // root reads everything
+    EXPECT_EQ(readFile(unreadable).isNull(), access(unreadable.c_str(), R_OK) == 0 ? 0 : 1); // root reads all
 }

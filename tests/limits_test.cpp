@@ -44,6 +44,8 @@ static std::string modelOf(std::size_t nodes) {
 
 static std::string namesOf(std::size_t count) { return "<r>" + repeat(count, "<a b$=''/>") + "</r>"; }
 
+static std::string manyAlike(const std::string& piece) { return repeat(bounds.alikeNames + 1, piece, alike); }
+
 static std::string within(const std::string& content) { return "<a>" + content + "</a>"; }
 
 // However slow the machine is.
@@ -78,9 +80,9 @@ TEST(Limits, HoldForPlainDocumentsToo) {
     } rows[] = {
         {__LINE__, namesOf(bounds.names), false},
         {__LINE__, namesOf(bounds.names - 2), true},
-        {__LINE__, within(repeat(bounds.alikeNames + 1, "<$/>", alike)), false},
+        {__LINE__, within(manyAlike("<$/>")), false},
         {__LINE__, within(repeat(bounds.alikeNames - 1, "<$/>", alike)), true},
-        {__LINE__, within(repeat(bounds.alikeNames + 1, "<b $=''/>", alike)), false},
+        {__LINE__, within(manyAlike("<b $=''/>")), false},
         {__LINE__, within(repeat(20000, "<a$ b$=''/>")), true},
         {__LINE__, large + repeat(bounds.work / 5000 + 1, "<b/>") + "</a>", false},
         {__LINE__, large + repeat(bounds.work / 5000 - 1, "<b/>") + "</a>", true},
@@ -143,25 +145,18 @@ TEST(Limits, NameWhatGrowsOutOfProportion) {
         {__LINE__, modelOf(bounds.modelParts + 1), "too large a content model"},
         {__LINE__, modelOf(1000000), "too large a content model"},
         {__LINE__, modelOf(bounds.modelParts - 1), ""},
-        {__LINE__, within(repeat(bounds.alikeNames + 1, "<$/>", alike)), names},
+        {__LINE__, within(manyAlike("<$/>")), names},
         {__LINE__, within(repeat(bounds.alikeNames, "<$/>", alike)), ""},
-        {__LINE__, within(repeat(bounds.alikeNames + 1, "<b $=''/>", alike)), names},
-        {__LINE__, "<a " + repeat(bounds.alikeNames + 1, "$='' ", alike) + "/>", names},
-        {__LINE__, withSubset(repeat(bounds.alikeNames + 1, "<!ELEMENT $ ANY>", alike)), names},
-        {__LINE__, withSubset("<!ELEMENT b (a" + repeat(bounds.alikeNames + 1, "|$", alike) + ")>"), names},
-        {__LINE__, withSubset(repeat(bounds.alikeNames + 1, "<!ENTITY $ ''>", alike)), names},
-        {__LINE__, withSubset(repeat(bounds.alikeNames + 1, "<!ENTITY % $ ''>", alike)), names},
-        {__LINE__, withSubset(repeat(bounds.alikeNames + 1, "<!NOTATION $ SYSTEM ''>", alike)), names},
-        {__LINE__, withSubset("<!ATTLIST a" + repeat(bounds.alikeNames + 1, " $ CDATA ''", alike) + ">"),
-            names},
-        {__LINE__,
-            withSubset(
-                "<!ATTLIST a k ID #IMPLIED>", within(repeat(bounds.alikeNames + 1, "<a k='$'/>", alike))),
-            names},
-        {__LINE__,
-            withSubset("<!ATTLIST a k IDREFS #IMPLIED>",
-                "<a k='" + repeat(bounds.alikeNames + 1, "$ ", alike) + "'/>"),
-            names},
+        {__LINE__, within(manyAlike("<b $=''/>")), names},
+        {__LINE__, "<a " + manyAlike("$='' ") + "/>", names},
+        {__LINE__, withSubset(manyAlike("<!ELEMENT $ ANY>")), names},
+        {__LINE__, withSubset("<!ELEMENT b (a" + manyAlike("|$") + ")>"), names},
+        {__LINE__, withSubset(manyAlike("<!ENTITY $ ''>")), names},
+        {__LINE__, withSubset(manyAlike("<!ENTITY % $ ''>")), names},
+        {__LINE__, withSubset(manyAlike("<!NOTATION $ SYSTEM ''>")), names},
+        {__LINE__, withSubset("<!ATTLIST a" + manyAlike(" $ CDATA ''") + ">"), names},
+        {__LINE__, withSubset("<!ATTLIST a k ID #IMPLIED>", within(manyAlike("<a k='$'/>"))), names},
+        {__LINE__, withSubset("<!ATTLIST a k IDREFS #IMPLIED>", "<a k='" + manyAlike("$ ") + "'/>"), names},
         {__LINE__,
             withSubset(
                 "<!ATTLIST a k ID #IMPLIED l IDREFS #IMPLIED>", "<a k='x' l='" + repeat(1000, "x ") + "'/>"),

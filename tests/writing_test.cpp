@@ -47,9 +47,14 @@ static std::string replaced(std::string text, const std::string& old, const std:
     return text;
 }
 
+static const bool hasXmllint = std::system("type xmllint >/dev/null 2>&1") == 0;
+
 static void expectAccepted(const std::string& file) {
-    const std::string check = "! type xmllint >/dev/null || xmllint --noout --nonet --huge " + file;
-    EXPECT_EQ(std::system(check.c_str()), 0);
+    EXPECT_EQ(hasXmllint ? std::system(("xmllint --noout --nonet --huge " + file).c_str()) : 0, 0);
+}
+
+TEST(Writing, IsCheckedByAnotherReader) {
+    if (!hasXmllint) GTEST_SKIP() << "xmllint is missing, which would check what the others write";
 }
 
 TEST(Writing, FramesACreatedDocument) {
@@ -293,5 +298,11 @@ TEST(Depth, TakesNoStackInReadingWalkingGrowingAndWriting) {
         }
         EXPECT_EQ(written(toString, document).size(), 2 * depth * 7 - 3);
         EXPECT_EQ(written(toFile, document, 1).size(), 2 * depth * 9 + 1);
+        PelDOMWriter writer;
+        std::string bytes;
+        writer.setEncoding("ISO-8859-1");
+        writer.setDeclaration(false);
+        EXPECT_EQ(writer.writeBytes(document, bytes), PelDOM::SUCCESS);
+        EXPECT_EQ(bytes.size(), 2 * depth * 7 - 2);
     });
 }
