@@ -203,21 +203,6 @@ TEST(Texts, KeepWhatIsSet) {
     EXPECT_EQ(show(document.createTextNode("")), "||");
 }
 
-TEST(Trees, GrowAndMoveByAppending) {
-    PelDOMDocument document = parse("<r><a/><b><c/></b></r>");
-    PelDOMElement root = document.getDocumentElement();
-    PelDOMNode a = childAt(root, 0);
-    PelDOMNode b = childAt(root, 1);
-    PelDOMElement made = document.createElement("made");
-    PelDOMText text = document.createTextNode("t");
-    PelDOMNode parent;
-    PelDOMDocument owner;
-    expectAnswers({{made.getParentNode(parent), "ok"}, {parent, "#0"}, {root, "r(a b(c))"},
-        {made.appendChild(text), "ok"}, {root.appendChild(made), "ok"}, {root, "r(a b(c) made(|t|))"},
-        {b.appendChild(a), "ok"}, {a.getParentNode(parent), "ok"}, {parent, "b(c a)"},
-        {a.getOwnerDocument(owner), "ok"}, {owner, "#9(r(b(c a) made(|t|)))"}});
-}
-
 TEST(Trees, RefuseWhatTheDomForbidsAndStayAsTheyWere) {
     PelDOMDocument document = parse("<r><a><b/></a></r>");
     const PelDOMDocument other = parse("<o/>");

@@ -277,6 +277,11 @@ static void carryEveryCharacter(const char* encoding, const char* icuName, bool 
         ASSERT_TRUE(back.getAttribute("k").view() == all) << encoding;
         ASSERT_TRUE(PelDOMText(childAt(childAt(back, 1), 0)).getValue().view() == all + u"\n&") << encoding;
         if (hasTextMode) expectAccepted(file);
+        PelDOMWriter writer;
+        writer.setEncoding(encoding);
+        writer.setLineEnds(PelDOMWriter::CRLF);
+        ASSERT_EQ(writer.writeFile(document, file), PelDOM::SUCCESS);
+        ASSERT_TRUE(show(readFile(file).getDocumentElement()) == show(root)) << encoding;
     }
 }
 
