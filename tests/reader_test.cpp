@@ -125,8 +125,8 @@ TEST_F(Reading, NamesFilesAsTheCallerAndTheDocumentNameThem) {
     EXPECT_EQ(file("./sub/../a.xml"), "null; E ./sub/../a.xml:2:7: expected end of tag 'b'");
     EXPECT_EQ(file("sub/d.xml"), "null; E sub/e.ent:2:5: entity 'x' not found");
     for (const std::string& name : {folder + "/sub/e.ent", "file://" + folder + "/sub/e.ent"}) {
-        write("d.xml", "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e SYSTEM '" + name + "'>]>\n<a>&e;</a>");
-        EXPECT_EQ(file("d.xml"), "null; E " + name + ":2:5: entity 'x' not found");
+        write("sub/d.xml", "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e SYSTEM '" + name + "'>]>\n<a>&e;</a>");
+        EXPECT_EQ(file("sub/d.xml"), "null; E " + name + ":2:5: entity 'x' not found");
     }
     EXPECT_EQ(file("gone.xml"), "null; E gone.xml:0:0: no such file");
     EXPECT_EQ(file("sub"), "null; E sub:0:0: is a folder");
