@@ -15,7 +15,8 @@ function(qrndom_whole_library target)
     # The target's own sources need not see the library's.
     set_source_files_properties("${log}" PROPERTIES INCLUDE_DIRECTORIES "${PROJECT_SOURCE_DIR}/src")
     target_sources(${target} PRIVATE "${log}" $<TARGET_OBJECTS:qrndom_objects>)
-    target_compile_definitions(${target} PRIVATE QRNDOM_LOG_FILE="${ARG_LOG_FILE}"
+    target_compile_definitions(${target} PRIVATE
+        $<TARGET_PROPERTY:qrndom_objects,COMPILE_DEFINITIONS> QRNDOM_LOG_FILE="${ARG_LOG_FILE}"
         QRNDOM_LOG_MODE=${ARG_LOG_MODE} QRNDOM_LOG_LIMIT=${ARG_LOG_LIMIT})
     target_include_directories(${target} PRIVATE
         "${PROJECT_SOURCE_DIR}/include" "${PROJECT_BINARY_DIR}/include")

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "../fuzz/same_tree.h"
-#include "reading/PelPlainNodes.h"
 #include "reading/PelPlainScanner.h"
 #include "reading/PelXercesReader.h"
 #include "support.h"
+#include "xerces/PelXercesFields.h"
 
 #include <xercesc/util/PlatformUtils.hpp>
 
@@ -91,7 +91,7 @@ struct WaysOfReading : testing::Test {
     static void TearDownTestSuite() { services().terminate(); }
 };
 
-TEST_F(WaysOfReading, KnowTheEnginesNodes) { EXPECT_TRUE(PelPlainNodes::areKnown()); }
+TEST_F(WaysOfReading, KnowTheEnginesNodes) { EXPECT_TRUE(PelXercesFields::areKnown()); }
 
 TEST_F(WaysOfReading, GiveTheSameTree) {
     const std::string dtd =

@@ -2,11 +2,7 @@
 #include "reading/PelPlainNames.h"
 
 #include "reading/PelXercesReadLimits.h"
-#include "xerces/PelXercesLinks.h"
-
-#include <xercesc/dom/impl/DOMDocumentImpl.hpp>
-#include <xercesc/dom/impl/DOMStringPool.hpp>
-#include <xercesc/util/XMLString.hpp>
+#include "xerces/PelXercesFields.h"
 
 #include <algorithm>
 #include <cstring>
@@ -14,21 +10,10 @@
 #include <string_view>
 
 using xercesc::DOMDocumentImpl;
-using xercesc::DOMStringPoolEntry;
 
 namespace {
 
 constexpr std::size_t firstSize = 32; // of the table; a power of two
-
-// The engine's pool of names.
-struct Pool : DOMDocumentImpl {
-    static DOMStringPoolEntry**& tableOf(DOMDocumentImpl& document) {
-        return document.*(&Pool::fNameTable);
-    }
-    static XMLSize_t sizeOf(const DOMDocumentImpl& document) {
-        return document.*(&Pool::fNameTableSize);
-    }
-};
 
 // Not to be foreseen by who writes a document.
 std::uint64_t processSeed() {
@@ -71,10 +56,10 @@ const PelPlainNames::Name* PelPlainNames::add(const void* bytes, std::size_t siz
         return nullptr;
     if (count * 2 > slots.size())
         grow();
-    if (count > Pool::sizeOf(document))
-        PelXercesLinks::growNameTable(document);
+    if (count > PelXercesFields::namePlacesOf(document))
+        PelXercesFields::growNameTable(document);
     Slot& slot = freeSlot(sought);
-    slot = {sought, bytes, size, {pool(name), orderOf(name)}};
+    slot = {sought, bytes, size, {PelXercesFields::addName(document, name), orderOf(name)}};
     return areTooAlike(slot) ? nullptr : &slot.name;
 }
 
@@ -101,19 +86,6 @@ std::uint64_t PelPlainNames::hash(const void* bytes, std::size_t size) const {
 
 bool PelPlainNames::isSame(const Slot& slot, const void* bytes, std::size_t size) {
     return slot.size == size && std::memcmp(slot.bytes, bytes, size) == 0;
-}
-
-// At the front of the engine's list: no search is needed for what is known to be new.
-const XMLCh* PelPlainNames::pool(const std::u16string& name) {
-    auto* const entry = static_cast<DOMStringPoolEntry*>(
-        document.allocate(sizeof(DOMStringPoolEntry) + name.size() * sizeof(XMLCh)));
-    auto& first =
-        Pool::tableOf(document)[xercesc::XMLString::hash(name.c_str(), Pool::sizeOf(document))];
-    entry->fLength = name.size();
-    std::memcpy(entry->fString, name.c_str(), (name.size() + 1) * sizeof(XMLCh));
-    entry->fNext = first;
-    first = entry;
-    return entry->fString;
 }
 
 // As long as there are few names, all of them may share a place.

@@ -53,7 +53,6 @@ private:
 
     std::uint64_t hash(const void* bytes, std::size_t size) const;
     static bool isSame(const Slot& slot, const void* bytes, std::size_t size);
-    const XMLCh* pool(const std::u16string& name);
     bool areTooAlike(const Slot& newest);
     bool isTooAlike(const Slot& slot);
     Slot& freeSlot(std::uint64_t slotHash);

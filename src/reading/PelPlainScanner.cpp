@@ -4,6 +4,7 @@
 #include "reading/PelPlainMarkup.h"
 #include "reading/PelPlainUtf16.h"
 #include "reading/PelPlainUtf8.h"
+#include "xerces/PelXercesFields.h"
 
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLUni.hpp>
@@ -42,7 +43,7 @@ PelXercesDocumentPtr PelPlainScanner::read(const void* bytes, std::size_t size, 
                                            const XMLCh* systemId) {
     try {
         // The process can tell the engine to take other characters for line ends too.
-        if (xercesc::XMLPlatformUtils::isNELRecognized() || !PelPlainNodes::areKnown())
+        if (xercesc::XMLPlatformUtils::isNELRecognized() || !PelXercesFields::areKnown())
             return nullptr;
         if (encoding == Encoding::utf8)
             return readAs<PelPlainUtf8>(bytes, size, systemId, XMLUni::fgUTF8EncodingString);

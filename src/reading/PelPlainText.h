@@ -2,9 +2,7 @@
 #pragma once
 
 #include "reading/PelPlainRuns.h"
-
-#include <xercesc/dom/impl/DOMDocumentImpl.hpp>
-#include <xercesc/dom/impl/DOMStringPool.hpp>
+#include "xerces/PelXercesFields.h"
 
 /// The text of one node, as it is put together: a short one here, a long one in the document from
 /// the beginning, so that it is there once.

@@ -6,15 +6,12 @@
 #include "xerces/PelXercesMemory.h"
 
 #include <xercesc/dom/DOMImplementation.hpp>
-#include <xercesc/dom/impl/DOMCDATASectionImpl.hpp>
-#include <xercesc/dom/impl/DOMCommentImpl.hpp>
-#include <xercesc/dom/impl/DOMProcessingInstructionImpl.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
 #include <algorithm>
 
+using Fields = PelXercesFields;
 using xercesc::DOMAttrImpl;
-using xercesc::DOMBuffer;
 using xercesc::DOMDocumentImpl;
 using xercesc::DOMElementImpl;
 using xercesc::DOMMemoryManager;
@@ -25,19 +22,11 @@ namespace {
 // Up to here sorting by insertion is faster.
 constexpr std::size_t fewAttributes = 12;
 
-// What a node consists of, which some kinds of node keep from others.
-template <class Node>
-struct Parts : Node {
-    static xercesc::DOMNodeImpl& nodeOf(Node& node) { return node.*(&Parts::fNode); }
-    static xercesc::DOMChildNode& linksOf(Node& node) { return node.*(&Parts::fChild); }
-    static DOMBuffer*& textOf(Node& node) { return (node.*(&Parts::fCharacterData)).fDataBuf; }
-};
-
 // Gives a node, whose text is too long for its constructor, what was put together for it.
 template <class Node>
 Node& withText(Node* node, PelPlainText& text) {
     if (text.isLong())
-        Parts<Node>::textOf(*node) = text.take();
+        Fields::bufferOf(*node) = text.take();
     return *node;
 }
 
@@ -71,7 +60,7 @@ PelXercesDocumentPtr PelPlainTree::take() {
 
 void PelPlainTree::openElement(const Name& name) {
     DOMElementImpl& element = nodes.makeElement();
-    element.fName = name.pooled;
+    Fields::nameOf(element) = name.pooled;
     if (levels.empty())
         document.appendChild(&element);
     else
@@ -81,9 +70,10 @@ void PelPlainTree::openElement(const Name& name) {
 
 void PelPlainTree::addAttribute(const Name& name, PelPlainText& value) {
     DOMAttrImpl& attribute = nodes.makeAttribute();
-    attribute.fName = name.pooled;
-    attribute.fNode.fOwnerNode = levels.back().element;
-    attribute.fNode.isOwned(true);
+    Fields::nameOf(attribute) = name.pooled;
+    xercesc::DOMNodeImpl& node = Fields::nodeOf(attribute);
+    Fields::ownerOf(node) = levels.back().element;
+    node.isOwned(true);
     PelXercesLinks::append(attribute, makeText(value));
     attributes.push_back({name, &attribute});
 }
@@ -104,7 +94,7 @@ bool PelPlainTree::endTag() {
             for (auto at = next; at != attributes.begin() && isBefore(*at, *(at - 1)); --at)
                 std::swap(*at, *(at - 1));
     DOMNode** const list =
-        nodes.makeAttributeList(*levels.back().element->fAttributes, attributes.size());
+        nodes.makeAttributeList(*Fields::attributesOf(*levels.back().element), attributes.size());
     for (std::size_t i = 0; i < attributes.size(); ++i) {
         list[i] = attributes[i].node;
         if (i > 0 && attributes[i].name.pooled == attributes[i - 1].name.pooled)
@@ -165,16 +155,16 @@ void PelPlainTree::addInstruction(const std::u16string& target, PelPlainText& da
 template <class Node>
 void PelPlainTree::append(Node& node) {
     if (levels.empty()) {
-        document.fParent.appendChildFast(&node);
+        Fields::parentOf(document).appendChildFast(&node);
         return;
     }
     Level& level = levels.back();
-    xercesc::DOMNodeImpl& inner = Parts<Node>::nodeOf(node);
-    xercesc::DOMChildNode& links = Parts<Node>::linksOf(node);
-    inner.fOwnerNode = level.element;
+    xercesc::DOMNodeImpl& inner = Fields::nodeOf(node);
+    xercesc::DOMChildNode& links = Fields::linksOf(node);
+    Fields::ownerOf(inner) = level.element;
     inner.isOwned(true);
     if (level.first == nullptr) {
-        level.element->fParent.fFirstChild = &node;
+        Fields::firstChildOf(*level.element) = &node;
         inner.isFirstChild(true);
         level.first = &links;
     } else {

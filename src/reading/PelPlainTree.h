@@ -2,8 +2,8 @@
 #pragma once
 
 #include "reading/PelPlainNames.h"
-#include "reading/PelPlainNodes.h"
 #include "reading/PelPlainText.h"
+#include "xerces/PelXercesMoulds.h"
 #include "xerces/PelXercesTree.h"
 
 #include <string>
@@ -61,7 +61,7 @@ private:
 
     PelXercesDocumentPtr owner;
     xercesc::DOMDocumentImpl& document;
-    PelPlainNodes nodes;
+    PelXercesMoulds nodes;
     std::vector<Level> levels;
     std::vector<Attribute> attributes;
     std::size_t attributeWork = 0;

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 
+using Fields = PelXercesFields;
 using xercesc::DOMAttrImpl;
 using xercesc::DOMAttrMapImpl;
 using xercesc::DOMElementImpl;
@@ -16,7 +17,7 @@ using xercesc::XMLString;
 namespace {
 
 bool isBefore(const DOMAttrImpl* one, const DOMAttrImpl* two) {
-    return XMLString::compareString(one->fName, two->fName) < 0;
+    return XMLString::compareString(Fields::nameOf(*one), Fields::nameOf(*two)) < 0;
 }
 
 } // namespace
@@ -37,9 +38,9 @@ DOMElementImpl* PelXercesFastNodes::makeElement(const XMLElementDecl& declaratio
     if (model == nullptr)
         return nullptr;
     DOMElementImpl& element = nodes.makeElement();
-    element.fName = model->name;
-    names.addElement(element.fName);
-    if (model->element != nullptr && model->element->fAttributes->hasDefaults())
+    Fields::nameOf(element) = model->name;
+    names.addElement(model->name);
+    if (model->element != nullptr && Fields::attributesOf(*model->element)->hasDefaults())
         addDefaults(element, *model->element);
     for (XMLSize_t i = 0; i < count; ++i) {
         const xercesc::XMLAttr& source = *attributes.elementAt(i);
@@ -47,18 +48,19 @@ DOMElementImpl* PelXercesFastNodes::makeElement(const XMLElementDecl& declaratio
                      source.getSpecified());
     }
     for (const DOMAttrImpl* const attribute : pending)
-        names.addAttribute(attribute->fName);
-    keepAttributes(*element.fAttributes);
+        names.addAttribute(Fields::nameOf(*attribute));
+    keepAttributes(*Fields::attributesOf(element));
     return &element;
 }
 
 void PelXercesFastNodes::addAttribute(DOMElementImpl& element, const XMLCh* name,
                                       const XMLCh* value, bool isSpecified) {
     DOMAttrImpl& attribute = nodes.makeAttribute();
-    attribute.fName = name;
-    attribute.fNode.fOwnerNode = &element;
-    attribute.fNode.isOwned(true);
-    attribute.fNode.isSpecified(isSpecified);
+    Fields::nameOf(attribute) = name;
+    xercesc::DOMNodeImpl& node = Fields::nodeOf(attribute);
+    Fields::ownerOf(node) = &element;
+    node.isOwned(true);
+    node.isSpecified(isSpecified);
     PelXercesLinks::append(attribute, makeText(value, XMLString::stringLen(value)));
     pending.push_back(&attribute);
 }
@@ -66,15 +68,15 @@ void PelXercesFastNodes::addAttribute(DOMElementImpl& element, const XMLCh* name
 // What removed attributes become again. The scanner adds to a start tag what it does not have of
 // them.
 void PelXercesFastNodes::addDefaults(DOMElementImpl& element, const DOMElementImpl& model) {
-    const DOMAttrMapImpl& defaults = *model.fDefaultAttributes;
+    DOMAttrMapImpl& defaults = *Fields::defaultsOf(model);
     for (XMLSize_t i = 0; i < defaults.getLength(); ++i) {
         const auto& attribute = static_cast<const DOMAttrImpl&>(*defaults.item(i));
-        addAttribute(element, attribute.fName, PelXercesLinks::valueOf(attribute),
-                     attribute.fNode.isSpecified());
+        addAttribute(element, attribute.getName(), PelXercesLinks::valueOf(attribute),
+                     attribute.getSpecified());
     }
-    keepAttributes(*element.fDefaultAttributes);
-    element.fDefaultAttributes->hasDefaults(model.fDefaultAttributes->hasDefaults());
-    element.fAttributes->hasDefaults(true);
+    keepAttributes(*Fields::defaultsOf(element));
+    Fields::defaultsOf(element)->hasDefaults(defaults.hasDefaults());
+    Fields::attributesOf(element)->hasDefaults(true);
 }
 
 // The engine keeps attributes in the order of their names. A name that a tag has twice is an error,

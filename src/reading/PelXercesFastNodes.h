@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "reading/PelPlainNodes.h"
 #include "reading/PelXercesNameLimits.h"
+#include "xerces/PelXercesMoulds.h"
 
 #include <xercesc/framework/XMLAttr.hpp>
 #include <xercesc/framework/XMLElementDecl.hpp>
@@ -30,7 +30,7 @@ public:
 
     /// The engine has made an element of this declaration.
     void learn(const xercesc::XMLElementDecl& declaration, xercesc::DOMElementImpl& element) {
-        models.emplace(&declaration, Model{element.fName, &element});
+        models.emplace(&declaration, Model{element.getTagName(), &element});
     }
 
     xercesc::DOMTextImpl& makeText(const XMLCh* units, std::size_t size) {
@@ -49,7 +49,7 @@ private:
     void addDefaults(xercesc::DOMElementImpl& element, const xercesc::DOMElementImpl& model);
     void keepAttributes(xercesc::DOMAttrMapImpl& map);
 
-    PelPlainNodes nodes;
+    PelXercesMoulds nodes;
     xercesc::DOMDocumentImpl& pool;
     PelXercesNameLimits& names;
     std::unordered_map<const xercesc::XMLElementDecl*, Model> models;

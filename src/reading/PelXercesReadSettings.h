@@ -2,7 +2,6 @@
 #pragma once
 
 #include "reading/PelXercesReadLimits.h"
-#include "xerces/PelXercesLinks.h"
 
 #include <qrndom/PelDOMReader.h>
 
@@ -10,11 +9,11 @@
 struct PelXercesReadSettings {
     /// By PelPlainScanner, where it can; by the engine's scanner, with nodes made by
     /// PelXercesFastNodes; or all of it by the engine. Each but the last does what the next does
-    /// where it gives up, and the tree is the same.
+    /// where it gives up, and the tree is the same. All three are the last where the engine's
+    /// fields are not known.
     enum class Method { plainScanner, fastNodes, engine };
 #ifdef QRNDOM_FAST_READ
-    static constexpr Method usualMethod =
-        PelXercesLinks::areKnown ? Method::plainScanner : Method::engine;
+    static constexpr Method usualMethod = Method::plainScanner;
 #else
     static constexpr Method usualMethod = Method::engine;
 #endif

@@ -4,9 +4,6 @@
 #include "xerces/PelXercesLinks.h"
 
 #include <xercesc/dom/DOMException.hpp>
-#include <xercesc/dom/impl/DOMAttrImpl.hpp>
-#include <xercesc/dom/impl/DOMAttrMapImpl.hpp>
-#include <xercesc/dom/impl/DOMDocumentImpl.hpp>
 #include <xercesc/framework/XMLAttr.hpp>
 #include <xercesc/framework/XMLElementDecl.hpp>
 #include <xercesc/internal/XMLScanner.hpp>
@@ -31,14 +28,6 @@ constexpr std::size_t longTag = 64;
 // What the engine takes to make an attribute of a default, in steps.
 constexpr std::size_t defaultSteps = 1000;
 
-// Without validation the engine drops references to entities that are declared nowhere, as soon as
-// there is a DTD that might declare them.
-struct ScannerAccess : xercesc::XMLScanner {
-    static void requireEntities(xercesc::XMLScanner& scanner) {
-        scanner.*& ScannerAccess::fHasNoDTD = true;
-    }
-};
-
 } // namespace
 
 PelXercesTreeBuilder::PelXercesTreeBuilder(PelXercesReadMemory& readMemory, bool areFastNodesMade)
@@ -60,7 +49,7 @@ void PelXercesTreeBuilder::startDocument() {
     xercesc::MemoryManager* const own = std::exchange(fMemoryManager, &PelXercesTreeMemory::get());
     XercesDOMParser::startDocument();
     fMemoryManager = own;
-    if (isFast && PelPlainNodes::areKnown())
+    if (isFast && PelXercesFields::areKnown())
         fast.emplace(*fDocument, names);
 }
 
@@ -72,8 +61,10 @@ void PelXercesTreeBuilder::startElement(const xercesc::XMLElementDecl& declarati
     limits.addEvent();
     if (isRoot)
         limits.watchMemory(true); // from here on the engine clears nothing up before the end
+    // Without validation the engine drops references to entities that are declared nowhere, as soon
+    // as there is a DTD that might declare them.
     if (isRoot && getValidationScheme() == Val_Never)
-        ScannerAccess::requireEntities(*getScanner());
+        getScanner()->setHasNoDTD(true);
     names.addStartTag(attributes, count);
     for (XMLSize_t i = 0; i < count; ++i)
         requirePairs(attributes.elementAt(i)->getValue());
@@ -118,9 +109,9 @@ void PelXercesTreeBuilder::endElement(const xercesc::XMLElementDecl& declaration
                                       unsigned int uriId, bool isRoot, const XMLCh* prefix) {
     endText();
     if (fast && fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE) {
-        const auto* const element = static_cast<DOMElementImpl*>(fCurrentParent);
-        DOMNode* const parent = element->fNode.fOwnerNode;
-        if (element->fNode.isOwned() && parent->getNodeType() == DOMNode::ELEMENT_NODE) {
+        auto& node = PelXercesFields::nodeOf(*static_cast<DOMElementImpl*>(fCurrentParent));
+        DOMNode* const parent = PelXercesFields::ownerOf(node);
+        if (node.isOwned() && parent->getNodeType() == DOMNode::ELEMENT_NODE) {
             fCurrentNode = fCurrentParent;
             fCurrentParent = parent;
             return;

@@ -4,12 +4,8 @@
 #include "core/PelPlatform.h"
 #include "reading/PelXercesModelCost.h"
 #include "reading/PelXercesValidator.h"
-#include "xerces/PelXercesLinks.h"
+#include "xerces/PelXercesFields.h"
 
-#include <xercesc/dom/impl/DOMDocumentImpl.hpp>
-#include <xercesc/dom/impl/DOMDocumentTypeImpl.hpp>
-#include <xercesc/dom/impl/DOMEntityImpl.hpp>
-#include <xercesc/dom/impl/DOMNotationImpl.hpp>
 #include <xercesc/framework/XMLErrorCodes.hpp>
 #include <xercesc/framework/XMLNotationDecl.hpp>
 #include <xercesc/internal/XMLScanner.hpp>
@@ -233,8 +229,8 @@ void PelXercesTypeBuilder::notationDecl(const xercesc::XMLNotationDecl& notation
 
 // The engine keeps the names of a tree in a table that does not grow.
 void PelXercesTypeBuilder::growNameTable(std::size_t more) {
-    while (PelXercesLinks::areKnown && names.countInTree() + more > namePlaces)
-        namePlaces = PelXercesLinks::growNameTable(*fDocument);
+    while (PelXercesFields::areKnown() && names.countInTree() + more > namePlaces)
+        namePlaces = PelXercesFields::growNameTable(*fDocument);
 }
 
 // The scanner looks for the other half of a surrogate pair everywhere but at the end of a literal.

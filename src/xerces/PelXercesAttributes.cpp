@@ -3,14 +3,12 @@
 
 #include "xerces/PelXercesLinks.h"
 
-#include <xercesc/dom/impl/DOMAttrMapImpl.hpp>
-
 using xercesc::DOMAttrImpl;
 
 void PelXercesAttributes::add(PelXercesNodePool& nodes, xercesc::DOMElementImpl& element,
                               DOMAttrImpl& made) {
     try {
-        if (xercesc::DOMNode* const replaced = element.fAttributes->setNamedItem(&made))
+        if (xercesc::DOMNode* const replaced = element.getAttributes()->setNamedItem(&made))
             nodes.takeBack(static_cast<DOMAttrImpl&>(*replaced));
     } catch (...) {
         nodes.takeBack(made);
@@ -38,14 +36,14 @@ void PelXercesAttributes::set(const PelXercesNodeRef& element, const XMLCh* name
 void PelXercesAttributes::remove(const PelXercesNodeRef& element, const XMLCh* name) {
     PelXercesNodePool& nodes = element.getTree().nodes;
     auto& owner = *element.as<xercesc::DOMElementImpl>();
-    xercesc::DOMAttrMapImpl& map = *owner.fAttributes;
+    auto& map = *static_cast<xercesc::DOMAttrMapImpl*>(owner.getAttributes());
     const int index = map.findNamePoint(name);
-    if (!PelXercesLinks::areKnown || index < 0) {
+    if (index < 0) {
         owner.removeAttribute(name);
         return;
     }
     const auto* const byDefault = static_cast<DOMAttrImpl*>(
-        map.hasDefaults() ? owner.fDefaultAttributes->getNamedItem(name) : nullptr);
+        map.hasDefaults() ? owner.getDefaultAttributes()->getNamedItem(name) : nullptr);
     if (byDefault != nullptr) {
         add(nodes, owner,
             nodes.makeAttribute(name, PelXercesLinks::valueOf(*byDefault),

@@ -3,8 +3,6 @@
 
 #include "xerces/PelXercesNodeRef.h"
 
-#include <xercesc/dom/impl/DOMElementImpl.hpp>
-
 /// Changes to the attributes of an element. When no memory is left for one, the exception finds
 /// them as they were.
 class PelXercesAttributes {

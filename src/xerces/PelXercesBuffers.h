@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <xercesc/dom/impl/DOMDocumentImpl.hpp>
-#include <xercesc/dom/impl/DOMStringPool.hpp>
+#include "xerces/PelXercesFields.h"
 
 #include <array>
 #include <cstddef>

@@ -9,7 +9,6 @@
 #include <xercesc/dom/DOMComment.hpp>
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMProcessingInstruction.hpp>
-#include <xercesc/dom/impl/DOMDocumentImpl.hpp>
 
 using xercesc::DOMAttrImpl;
 using xercesc::DOMElementImpl;
@@ -121,7 +120,7 @@ private:
     }
 
     static void append(DOMNode& parent, DOMNode& child) {
-        if (PelXercesLinks::areKnown)
+        if (PelXercesFields::areKnown())
             PelXercesLinks::insert(static_cast<DOMElementImpl&>(parent), child, nullptr);
         else
             parent.appendChild(&child);

@@ -28,10 +28,10 @@ PelXercesChanges::Change changeOf(xercesc::DOMNode& child, bool isRemoval) {
     change.isLeaf = child.getFirstChild() == nullptr;
     if (child.getNodeType() == xercesc::DOMNode::ELEMENT_NODE)
         change.name = child.getNodeName();
-    if (PelXercesLinks::areKnown) {
-        const xercesc::DOMNodeImpl& node = PelXercesLinks::implOf(&child);
-        const xercesc::DOMChildNode& links = PelXercesLinks::linksOf(&child);
-        change.parent = node.isOwned() ? node.fOwnerNode : nullptr;
+    if (PelXercesFields::areKnown()) {
+        xercesc::DOMNodeImpl& node = PelXercesFields::nodeOf(child);
+        const xercesc::DOMChildNode& links = PelXercesFields::linksOf(child);
+        change.parent = node.isOwned() ? PelXercesFields::ownerOf(node) : nullptr;
         change.previous = node.isFirstChild() ? nullptr : links.previousSibling;
         change.next = links.nextSibling;
     } else {
@@ -44,10 +44,10 @@ PelXercesChanges::Change changeOf(xercesc::DOMNode& child, bool isRemoval) {
 
 // An element whose links may be set here; null when that is left to the engine.
 xercesc::DOMElementImpl* linkedElement(xercesc::DOMNode& node) {
-    if (!PelXercesLinks::areKnown || node.getNodeType() != xercesc::DOMNode::ELEMENT_NODE)
+    if (!PelXercesFields::areKnown() || node.getNodeType() != xercesc::DOMNode::ELEMENT_NODE)
         return nullptr;
     auto& element = static_cast<xercesc::DOMElementImpl&>(node);
-    return element.fNode.isReadOnly() ? nullptr : &element;
+    return PelXercesFields::nodeOf(element).isReadOnly() ? nullptr : &element;
 }
 
 void unlink(PelXercesTree& tree, xercesc::DOMNode& child) {
@@ -120,7 +120,7 @@ void PelXercesEditing::appendTextElement(const PelXercesNodeRef& parent, const X
         throw;
     }
     // The element comes empty, which is of no concern to lists of other names.
-    linkNew(tree, *parent.as<xercesc::DOMElementImpl>(), element, element.fName);
+    linkNew(tree, *parent.as<xercesc::DOMElementImpl>(), element, element.getTagName());
     linkNew(tree, element, *content, nullptr);
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/PelXercesEngine.h"
 
+#include "xerces/PelXercesFields.h"
+
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
@@ -55,6 +57,7 @@ bool startLocked() {
     isHalfStarted = false;
     try {
         fillLazyTables();
+        PelXercesFields::tryOut();
     } catch (...) {
         XMLPlatformUtils::Terminate();
         return false;

@@ -1,46 +1,34 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <xercesc/dom/impl/DOMAttrImpl.hpp>
-#include <xercesc/dom/impl/DOMCasts.hpp>
-#include <xercesc/dom/impl/DOMDocumentImpl.hpp>
-#include <xercesc/dom/impl/DOMElementImpl.hpp>
-#include <xercesc/dom/impl/DOMStringPool.hpp>
-#include <xercesc/dom/impl/DOMTextImpl.hpp>
-#include <xercesc/util/XMLString.hpp>
-#include <xercesc/util/XercesVersion.hpp>
+#include "xerces/PelXercesFields.h"
 
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
 #include <typeinfo>
-#include <utility>
 
 /// The links between the engine's nodes, set and followed without the run-time casts on which the
-/// engine spends most of the time that it takes to build a tree.
+/// engine spends most of the time that it takes to build a tree. They are set only where the
+/// engine's fields are known; what asks does so by the engine's interface elsewhere.
 class PelXercesLinks {
 public:
-    /// Setting links reaches into the engine's own classes, so it is done with the release that it
-    /// was proven on and no other.
-    static constexpr bool areKnown = _XERCES_VERSION == 30204;
-
     /// Makes `child`, which has no parent, the last child of `parent`, as the engine's
     /// appendChildFast does. Nothing is checked.
     template <class Parent, class Child>
     static void append(Parent& parent, Child& child) {
-        xercesc::DOMNode*& first = parent.fParent.fFirstChild;
-        child.fNode.fOwnerNode = &parent;
-        child.fNode.isOwned(true);
+        xercesc::DOMNode*& first = Fields::firstChildOf(parent);
+        xercesc::DOMNodeImpl& node = Fields::nodeOf(child);
+        xercesc::DOMChildNode& links = Fields::linksOf(child);
+        Fields::ownerOf(node) = &parent;
+        node.isOwned(true);
         if (first == nullptr) {
             first = &child;
-            child.fNode.isFirstChild(true);
-            child.fChild.previousSibling = &child;
+            node.isFirstChild(true);
+            links.previousSibling = &child;
             return;
         }
         // The first child's link to a previous sibling leads to the last child.
-        xercesc::DOMNode*& last = linksOf(first).previousSibling;
-        linksOf(last).nextSibling = &child;
-        child.fChild.previousSibling = last;
+        xercesc::DOMNode*& last = Fields::linksOf(*first).previousSibling;
+        Fields::linksOf(*last).nextSibling = &child;
+        links.previousSibling = last;
         last = &child;
     }
 
@@ -48,18 +36,19 @@ public:
     /// last child when that is null. Nothing is checked.
     static void insert(xercesc::DOMElementImpl& parent, xercesc::DOMNode& child,
                        xercesc::DOMNode* next) {
-        xercesc::DOMNodeImpl& node = implOf(&child);
-        xercesc::DOMChildNode& links = linksOf(&child);
-        xercesc::DOMNode*& first = parent.fParent.fFirstChild;
-        node.fOwnerNode = &parent;
+        xercesc::DOMNodeImpl& node = Fields::nodeOf(child);
+        xercesc::DOMChildNode& links = Fields::linksOf(child);
+        xercesc::DOMNode*& first = Fields::firstChildOf(parent);
+        Fields::ownerOf(node) = &parent;
         node.isOwned(true);
         if (first == nullptr) {
             links.previousSibling = &child;
         } else {
             // The first child's link to a previous sibling leads to the last child.
-            xercesc::DOMNode*& back = linksOf(next != nullptr ? next : first).previousSibling;
+            xercesc::DOMNode*& back =
+                Fields::linksOf(next != nullptr ? *next : *first).previousSibling;
             if (next != first)
-                linksOf(back).nextSibling = &child;
+                Fields::linksOf(*back).nextSibling = &child;
             links.previousSibling = back;
             back = &child;
         }
@@ -67,29 +56,29 @@ public:
         if (next != first)
             return;
         if (first != nullptr)
-            implOf(first).isFirstChild(false);
+            Fields::nodeOf(*first).isFirstChild(false);
         node.isFirstChild(true);
         first = &child;
     }
 
     /// Takes `child` from its parent. Nothing is checked.
     static void remove(xercesc::DOMElementImpl& parent, xercesc::DOMNode& child) {
-        xercesc::DOMNodeImpl& node = implOf(&child);
-        xercesc::DOMChildNode& links = linksOf(&child);
-        xercesc::DOMNode*& first = parent.fParent.fFirstChild;
+        xercesc::DOMNodeImpl& node = Fields::nodeOf(child);
+        xercesc::DOMChildNode& links = Fields::linksOf(child);
+        xercesc::DOMNode*& first = Fields::firstChildOf(parent);
         xercesc::DOMNode* const next = links.nextSibling;
         if (next != nullptr)
-            linksOf(next).previousSibling = links.previousSibling;
+            Fields::linksOf(*next).previousSibling = links.previousSibling;
         else
-            linksOf(first).previousSibling = links.previousSibling;
+            Fields::linksOf(*first).previousSibling = links.previousSibling;
         if (first != &child) {
-            linksOf(links.previousSibling).nextSibling = next;
+            Fields::linksOf(*links.previousSibling).nextSibling = next;
         } else {
             first = next;
             if (next != nullptr)
-                implOf(next).isFirstChild(true);
+                Fields::nodeOf(*next).isFirstChild(true);
         }
-        node.fOwnerNode = parent.fParent.fOwnerDocument;
+        Fields::ownerOf(node) = parent.getOwnerDocument();
         node.isOwned(false);
         node.isFirstChild(false);
         links.nextSibling = nullptr;
@@ -120,24 +109,24 @@ public:
                                                      : node.getNodeType();
     }
     static xercesc::DOMNode* nextOf(xercesc::DOMNode& node) {
-        const std::type_info* const type = areKnown ? &typeid(node) : nullptr;
+        const std::type_info* const type = Fields::areKnown() ? &typeid(node) : nullptr;
         if (type == &typeid(xercesc::DOMElementImpl))
-            return static_cast<xercesc::DOMElementImpl&>(node).fChild.nextSibling;
+            return Fields::linksOf(static_cast<xercesc::DOMElementImpl&>(node)).nextSibling;
         return type == &typeid(xercesc::DOMTextImpl)
-                   ? static_cast<xercesc::DOMTextImpl&>(node).fChild.nextSibling
+                   ? Fields::linksOf(static_cast<xercesc::DOMTextImpl&>(node)).nextSibling
                    : node.getNextSibling();
     }
 
     /// The one text that an attribute consists of; null when it does not, or that is not known.
     static xercesc::DOMText* textOf(const xercesc::DOMNode& attribute) {
-        if (!areKnown)
+        if (!Fields::areKnown())
             return nullptr;
         xercesc::DOMNode* const first =
-            static_cast<const xercesc::DOMAttrImpl&>(attribute).fParent.fFirstChild;
+            Fields::firstChildOf(static_cast<const xercesc::DOMAttrImpl&>(attribute));
         if (first == nullptr || first->getNodeType() != xercesc::DOMNode::TEXT_NODE)
             return nullptr;
         auto* const text = static_cast<xercesc::DOMTextImpl*>(first);
-        return text->fChild.nextSibling == nullptr ? text : nullptr;
+        return Fields::linksOf(*text).nextSibling == nullptr ? text : nullptr;
     }
 
     /// The value of an attribute.
@@ -146,68 +135,12 @@ public:
         return text != nullptr ? text->getData() : attribute.getNodeValue();
     }
 
-    /// Bits of a node's flags that the engine leaves free.
-    enum Mark : unsigned short { isLoose = 1U << 14U, isHeld = 1U << 15U };
-
-    static bool hasMark(const xercesc::DOMNodeImpl& node, Mark mark) {
-        return (node.flags & mark) != 0;
-    }
-
-    static void setMark(xercesc::DOMNodeImpl& node, Mark mark, bool isSet) {
-        node.flags = static_cast<unsigned short>(isSet ? node.flags | mark : node.flags & ~mark);
-    }
-
-    /// What each node that can be a child has. Elements and texts, most of all, need no run-time
-    /// cast.
-    static xercesc::DOMNodeImpl& implOf(xercesc::DOMNode* child) {
-        switch (child->getNodeType()) {
-        case xercesc::DOMNode::ELEMENT_NODE:
-            return static_cast<xercesc::DOMElementImpl*>(child)->fNode;
-        case xercesc::DOMNode::TEXT_NODE:
-            return static_cast<xercesc::DOMTextImpl*>(child)->fNode;
-        default:
-            return *xercesc::castToNodeImpl(child);
-        }
-    }
-
-    /// Gives the table that a document keeps its names in twice as many places, or three times as
-    /// many: how many is not to be foreseen, since with the engine's hash, names can be made to
-    /// share a place. Gives the number of places.
-    static std::size_t growNameTable(xercesc::DOMDocumentImpl& document) {
-        struct Table : xercesc::DOMDocumentImpl {
-            static constexpr auto chains() { return &Table::fNameTable; }
-            static constexpr auto size() { return &Table::fNameTableSize; }
-        };
-        using Entry = xercesc::DOMStringPoolEntry;
-        std::size_t& places = document.*Table::size();
-        const auto chance = reinterpret_cast<std::uintptr_t>(&document) / sizeof(void*);
-        const std::size_t more = places * 2 + chance % places + 1;
-        auto** const chains = static_cast<Entry**>(document.allocate(more * sizeof(Entry*)));
-        std::fill_n(chains, more, nullptr);
-        for (std::size_t i = 0; i < places; ++i)
-            for (Entry* entry = (document.*Table::chains())[i]; entry != nullptr;) {
-                Entry*& first = chains[xercesc::XMLString::hash(entry->fString, more)];
-                Entry* const next = std::exchange(entry->fNext, first);
-                first = std::exchange(entry, next);
-            }
-        document.*Table::chains() = chains;
-        return places = more;
-    }
+private:
+    using Fields = PelXercesFields;
 
     static void fetchLines(const char* place) {
         constexpr std::size_t cacheLine = 64;
         __builtin_prefetch(place);
         __builtin_prefetch(place + cacheLine);
-    }
-
-    static xercesc::DOMChildNode& linksOf(xercesc::DOMNode* child) {
-        switch (child->getNodeType()) {
-        case xercesc::DOMNode::ELEMENT_NODE:
-            return static_cast<xercesc::DOMElementImpl*>(child)->fChild;
-        case xercesc::DOMNode::TEXT_NODE:
-            return static_cast<xercesc::DOMTextImpl*>(child)->fChild;
-        default:
-            return *xercesc::castToChildImpl(child);
-        }
     }
 };

@@ -1,22 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/PelXercesLooseNodes.h"
 
-#include "xerces/PelXercesLinks.h"
+#include "xerces/PelXercesFields.h"
 #include "xerces/PelXercesNodeRef.h"
 #include "xerces/PelXercesTree.h"
 
 #include <algorithm>
 
+using Fields = PelXercesFields;
 using xercesc::DOMNode;
 using xercesc::DOMNodeImpl;
 
 namespace {
 
 // The node above, by links alone; null for the document, and above it.
-DOMNode* parentOf(const DOMNodeImpl& node) {
-    if (!node.isOwned() || node.fOwnerNode->getNodeType() == DOMNode::DOCUMENT_NODE)
-        return nullptr;
-    return node.fOwnerNode;
+DOMNode* parentOf(DOMNodeImpl& node) {
+    DOMNode* const owner = Fields::ownerOf(node);
+    return node.isOwned() && owner->getNodeType() != DOMNode::DOCUMENT_NODE ? owner : nullptr;
 }
 
 // Sets or takes away the mark of a node and those above it, up to one that is so already. Answers
@@ -26,10 +26,10 @@ std::size_t markUpwards(DOMNode* node, bool isHeld) {
     if (node->getNodeType() == DOMNode::DOCUMENT_NODE)
         return count;
     while (node != nullptr) {
-        DOMNodeImpl& impl = PelXercesLinks::implOf(node);
-        if (PelXercesLinks::hasMark(impl, PelXercesLinks::isHeld) == isHeld)
+        DOMNodeImpl& impl = Fields::nodeOf(*node);
+        if (Fields::hasMark(impl, Fields::isHeld) == isHeld)
             break;
-        PelXercesLinks::setMark(impl, PelXercesLinks::isHeld, isHeld);
+        Fields::setMark(impl, Fields::isHeld, isHeld);
         node = parentOf(impl);
         ++count;
     }
@@ -39,7 +39,7 @@ std::size_t markUpwards(DOMNode* node, bool isHeld) {
 } // namespace
 
 void PelXercesLooseNodes::prepare(std::size_t count) {
-    if (!PelXercesLinks::areKnown)
+    if (!Fields::areKnown())
         return;
     if (tree.nodes.getMade() + removed >= due)
         collect();
@@ -48,13 +48,13 @@ void PelXercesLooseNodes::prepare(std::size_t count) {
 }
 
 void PelXercesLooseNodes::add(DOMNode& node) noexcept {
-    if (!PelXercesLinks::areKnown || node.getNodeType() == DOMNode::DOCUMENT_TYPE_NODE)
+    if (!Fields::areKnown() || node.getNodeType() == DOMNode::DOCUMENT_TYPE_NODE)
         return;
     ++removed;
-    DOMNodeImpl& impl = PelXercesLinks::implOf(&node);
-    if (PelXercesLinks::hasMark(impl, PelXercesLinks::isLoose))
+    DOMNodeImpl& impl = Fields::nodeOf(node);
+    if (Fields::hasMark(impl, Fields::isLoose))
         return;
-    PelXercesLinks::setMark(impl, PelXercesLinks::isLoose, true);
+    Fields::setMark(impl, Fields::isLoose, true);
     nodes.push_back(&node);
 }
 
@@ -64,7 +64,7 @@ void PelXercesLooseNodes::collect() noexcept {
     if (!nodes.empty()) {
         work += markHeld();
         const auto isHeld = [](DOMNode* node) {
-            return PelXercesLinks::hasMark(PelXercesLinks::implOf(node), PelXercesLinks::isHeld);
+            return Fields::hasMark(Fields::nodeOf(*node), Fields::isHeld);
         };
         const auto unheld = std::partition(nodes.begin(), nodes.end(), isHeld);
         std::for_each(unheld, nodes.end(), [this](DOMNode* node) { tree.nodes.takeBack(*node); });
@@ -76,8 +76,8 @@ void PelXercesLooseNodes::collect() noexcept {
 
 void PelXercesLooseNodes::dropAttached() noexcept {
     const auto isAttached = [](DOMNode* node) {
-        DOMNodeImpl& impl = PelXercesLinks::implOf(node);
-        PelXercesLinks::setMark(impl, PelXercesLinks::isLoose, !impl.isOwned());
+        DOMNodeImpl& impl = Fields::nodeOf(*node);
+        Fields::setMark(impl, Fields::isLoose, !impl.isOwned());
         return impl.isOwned();
     };
     nodes.erase(std::remove_if(nodes.begin(), nodes.end(), isAttached), nodes.end());

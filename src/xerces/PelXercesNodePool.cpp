@@ -3,16 +3,11 @@
 
 #include "xerces/PelXercesLinks.h"
 
-#include <xercesc/dom/impl/DOMAttrMapImpl.hpp>
-#include <xercesc/dom/impl/DOMCDATASectionImpl.hpp>
-#include <xercesc/dom/impl/DOMCommentImpl.hpp>
-#include <xercesc/dom/impl/DOMDocumentTypeImpl.hpp>
-#include <xercesc/dom/impl/DOMNodeVector.hpp>
-#include <xercesc/dom/impl/DOMProcessingInstructionImpl.hpp>
 #include <xercesc/util/XMLString.hpp>
 
 #include <utility>
 
+using Fields = PelXercesFields;
 using xercesc::DOMAttrImpl;
 using xercesc::DOMAttrMapImpl;
 using xercesc::DOMBuffer;
@@ -24,34 +19,6 @@ using xercesc::XMLString;
 namespace {
 
 constexpr std::size_t unitsOfANode = 128; // of data, that take the memory of a node
-
-// What the engine keeps to its own classes.
-struct OpenedMap : DOMAttrMapImpl {
-    static auto nodes() { return &OpenedMap::fNodes; }
-};
-struct OpenedSection : xercesc::DOMCDATASectionImpl {
-    static auto data() { return &OpenedSection::fCharacterData; }
-};
-struct OpenedInstruction : xercesc::DOMProcessingInstructionImpl {
-    static auto data() { return &OpenedInstruction::fCharacterData; }
-    static auto target() { return &OpenedInstruction::fTarget; }
-    static auto base() { return &OpenedInstruction::fBaseURI; }
-};
-
-DOMBuffer*& bufferOf(DOMNode& node) {
-    switch (node.getNodeType()) {
-    case DOMNode::CDATA_SECTION_NODE:
-        return (static_cast<xercesc::DOMCDATASectionImpl&>(node).*OpenedSection::data()).fDataBuf;
-    case DOMNode::COMMENT_NODE:
-        return static_cast<xercesc::DOMCommentImpl&>(node).fCharacterData.fDataBuf;
-    case DOMNode::PROCESSING_INSTRUCTION_NODE:
-        return (static_cast<xercesc::DOMProcessingInstructionImpl&>(node).*
-                OpenedInstruction::data())
-            .fDataBuf;
-    default:
-        return static_cast<DOMTextImpl&>(node).fCharacterData.fDataBuf;
-    }
-}
 
 } // namespace
 
@@ -65,8 +32,8 @@ DOMElementImpl& PelXercesNodePool::makeElement(const XMLCh* name) {
         return *static_cast<DOMElementImpl*>(document.createElementNoCheck(name));
     const XMLCh* const ownName = document.getPooledString(name);
     auto& element = *static_cast<DOMElementImpl*>(elements);
-    elements = std::exchange(element.fChild.nextSibling, nullptr);
-    element.fName = ownName;
+    elements = std::exchange(Fields::linksOf(element).nextSibling, nullptr);
+    Fields::nameOf(element) = ownName;
     try {
         addDefaults(element);
     } catch (...) {
@@ -80,17 +47,17 @@ DOMElementImpl& PelXercesNodePool::makeElement(const XMLCh* name) {
 void PelXercesNodePool::addDefaults(DOMElementImpl& element) {
     auto* const type = static_cast<xercesc::DOMDocumentTypeImpl*>(document.getDoctype());
     const DOMNode* const declared =
-        type != nullptr ? type->getElements()->getNamedItem(element.fName) : nullptr;
+        type != nullptr ? type->getElements()->getNamedItem(element.getTagName()) : nullptr;
     const xercesc::DOMNamedNodeMap* const defaults =
         declared != nullptr ? declared->getAttributes() : nullptr;
     if (defaults == nullptr || defaults->getLength() == 0)
         return;
-    for (DOMAttrMapImpl* const map : {element.fDefaultAttributes, element.fAttributes}) {
+    for (DOMAttrMapImpl* const map : {Fields::defaultsOf(element), Fields::attributesOf(element)}) {
         map->reserve(defaults->getLength());
         for (XMLSize_t i = 0; i < defaults->getLength(); ++i)
             addCopy(*map, *defaults->item(i));
     }
-    element.fAttributes->hasDefaults(true);
+    Fields::attributesOf(element)->hasDefaults(true);
 }
 
 void PelXercesNodePool::addCopy(DOMAttrMapImpl& map, const DOMNode& attribute) {
@@ -107,7 +74,7 @@ void PelXercesNodePool::addCopy(DOMAttrMapImpl& map, const DOMNode& attribute) {
 DOMAttrImpl& PelXercesNodePool::makeAttribute(const XMLCh* name, const XMLCh* value,
                                               bool isSpecified) {
     DOMAttrImpl& attribute = makeBareAttribute(name);
-    if (!PelXercesLinks::areKnown) {
+    if (!Fields::areKnown()) {
         attribute.setValueFast(value);
         attribute.setSpecified(isSpecified);
         return attribute;
@@ -129,8 +96,9 @@ DOMAttrImpl& PelXercesNodePool::makeBareAttribute(const XMLCh* name) {
             DOMAttrImpl(&document, name);
     const XMLCh* const ownName = document.getPooledString(name);
     DOMAttrImpl& attribute = *attributes;
-    attributes = static_cast<DOMAttrImpl*>(std::exchange(attribute.fNode.fOwnerNode, &document));
-    attribute.fName = ownName;
+    DOMNode*& owner = Fields::ownerOf(Fields::nodeOf(attribute));
+    attributes = static_cast<DOMAttrImpl*>(std::exchange(owner, &document));
+    Fields::nameOf(attribute) = ownName;
     return attribute;
 }
 
@@ -153,8 +121,8 @@ DOMNode& PelXercesNodePool::makeInstruction(const XMLCh* target, const XMLCh* da
     DOMNode& node = makeCharacters(
         instruction, data, [&] { return document.createProcessingInstruction(target, data); });
     auto& own = static_cast<xercesc::DOMProcessingInstructionImpl&>(node);
-    own.*OpenedInstruction::target() = ownTarget;
-    own.*OpenedInstruction::base() = nullptr;
+    Fields::targetOf(own) = ownTarget;
+    Fields::baseOf(own) = nullptr;
     return node;
 }
 
@@ -166,18 +134,18 @@ DOMNode& PelXercesNodePool::makeCharacters(Kind kind, const XMLCh* data, Make ma
         return *make();
     DOMBuffer& buffer = buffers.make(document, data, length);
     DOMNode& node = *characters[kind];
-    characters[kind] = std::exchange(PelXercesLinks::linksOf(&node).nextSibling, nullptr);
-    bufferOf(node) = &buffer;
+    characters[kind] = std::exchange(Fields::linksOf(node).nextSibling, nullptr);
+    Fields::bufferOf(node) = &buffer;
     return node;
 }
 
 void PelXercesNodePool::setData(DOMNode& node, const XMLCh* data) {
-    if (!PelXercesLinks::areKnown || PelXercesLinks::implOf(&node).isReadOnly()) {
+    if (!Fields::areKnown() || Fields::nodeOf(node).isReadOnly()) {
         node.setNodeValue(data);
         return;
     }
     const XMLSize_t length = XMLString::stringLen(data);
-    DOMBuffer*& buffer = bufferOf(node);
+    DOMBuffer*& buffer = Fields::bufferOf(node);
     if (length < buffer->getCapacity()) {
         buffer->set(data, length);
         return;
@@ -188,17 +156,17 @@ void PelXercesNodePool::setData(DOMNode& node, const XMLCh* data) {
 
 // The children of each node go to the front of those that are left, so no place needs remembering.
 void PelXercesNodePool::takeBack(DOMNode& root) noexcept {
-    if (!PelXercesLinks::areKnown)
+    if (!Fields::areKnown())
         return;
     for (DOMNode* left = &root; left != nullptr;) {
         DOMNode& node = *left;
-        left = PelXercesLinks::linksOf(&node).nextSibling;
+        left = Fields::linksOf(node).nextSibling;
         switch (node.getNodeType()) {
         case DOMNode::ELEMENT_NODE: {
             auto& element = static_cast<DOMElementImpl&>(node);
-            if (DOMNode* const first = std::exchange(element.fParent.fFirstChild, nullptr)) {
-                DOMNode* const last = PelXercesLinks::linksOf(first).previousSibling;
-                PelXercesLinks::linksOf(last).nextSibling = left;
+            if (DOMNode* const first = std::exchange(Fields::firstChildOf(element), nullptr)) {
+                DOMNode* const last = Fields::linksOf(*first).previousSibling;
+                Fields::linksOf(*last).nextSibling = left;
                 left = first;
             }
             takeElement(element);
@@ -224,13 +192,13 @@ void PelXercesNodePool::takeBack(DOMNode& root) noexcept {
 
 // The root of a created document is of another class, of which no other element is made.
 void PelXercesNodePool::takeElement(DOMElementImpl& element) noexcept {
-    takeAttributes(*element.fAttributes);
-    takeAttributes(*element.fDefaultAttributes);
+    takeAttributes(*Fields::attributesOf(element));
+    takeAttributes(*Fields::defaultsOf(element));
     if (element.getLocalName() != nullptr)
         return;
-    clear(element.fNode);
-    element.fChild.previousSibling = nullptr;
-    element.fChild.nextSibling = std::exchange(elements, &element);
+    clear(Fields::nodeOf(element));
+    Fields::linksOf(element).previousSibling = nullptr;
+    Fields::linksOf(element).nextSibling = std::exchange(elements, &element);
 }
 
 void PelXercesNodePool::takeAttributes(DOMAttrMapImpl& map) noexcept {
@@ -238,35 +206,46 @@ void PelXercesNodePool::takeAttributes(DOMAttrMapImpl& map) noexcept {
     for (XMLSize_t i = map.getLength(); i-- > 0;)
         takeBack(*static_cast<DOMAttrImpl*>(map.item(i)));
     if (map.getLength() > 0)
-        (map.*OpenedMap::nodes())->reset();
+        Fields::listOf(map)->reset();
 }
 
 // The engine's table of IDs may go on naming it: nothing asks that, and it stays an attribute.
 void PelXercesNodePool::takeBack(DOMAttrImpl& attribute) noexcept {
-    if (!PelXercesLinks::areKnown)
+    if (!Fields::areKnown()) {
+        release(attribute);
         return;
-    if (DOMNode* const first = std::exchange(attribute.fParent.fFirstChild, nullptr))
+    }
+    if (DOMNode* const first = std::exchange(Fields::firstChildOf(attribute), nullptr))
         takeBack(*first);
-    clear(attribute.fNode);
-    attribute.fNode.isIdAttr(false);
+    xercesc::DOMNodeImpl& node = Fields::nodeOf(attribute);
+    clear(node);
+    node.isIdAttr(false);
     attribute.setSchemaTypeInfo(nullptr);
-    attribute.fNode.fOwnerNode = std::exchange(attributes, &attribute);
+    Fields::ownerOf(node) = std::exchange(attributes, &attribute);
+}
+
+// The engine uses it again, unless there is no memory left to note it.
+void PelXercesNodePool::release(DOMAttrImpl& attribute) noexcept {
+    try {
+        attribute.release();
+    } catch (...) {
+    }
 }
 
 void PelXercesNodePool::takeCharacters(Kind kind, DOMNode& node) noexcept {
-    clear(PelXercesLinks::implOf(&node));
-    buffers.takeBack(*std::exchange(bufferOf(node), nullptr));
-    xercesc::DOMChildNode& links = PelXercesLinks::linksOf(&node);
+    clear(Fields::nodeOf(node));
+    buffers.takeBack(*std::exchange(Fields::bufferOf(node), nullptr));
+    xercesc::DOMChildNode& links = Fields::linksOf(node);
     links.previousSibling = nullptr;
     links.nextSibling = std::exchange(characters[kind], &node);
 }
 
 void PelXercesNodePool::clear(xercesc::DOMNodeImpl& node) noexcept {
-    node.fOwnerNode = &document;
+    Fields::ownerOf(node) = &document;
     node.isOwned(false);
     node.isFirstChild(false);
     node.ignorableWhitespace(false);
-    PelXercesLinks::setMark(node, PelXercesLinks::isLoose, false);
+    Fields::setMark(node, Fields::isLoose, false);
 }
 
 void PelXercesNodePool::requireName(const XMLCh* name) {

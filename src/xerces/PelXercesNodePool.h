@@ -3,11 +3,6 @@
 
 #include "xerces/PelXercesBuffers.h"
 
-#include <xercesc/dom/impl/DOMAttrImpl.hpp>
-#include <xercesc/dom/impl/DOMDocumentImpl.hpp>
-#include <xercesc/dom/impl/DOMElementImpl.hpp>
-#include <xercesc/dom/impl/DOMTextImpl.hpp>
-
 #include <array>
 #include <cstddef>
 
@@ -53,6 +48,7 @@ private:
     void addDefaults(xercesc::DOMElementImpl& element);
     void addCopy(xercesc::DOMAttrMapImpl& map, const xercesc::DOMNode& attribute);
 
+    static void release(xercesc::DOMAttrImpl& attribute) noexcept;
     void takeElement(xercesc::DOMElementImpl& element) noexcept;
     void takeAttributes(xercesc::DOMAttrMapImpl& attributes) noexcept;
     void takeCharacters(Kind kind, xercesc::DOMNode& node) noexcept;

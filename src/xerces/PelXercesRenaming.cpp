@@ -1,12 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/PelXercesRenaming.h"
 
-#include "xerces/PelXercesLinks.h"
-
-#include <xercesc/dom/impl/DOMAttrMapImpl.hpp>
-#include <xercesc/dom/impl/DOMDocumentImpl.hpp>
-
-#include <utility>
+#include <vector>
 
 using xercesc::DOMAttrImpl;
 using xercesc::DOMAttrMapImpl;
@@ -14,83 +9,118 @@ using xercesc::DOMElementImpl;
 
 namespace {
 
-DOMAttrImpl& attributeAt(const DOMAttrMapImpl& map, XMLSize_t index) {
-    return *static_cast<DOMAttrImpl*>(map.item(index));
+DOMAttrMapImpl& attributesOf(const DOMElementImpl& element) {
+    return *static_cast<DOMAttrMapImpl*>(element.getAttributes());
 }
 
-void setOwner(DOMAttrMapImpl& map, DOMElementImpl& element) {
-    struct Opened : DOMAttrMapImpl {
-        static auto owner() { return &Opened::fOwnerNode; }
-    };
-    map.*Opened::owner() = &element;
-    for (XMLSize_t i = 0; i < map.getLength(); ++i) {
-        attributeAt(map, i).fNode.fOwnerNode = &element;
-        attributeAt(map, i).fNode.isOwned(true);
+// What an element has by default, in one of its two maps, exchanged for what a new element has
+// there.
+class Exchange {
+public:
+    Exchange(DOMAttrMapImpl& ofElement, DOMAttrMapImpl& ofNew) : map(ofElement), source(ofNew) {
+        former.reserve(map.getLength());
+        added.reserve(source.getLength());
     }
-}
 
-// Takes an attribute out without a default taking its place.
-DOMAttrImpl& take(DOMAttrMapImpl& map, XMLSize_t index) {
-    DOMAttrImpl& taken = attributeAt(map, index);
-    const bool hasDefaults = map.hasDefaults();
-    map.hasDefaults(false);
-    map.removeNamedItemAt(index);
-    map.hasDefaults(hasDefaults);
-    return taken;
-}
-
-// Puts the attributes of an element that are no defaults among those of another, in the place of
-// defaults with their names.
-void addSpecified(const DOMElementImpl& from, DOMElementImpl& to, PelXercesNodePool& nodes) {
-    DOMAttrMapImpl& attributes = *to.fAttributes;
-    attributes.reserve(from.fAttributes->getLength() + 1);
-    for (XMLSize_t i = 0; i < from.fAttributes->getLength(); ++i) {
-        DOMAttrImpl& attribute = attributeAt(*from.fAttributes, i);
-        if (!attribute.getSpecified())
-            continue;
-        const int replaced = attributes.findNamePoint(attribute.getName());
-        if (replaced >= 0)
-            nodes.takeBack(take(attributes, static_cast<XMLSize_t>(replaced)));
-        attributes.setNamedItemFast(&attribute);
+    // Leaves what was set for the element.
+    void begin() noexcept {
+        take(source, added, true);
+        take(map, former, false);
     }
-}
 
-void takeSpecified(DOMAttrMapImpl& attributes) {
-    for (XMLSize_t i = attributes.getLength(); i-- > 0;)
-        if (attributeAt(attributes, i).getSpecified())
-            take(attributes, i);
+    // No memory may be left for this.
+    void finish() {
+        for (DOMAttrImpl* const attribute : added)
+            if (map.findNamePoint(attribute->getName()) < 0)
+                map.setNamedItem(attribute);
+    }
+
+    // There was room for what was taken out.
+    void undo() noexcept {
+        for (DOMAttrImpl* const attribute : added)
+            if (map.getNamedItem(attribute->getName()) == attribute)
+                map.removeNamedItem(attribute->getName());
+        for (DOMAttrImpl* const attribute : former)
+            map.setNamedItem(attribute);
+        former.clear();
+    }
+
+    void giveBack(PelXercesNodePool& nodes) noexcept {
+        for (const auto* const list : {&former, &added})
+            for (DOMAttrImpl* const attribute : *list)
+                if (map.getNamedItem(attribute->getName()) != attribute)
+                    nodes.takeBack(*attribute);
+    }
+
+    bool hasAdded() const noexcept { return !added.empty(); }
+
+private:
+    using Attributes = std::vector<DOMAttrImpl*>;
+
+    static void take(DOMAttrMapImpl& from, Attributes& to, bool areAll) noexcept {
+        from.hasDefaults(false); // nothing takes the place of what goes
+        for (XMLSize_t i = from.getLength(); i-- > 0;) {
+            auto* const attribute = static_cast<DOMAttrImpl*>(from.item(i));
+            if (!areAll && attribute->getSpecified())
+                continue;
+            from.removeNamedItemAt(i);
+            to.push_back(attribute);
+        }
+    }
+
+    DOMAttrMapImpl& map;
+    DOMAttrMapImpl& source;
+    Attributes former;
+    Attributes added;
+};
+
+// The engine's own way also adds what the element has by default, and mistakes it where there is
+// any.
+void setName(DOMElementImpl& element, const XMLCh* name, xercesc::DOMDocumentImpl& document) {
+    if (PelXercesFields::areKnown())
+        PelXercesFields::nameOf(element) = document.getPooledString(name);
+    else
+        document.renameNode(&element, nullptr, name);
 }
 
 } // namespace
 
-// Both maps of a new element with that name are got ready and then exchanged.
 void PelXercesRenaming::rename(DOMElementImpl& element, const XMLCh* name,
                                PelXercesNodePool& nodes) {
-    auto& document = static_cast<xercesc::DOMDocumentImpl&>(*element.fParent.fOwnerDocument);
-    if (!PelXercesLinks::areKnown) {
-        document.renameNode(&element, nullptr, name);
+    auto& document = static_cast<xercesc::DOMDocumentImpl&>(*element.getOwnerDocument());
+    DOMAttrMapImpl& defaults = *element.getDefaultAttributes();
+    if (document.getDoctype() == nullptr && defaults.getLength() == 0) {
+        setName(element, name, document);
         return;
     }
-    if (document.getDoctype() == nullptr && element.fDefaultAttributes->getLength() == 0) {
-        element.fName = document.getPooledString(name);
-        return;
-    }
+    DOMAttrMapImpl& attributes = attributesOf(element);
+    const bool hadDefaults = attributes.hasDefaults();
+    const XMLCh* const formerName = element.getTagName();
     DOMElementImpl& spare = nodes.makeElement(name);
     try {
-        addSpecified(element, spare, nodes);
+        Exchange ofDefaults(defaults, *spare.getDefaultAttributes());
+        Exchange ofAttributes(attributes, attributesOf(spare));
+        ofDefaults.begin();
+        ofAttributes.begin();
+        try {
+            setName(element, name, document);
+            ofDefaults.finish();
+            ofAttributes.finish();
+        } catch (...) {
+            setName(element, formerName, document);
+            ofAttributes.undo();
+            ofDefaults.undo();
+            attributes.hasDefaults(hadDefaults);
+            ofDefaults.giveBack(nodes);
+            ofAttributes.giveBack(nodes);
+            throw;
+        }
+        attributes.hasDefaults(ofDefaults.hasAdded());
+        ofDefaults.giveBack(nodes);
+        ofAttributes.giveBack(nodes);
     } catch (...) {
-        takeSpecified(*spare.fAttributes);
-        setOwner(*element.fAttributes, element);
         nodes.takeBack(spare);
         throw;
     }
-    takeSpecified(*element.fAttributes);
-    std::swap(element.fName, spare.fName);
-    std::swap(element.fAttributes, spare.fAttributes);
-    std::swap(element.fDefaultAttributes, spare.fDefaultAttributes);
-    setOwner(*element.fAttributes, element);
-    setOwner(*element.fDefaultAttributes, element);
-    setOwner(*spare.fAttributes, spare);
-    setOwner(*spare.fDefaultAttributes, spare);
     nodes.takeBack(spare);
 }

@@ -3,8 +3,6 @@
 
 #include "xerces/PelXercesNodePool.h"
 
-#include <xercesc/dom/impl/DOMElementImpl.hpp>
-
 /// The renaming of an element in place, with the attributes that its document's type adds.
 class PelXercesRenaming {
 public:

@@ -1,12 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <xercesc/dom/impl/DOMAttrImpl.hpp>
-#include <xercesc/dom/impl/DOMAttrMapImpl.hpp>
-#include <xercesc/dom/impl/DOMDocumentImpl.hpp>
-#include <xercesc/dom/impl/DOMElementImpl.hpp>
-#include <xercesc/dom/impl/DOMNodeVector.hpp>
-#include <xercesc/dom/impl/DOMTextImpl.hpp>
+#include "xerces/PelXercesFields.h"
 
 #include <cstddef>
 
@@ -14,14 +9,14 @@
 /// once, of which each new node is a copy with links of its own. The engine's constructors take
 /// three times as long, and they reserve room in every text that is rarely used.
 ///
-/// This depends on what the engine's classes consist of, so it is tried out first: see areKnown.
-class PelPlainNodes {
+/// Only where the engine's fields are known: their trial makes nodes here too.
+class PelXercesMoulds {
 public:
-    explicit PelPlainNodes(xercesc::DOMDocumentImpl& ownDocument);
+    explicit PelXercesMoulds(xercesc::DOMDocumentImpl& ownDocument);
 
-    /// Whether nodes made here are the same, bit by bit, as the engine's would be at their places.
-    /// The engine has to be up.
-    static bool areKnown();
+    /// Whether nodes made here are the same, bit by bit, as those that the engine makes in this
+    /// document, whose memory is zeroed.
+    static bool areRight(xercesc::DOMDocumentImpl& owner);
 
     /// Without a name, attributes or a parent, as all that follow.
     xercesc::DOMElementImpl& makeElement();

@@ -1,0 +1,186 @@
+// SPDX-License-Identifier: MIT
+#include "xerces/PelXercesMoulds.h"
+
+#include "xerces/PelXercesTrial.h"
+
+#include <cstring>
+#include <new>
+#include <utility>
+
+using Fields = PelXercesFields;
+using xercesc::DOMAttrImpl;
+using xercesc::DOMAttrMapImpl;
+using xercesc::DOMBuffer;
+using xercesc::DOMDocumentImpl;
+using xercesc::DOMElementImpl;
+using xercesc::DOMMemoryManager;
+using xercesc::DOMNode;
+using xercesc::DOMNodeVector;
+using xercesc::DOMTextImpl;
+
+namespace {
+
+// What takes more than this part of a block of the document's memory gets one of its own. The
+// engine gives one to all that is longer than 256 bytes.
+constexpr std::size_t partOfBlock = 16;
+
+template <class Node>
+const void* bytesOf(const Node& node) {
+    return &node;
+}
+
+template <class Node>
+class Mould {
+public:
+    explicit Mould(const Node& node) { std::memcpy(bytes, bytesOf(node), sizeof bytes); }
+
+    Node& copyTo(void* place) const {
+        std::memcpy(place, bytes, sizeof bytes);
+        return *static_cast<Node*>(place);
+    }
+
+private:
+    alignas(Node) unsigned char bytes[sizeof(Node)];
+};
+
+constexpr std::size_t aligned(std::size_t size) {
+    return (size + sizeof(void*) - 1) / sizeof(void*) * sizeof(void*);
+}
+
+// What a node was before it was made anew at its place, to compare it with.
+template <class Node>
+class Before {
+public:
+    explicit Before(const Node& node) : place(bytesOf(node)) {
+        std::memcpy(bytes, place, sizeof bytes);
+    }
+    bool isAsNow() const { return std::memcmp(bytes, place, sizeof bytes) == 0; }
+
+private:
+    const void* place;
+    unsigned char bytes[sizeof(Node)];
+};
+
+// The engine's own way to make a node.
+DOMElementImpl& enginesElement(DOMDocumentImpl& document) {
+    return *new (&document, DOMMemoryManager::ELEMENT_OBJECT) DOMElementImpl(&document, nullptr);
+}
+DOMAttrImpl& enginesAttribute(DOMDocumentImpl& document) {
+    return *new (&document, DOMMemoryManager::ATTR_OBJECT) DOMAttrImpl(&document, nullptr);
+}
+DOMTextImpl& enginesText(DOMDocumentImpl& document, const XMLCh* units) {
+    return *new (&document, DOMMemoryManager::TEXT_OBJECT) DOMTextImpl(&document, units);
+}
+
+} // namespace
+
+struct PelXercesMoulds::Moulds {
+    explicit Moulds(DOMDocumentImpl& owner) : Moulds(owner, enginesElement(owner)) {}
+    Moulds(DOMDocumentImpl& owner, const DOMElementImpl& engines)
+        : element(engines), map(*Fields::attributesOf(engines)), attribute(enginesAttribute(owner)),
+          text(enginesText(owner, u"")) {}
+
+    DOMAttrMapImpl* makeMap(void* place, DOMElementImpl& holder) const {
+        DOMAttrMapImpl& made = map.copyTo(place);
+        Fields::ownerOf(made) = &holder;
+        return &made;
+    }
+
+    DOMElementImpl& makeElement(DOMDocumentImpl& owner, void* place, void* attributes,
+                                void* defaults) const {
+        DOMElementImpl& made = element.copyTo(place);
+        Fields::makeOwnParent(made, owner);
+        Fields::attributesOf(made) = makeMap(attributes, made);
+        Fields::defaultsOf(made) = makeMap(defaults, made);
+        return made;
+    }
+
+    DOMAttrImpl& makeAttribute(DOMDocumentImpl& owner, void* place) const {
+        DOMAttrImpl& made = attribute.copyTo(place);
+        Fields::makeOwnParent(made, owner);
+        return made;
+    }
+
+    DOMTextImpl& makeText(DOMDocumentImpl& owner, void* place, void* buffer) const {
+        DOMTextImpl& made = text.copyTo(place);
+        Fields::makeOwn(made, owner);
+        Fields::documentOf(made) = &owner;
+        Fields::bufferOf(made) = static_cast<DOMBuffer*>(buffer);
+        return made;
+    }
+
+    Mould<DOMElementImpl> element;
+    Mould<DOMAttrMapImpl> map;
+    Mould<DOMAttrImpl> attribute;
+    Mould<DOMTextImpl> text;
+};
+
+PelXercesMoulds::PelXercesMoulds(DOMDocumentImpl& ownDocument)
+    : document(ownDocument), known(moulds()), freeBegin(Fields::freeBeginOf(document)),
+      freeSize(Fields::freeSizeOf(document)) {
+}
+
+const PelXercesMoulds::Moulds& PelXercesMoulds::moulds() {
+    static const Moulds moulds(PelXercesZeroedDocument().get());
+    return moulds;
+}
+
+bool PelXercesMoulds::areRight(DOMDocumentImpl& owner) {
+    DOMElementImpl& element = enginesElement(owner);
+    DOMAttrImpl& attribute = enginesAttribute(owner);
+    DOMTextImpl& text = enginesText(owner, u"four");
+    DOMAttrMapImpl& attributes = *Fields::attributesOf(element);
+    DOMAttrMapImpl& defaults = *Fields::defaultsOf(element);
+    const Before elementBefore(element);
+    const Before attributesBefore(attributes);
+    const Before defaultsBefore(defaults);
+    const Before attributeBefore(attribute);
+    const Before textBefore(text);
+    moulds().makeElement(owner, &element, &attributes, &defaults);
+    moulds().makeAttribute(owner, &attribute);
+    moulds().makeText(owner, &text, Fields::bufferOf(text));
+    return elementBefore.isAsNow() && attributesBefore.isAsNow() && defaultsBefore.isAsNow() &&
+           attributeBefore.isAsNow() && textBefore.isAsNow();
+}
+
+DOMElementImpl& PelXercesMoulds::makeElement() {
+    constexpr std::size_t mapBegin = aligned(sizeof(DOMElementImpl));
+    constexpr std::size_t mapSize = aligned(sizeof(DOMAttrMapImpl));
+    auto* const place = static_cast<char*>(take(mapBegin + 2 * mapSize));
+    return known.makeElement(document, place, place + mapBegin, place + mapBegin + mapSize);
+}
+
+DOMAttrImpl& PelXercesMoulds::makeAttribute() {
+    return known.makeAttribute(document, take(sizeof(DOMAttrImpl)));
+}
+
+DOMTextImpl& PelXercesMoulds::makeText(const XMLCh* units, std::size_t size) {
+    constexpr std::size_t bufferBegin = aligned(sizeof(DOMTextImpl));
+    auto* const place = static_cast<char*>(take(bufferBegin + sizeof(DOMBuffer)));
+    auto* const copy = static_cast<XMLCh*>(take((size + 1) * sizeof(XMLCh)));
+    std::memcpy(copy, units, size * sizeof(XMLCh));
+    copy[size] = 0;
+    new (place + bufferBegin) Fields::Buffer{copy, size, size, &document};
+    return known.makeText(document, place, place + bufferBegin);
+}
+
+DOMNode** PelXercesMoulds::makeAttributeList(DOMAttrMapImpl& map, std::size_t size) {
+    auto* const place = take(sizeof(DOMNodeVector));
+    auto** const nodes = static_cast<DOMNode**>(take(size * sizeof(DOMNode*)));
+    new (place) Fields::List{nodes, size, size};
+    Fields::listOf(map) = static_cast<DOMNodeVector*>(place);
+    return nodes;
+}
+
+// As the document's own allocate, which fills the same blocks.
+void* PelXercesMoulds::take(std::size_t size) {
+    size = aligned(size);
+    if (size > freeSize) {
+        if (size > Fields::nextSizeOf(document) / partOfBlock)
+            return document.allocate(size);
+        freeSize = 0;
+        document.allocate(sizeof(void*)); // begins a block
+    }
+    freeSize -= size;
+    return std::exchange(freeBegin, freeBegin + size);
+}
