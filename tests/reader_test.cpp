@@ -214,39 +214,52 @@ TEST_F(Reading, KeepsAnErrorRatherThanAWarning) {
 
 TEST_F(Reading, KeepsToEachLimitThatIsSet) {
     const std::string dtd = "<!DOCTYPE a [<!ELEMENT a ANY><!ELEMENT b (a,a?)><!ATTLIST a k (one|two) 'one'>"
-                            "<!ENTITY e 'eeeeeeeeee'>]><a>&e;&e;<a/></a>";
+                            "<!ENTITY f 'longer than e'><!ENTITY e 'eeeeeeeeee'>]><a>&e;&e;<a/></a>";
+    const auto declaring = [](const std::string& declarations) {
+        return "<!DOCTYPE a [" + declarations + "]><a/>";
+    };
     const struct {
         int line;
         Reader::Limit limit, other;
+        std::size_t least; // with which the document is read, where that is known
         std::string bytes, message;
     } rows[] = {
-        {__LINE__, Reader::WORK, Reader::WORK_PER_BYTE, dtd, "too much work for"},
-        {__LINE__, Reader::MEMORY, Reader::MEMORY_PER_BYTE, dtd, "too much memory"},
-        {__LINE__, Reader::TIME, Reader::TIME_PER_BYTE, "<a>" + repeated("<a/>", 500'000) + "</a>",
+        {__LINE__, Reader::WORK, Reader::WORK_PER_BYTE, 0, dtd, "too much work for"},
+        {__LINE__, Reader::MEMORY, Reader::MEMORY_PER_BYTE, 0, dtd, "too much memory"},
+        {__LINE__, Reader::TIME, Reader::TIME_PER_BYTE, 0, "<a>" + repeated("<a/>", 500'000) + "</a>",
             "too much processor time"},
-        {__LINE__, Reader::EXPANSION, Reader::EXPANSION_PER_BYTE, dtd,
+        {__LINE__, Reader::EXPANSION, Reader::EXPANSION_PER_BYTE, 26, dtd,
             "too much text from entities, default attributes or files read again"},
-        {__LINE__, Reader::ENTITY_EXPANSIONS, Reader::ENTITY_EXPANSIONS, dtd,
+        {__LINE__, Reader::ENTITY_EXPANSIONS, Reader::ENTITY_EXPANSIONS, 2, dtd,
             "parser has encountered more than '1'"},
-        {__LINE__, Reader::REFERENCES, Reader::REFERENCES, dtd, "too many references to entities"},
-        {__LINE__, Reader::NAMES, Reader::NAMES, "<a b=''/>", "too many different names"},
-        {__LINE__, Reader::MODEL_PARTS, Reader::MODEL_PARTS, dtd, "too large a content model"},
-        {__LINE__, Reader::LIST_CHARACTERS, Reader::LIST_CHARACTERS, dtd, "too many values for an attribute"},
-        {__LINE__, Reader::MESSAGE_CHARACTERS, Reader::MESSAGE_CHARACTERS, dtd + "<", "too many errors"},
+        {__LINE__, Reader::REFERENCES, Reader::REFERENCES, 3, dtd, "too many references to entities"},
+        {__LINE__, Reader::NAMES, Reader::NAMES, 2, "<a b=''/>", "too many different names"},
+        {__LINE__, Reader::NAMES, Reader::NAMES, 2, "<a><b/></a>", "too many different names"},
+        {__LINE__, Reader::NAMES, Reader::NAMES, 2, declaring("<!ELEMENT a ANY><!ELEMENT b ANY>"),
+            "too many declarations"},
+        {__LINE__, Reader::NAMES, Reader::NAMES, 2, declaring("<!ENTITY e ''><!ENTITY f ''>"),
+            "too many declarations"},
+        {__LINE__, Reader::MODEL_PARTS, Reader::MODEL_PARTS, 4, dtd, "too large a content model"},
+        {__LINE__, Reader::LIST_CHARACTERS, Reader::LIST_CHARACTERS, 7, dtd,
+            "too many values for an attribute"},
+        {__LINE__, Reader::MESSAGE_CHARACTERS, Reader::MESSAGE_CHARACTERS, 0, dtd + "<", "too many errors"},
     };
     for (const auto& row : rows) {
+        SCOPED_TRACE(row.line);
         Reader reader;
-        const std::size_t usual = reader.getLimit(row.limit);
+        EXPECT_GT(reader.getLimit(row.limit), 1u);
         reader.setLimit(row.other, 0);
-        reader.setLimit(row.limit, 1);
-        EXPECT_EQ(reader.getLimit(row.limit), 1u) << row.line;
+        reader.setLimit(row.limit, row.least > 0 ? row.least - 1 : 1);
+        EXPECT_EQ(reader.getLimit(row.limit), row.least > 0 ? row.least - 1 : 1);
         const std::string refused = read(reader, row.bytes);
-        EXPECT_EQ(refused.substr(0, 4), "null") << row.line;
-        EXPECT_NE(refused.find(row.message), std::string::npos) << row.line << ": " << refused;
-        reader.setLimit(row.limit, std::numeric_limits<std::size_t>::max());
-        reader.setLimit(row.other, std::numeric_limits<std::size_t>::max());
-        EXPECT_EQ(read(reader, row.bytes).find(row.message), std::string::npos) << row.line;
-        EXPECT_GT(usual, 1u) << row.line;
+        EXPECT_EQ(refused.substr(0, 4), "null");
+        EXPECT_NE(refused.find(row.message), std::string::npos) << refused;
+        for (const std::size_t enough : {row.least, std::numeric_limits<std::size_t>::max()}) {
+            if (enough == 0) continue;
+            reader.setLimit(row.other, enough);
+            reader.setLimit(row.limit, enough);
+            EXPECT_EQ(read(reader, row.bytes).find(row.message), std::string::npos) << enough;
+        }
     }
 }
 
