@@ -237,7 +237,10 @@ TEST(LogFile, IsEmptiedPrivateAppendedToAndClosedOnExec) {
     const ScratchFolder folder;
     const std::string path = folder.write("log", "earlier");
     std::filesystem::permissions(path, std::filesystem::perms::all);
+    const int input = dup(0); // of a program that has closed its own, the log takes the number
+    close(0);
     const int log = PelPlatform::openLog(path.c_str());
+    EXPECT_EQ(log, 0);
     int second = PelPlatform::noLog; // as of another process that loads the library
     expectAnswers({{PelPlatform::appendToLog(log, "one\n"), "1"}, {bytesOf(path), "'one\n'"},
         {(second = PelPlatform::openLog(path.c_str())) != PelPlatform::noLog, "1"}, {bytesOf(path), "''"},
@@ -248,6 +251,8 @@ TEST(LogFile, IsEmptiedPrivateAppendedToAndClosedOnExec) {
     PelPlatform::closeLog(second);
     PelPlatform::closeLog(log);
     EXPECT_FALSE(PelPlatform::appendToLog(log, "lost\n"));
+    dup2(input, 0);
+    close(input);
 }
 
 #endif
