@@ -137,7 +137,7 @@ TEST(SavingFiles, WritesInPlaceWhatCannotBeReplaced) {
     close(ends[0]);
     close(ends[1]);
 
-    EXPECT_EQ(save(small, "/dev/null"), "");
+    EXPECT_EQ(save(small, "/dev/zero"), "");
     EXPECT_EQ(save(small, "/dev/full"), "/dev/full: No space left on device");
     const Sample large("large", 100000); // more than the buffers hold
     EXPECT_EQ(save(large, "/dev/full"), "/dev/full: No space left on device");
