@@ -254,12 +254,13 @@ TEST_F(Reading, KeepsToEachLimitThatIsSet) {
         const std::string refused = read(reader, row.bytes);
         EXPECT_EQ(refused.substr(0, 4), "null");
         EXPECT_NE(refused.find(row.message), std::string::npos) << refused;
-        for (const std::size_t enough : {row.least, std::numeric_limits<std::size_t>::max()}) {
-            if (enough == 0) continue;
-            reader.setLimit(row.other, enough);
-            reader.setLimit(row.limit, enough);
-            EXPECT_EQ(read(reader, row.bytes).find(row.message), std::string::npos) << enough;
+        if (row.least > 0) {
+            reader.setLimit(row.limit, row.least);
+            EXPECT_EQ(read(reader, row.bytes).find(row.message), std::string::npos);
         }
+        reader.setLimit(row.other, std::numeric_limits<std::size_t>::max());
+        reader.setLimit(row.limit, std::numeric_limits<std::size_t>::max());
+        EXPECT_EQ(read(reader, row.bytes).find(row.message), std::string::npos);
     }
 }
 
