@@ -95,7 +95,7 @@ TEST_F(Reading, TellsEachFaultAtItsPlaceInLinesAndCharacters) {
         {__LINE__, "<a>\n caf\xC3", "2:5: invalid multi-byte sequence"},
         {__LINE__, "<?xml version='1.7'?><a/>", "1:22: only the versions 1.0 and 1.1 of XML are read"},
         {__LINE__, "<?xml version='1.0' encoding='nope-8'?><a/>",
-            "1:39: unable to create converter for 'nope-8' encoding"},
+            "1:39: the encoding 'nope-8' is unknown or not that of the bytes"},
         {__LINE__, "<!DOCTYPE a [\n<!ELEMENT a (b>]><a/>", "2:15: expected ',', '|', or ')'"},
         {__LINE__, "<!DOCTYPE a SYSTEM 'gone.dtd'>\n<a/>", "1:31: gone.dtd: no such file"},
         {__LINE__, "<!DOCTYPE a SYSTEM 'no\tsuch\nfile'>\n<a/>", "2:7: no such file: no such file"},

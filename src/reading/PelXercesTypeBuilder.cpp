@@ -9,6 +9,7 @@
 #include <xercesc/framework/XMLErrorCodes.hpp>
 #include <xercesc/framework/XMLNotationDecl.hpp>
 #include <xercesc/internal/XMLScanner.hpp>
+#include <xercesc/util/XMLExceptMsgs.hpp>
 #include <xercesc/util/XMLResourceIdentifier.hpp>
 #include <xercesc/util/XMLString.hpp>
 #include <xercesc/util/XMLUni.hpp>
@@ -16,6 +17,7 @@
 #include <xercesc/validators/DTD/DTDEntityDecl.hpp>
 
 #include <algorithm>
+#include <string>
 #include <string_view>
 
 using Names = PelXercesNameLimits;
@@ -52,15 +54,19 @@ void keep(xercesc::DOMNamedNodeMap& map, Node& node, const Declaration& declarat
 }
 
 // Where the engine's own words say little.
-const XMLCh* inPlainWords(unsigned int code, const XMLCh* words) {
-    switch (code) {
-    case xercesc::XMLErrs::InvalidDocumentStructure:
+std::u16string inPlainWords(const XMLCh* domain, unsigned int code, std::u16string_view words) {
+    const bool isOfScanner = XMLString::equals(domain, xercesc::XMLUni::fgXMLErrDomain);
+    if (isOfScanner && code == xercesc::XMLErrs::InvalidDocumentStructure)
         return u"this is not XML: a document begins with a declaration or an element";
-    case xercesc::XMLErrs::ExpectedCommentOrPI:
+    if (isOfScanner && code == xercesc::XMLErrs::ExpectedCommentOrPI)
         return u"only comments and processing instructions may follow the root element";
-    default:
-        return words;
-    }
+    const bool isThrown = XMLString::equals(domain, xercesc::XMLUni::fgExceptDomain);
+    const std::size_t quote = words.find(u'\'');
+    if (isThrown && code == xercesc::XMLExcepts::Trans_CantCreateCvtrFor && quote < words.size())
+        return std::u16string(u"the encoding ")
+            .append(words, quote, words.rfind(u'\'') + 1 - quote)
+            .append(u" is unknown or not that of the bytes");
+    return std::u16string(words);
 }
 
 } // namespace
@@ -78,9 +84,8 @@ void PelXercesTypeBuilder::error(unsigned int code, const XMLCh* domain,
                                  const XMLCh* systemId, const XMLCh* publicId, XMLFileLoc line,
                                  XMLFileLoc column) {
     limits.addReport(XMLString::stringLen(text));
-    const bool isOfScanner = XMLString::equals(domain, xercesc::XMLUni::fgXMLErrDomain);
-    XercesDOMParser::error(code, domain, type, isOfScanner ? inPlainWords(code, text) : text,
-                           systemId, publicId, line, column);
+    const std::u16string words = inPlainWords(domain, code, text);
+    XercesDOMParser::error(code, domain, type, words.c_str(), systemId, publicId, line, column);
 }
 
 void PelXercesTypeBuilder::reportHere(const XMLCh* text) {
