@@ -6,6 +6,7 @@
 //
 // A document on which the target ends the process is left in plain_documents.last.
 #include "support.h"
+#include "xerces/PelXercesFields.h"
 
 #include <csignal>
 #include <fstream>
@@ -207,5 +208,6 @@ int main(int argc, char** argv) {
     }
     std::cout << count << " documents from seed " << seed << ", " << bytes << " bytes; as UTF-8 or UTF-16, "
               << plainInputs << " times one was plain\n";
-    return count == 0 || plainInputs > count / 4 ? 0 : 1;
+    const bool areFew = PelXercesFields::areKnown() && plainInputs <= count / 4;
+    return count > 0 && areFew ? 1 : 0;
 }

@@ -168,8 +168,9 @@ TEST(Lists, KeepTheirPlaceThroughAnyChangeOnEitherSideOfIt) {
         const bool isRemoval = i / 56 % 2 == 1;
         isRemoval ? root.removeChild(at) : root.insertBefore(document.createElement("x"), at);
         letters.replace(static_cast<std::size_t>(changed), isRemoval ? 1 : 0, isRemoval ? "" : "x");
-        EXPECT_EQ(show(itemOf(list, then)),
-            then < static_cast<long>(letters.size()) ? letters.substr(then, 1) : "null")
+        EXPECT_EQ(show(itemOf(list, then)), then < static_cast<long>(letters.size())
+                                                ? letters.substr(static_cast<std::size_t>(then), 1)
+                                                : "null")
             << looked << changed << isRemoval;
     }
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "failing_memory.h"
 #include "support.h"
+#include "xerces/PelXercesFields.h"
 
 static PelDOMElement rootOf(const PelDOMDocument& document) { return document.getDocumentElement(); }
 
@@ -25,6 +26,8 @@ static PelDOMDocument typed() {
 
 TEST(NodesWithoutParentAndHandle, GiveTheirMemoryBack) {
     const PelDOMDocument other = typed();
+    if (!PelXercesFields::areKnown())
+        GTEST_SKIP() << "nodes keep their memory where the engine's fields are not known";
     PelDOMNode kept;
     using Round = std::function<void(PelDOMDocument&, PelDOMElement&, int)>;
     const auto comeAndGo = [](PelDOMElement& root, const PelDOMNode& node) {

@@ -110,6 +110,7 @@ TEST_F(Reading, TellsEachFaultAtItsPlaceInLinesAndCharacters) {
             "limit imposed by the application"},
     };
     for (const auto& row : rows) {
+        if (areRemoteRead && row.bytes.find("http:") != std::string::npos) continue;
         Reader reader;
         reader.setLimit(Reader::TIME, std::numeric_limits<std::size_t>::max()); // however slow the machine is
         EXPECT_EQ(read(reader, row.bytes), "null; E d.xml:" + row.message) << "line " << row.line;
@@ -195,6 +196,7 @@ TEST_F(Reading, ReadsAsItIsSet) {
             "a b=; W d.xml:1:66: attribute 'b' has already been declared for element 'a'"},
     };
     for (const auto& row : rows) {
+        if (areRemoteRead && row.bytes.find("http:") != std::string::npos) continue;
         Reader reader;
         row.set(reader);
         EXPECT_EQ(read(reader, row.bytes), row.told) << "line " << row.line;

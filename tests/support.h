@@ -11,6 +11,12 @@
 #include <fstream>
 #include <functional>
 
+#ifdef QRNDOM_REMOTE_ENTITIES
+constexpr bool areRemoteRead = true; ///< Tests leave out what would call other machines then.
+#else
+constexpr bool areRemoteRead = false;
+#endif
+
 inline PelDOMUtilites& services() { return *PelDOMUtilites::getUtilities(PelDOM::PLATFORM_XERCES); }
 
 /// A document from its text in UTF-8; null when the text is refused.

@@ -5,6 +5,7 @@
 
 #include <xercesc/util/XMLString.hpp>
 
+#include <string>
 #include <utility>
 
 using Fields = PelXercesFields;
@@ -141,7 +142,7 @@ DOMNode& PelXercesNodePool::makeCharacters(Kind kind, const XMLCh* data, Make ma
 
 void PelXercesNodePool::setData(DOMNode& node, const XMLCh* data) {
     if (!Fields::areKnown() || Fields::nodeOf(node).isReadOnly()) {
-        node.setNodeValue(data);
+        setDataByEngine(node, data);
         return;
     }
     const XMLSize_t length = XMLString::stringLen(data);
@@ -152,6 +153,17 @@ void PelXercesNodePool::setData(DOMNode& node, const XMLCh* data) {
     }
     made += length / unitsOfANode;
     buffers.takeBack(*std::exchange(buffer, &buffers.make(document, data, length)));
+}
+
+// The engine forgets what there was before it asks for more memory. There is room for that.
+void PelXercesNodePool::setDataByEngine(DOMNode& node, const XMLCh* data) {
+    const std::u16string former = node.getNodeValue();
+    try {
+        node.setNodeValue(data);
+    } catch (...) {
+        node.setNodeValue(former.c_str());
+        throw;
+    }
 }
 
 // The children of each node go to the front of those that are left, so no place needs remembering.

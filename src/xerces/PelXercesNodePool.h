@@ -48,6 +48,7 @@ private:
     void addDefaults(xercesc::DOMElementImpl& element);
     void addCopy(xercesc::DOMAttrMapImpl& map, const xercesc::DOMNode& attribute);
 
+    static void setDataByEngine(xercesc::DOMNode& node, const XMLCh* data);
     static void release(xercesc::DOMAttrImpl& attribute) noexcept;
     void takeElement(xercesc::DOMElementImpl& element) noexcept;
     void takeAttributes(xercesc::DOMAttrMapImpl& attributes) noexcept;
