@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "core/PelPlatform.h"
 #include "reading/PelPlainScanner.h"
 #include "reading/PelXercesReader.h"
 #include "support.h"
@@ -195,6 +196,11 @@ TEST(Limits, EndReadsThatTakeTooLongFromWhereverTheyAre) {
              "<a " + repeat(200000, "b$='' ") + "/>", withSubset(repeat(90000, "<!ELEMENT e$ ANY>")),
              withSubset("<!ELEMENT b (a" + repeat(3000, ",x$?") + ")>", within("<b/>"))})
         EXPECT_EQ(refusal(text, "", own), "too much processor time") << text.substr(0, 40);
+    const std::string large = within(repeat(500000, "<b/>"));
+    const double begin = PelPlatform::processorTime();
+    EXPECT_EQ(refusal(large), "");
+    own.milliseconds = static_cast<std::size_t>(4000 * (PelPlatform::processorTime() - begin));
+    EXPECT_EQ(refusal(large, "", own), "") << "within four times as long";
 }
 
 // The engine takes memory where it clears up, and a failure there would end the process.

@@ -306,6 +306,8 @@ TEST(Writers, KeepTheirSettingsToThemselves) {
     std::ofstream failed("/no/such/file");
     EXPECT_EQ(two.writeStream(parse("<r/>"), failed), PelDOM::INTERNAL_ERROR);
     EXPECT_EQ(two.getMessage(), "the stream has failed");
+    std::ostringstream good;
+    expectAnswers({{two.writeStream(parse("<r/>"), good), "ok"}, {two.getMessage(), "''"}});
 }
 
 TEST(Writers, RunInSeveralThreadsAtOnce) {
