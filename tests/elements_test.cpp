@@ -214,7 +214,7 @@ TEST(Trees, RefuseWhatTheDomForbidsAndStayAsTheyWere) {
     for (const auto& [parent, child] : cycles)
         EXPECT_EQ(append(parent, child), -DOMException::HIERARCHY_REQUEST_ERR) << show(parent) << show(child);
     EXPECT_EQ(append(root, other.getDocumentElement()), -DOMException::WRONG_DOCUMENT_ERR);
-    EXPECT_EQ(show(document) + show(other), "#9(r(a(b)))#9(o)");
+    expectAnswers({{document, "#9(r(a(b)))"}, {other, "#9(o)"}});
     for (const char16_t* name : {u"", u"1", u"<", u"a\xD800", u"\xDC00"})
         EXPECT_THROW(document.createElement(name), DOMException) << PelString(name);
 }
