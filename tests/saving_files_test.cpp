@@ -113,6 +113,7 @@ TEST(SavingFiles, FollowsLinksAndLeavesThem) {
 
 TEST(SavingFiles, WritesInPlaceWhatCannotBeReplaced) {
     const ScratchFolder folder;
+    const long before = openFiles();
     const std::string first = folder.write("first", std::string(100, 'x'));
     std::filesystem::create_hard_link(first, folder.file("second"));
     EXPECT_EQ(save(small, first), "");
@@ -142,10 +143,12 @@ TEST(SavingFiles, WritesInPlaceWhatCannotBeReplaced) {
     const Sample large("large", 100000); // more than the buffers hold
     EXPECT_EQ(save(large, "/dev/full"), "/dev/full: No space left on device");
     EXPECT_EQ(namesIn(folder.path), "fifo first second");
+    EXPECT_EQ(openFiles(), before);
 }
 
 TEST(SavingFiles, LeavesTheOldFileWhenItFails) {
     const ScratchFolder folder;
+    const long before = openFiles();
     const std::string file = folder.write("a.xml", "old");
     const std::string twin = folder.write("twin", "old");
     std::filesystem::create_hard_link(twin, folder.file("twin2"));
@@ -182,6 +185,7 @@ TEST(SavingFiles, LeavesTheOldFileWhenItFails) {
     signal(SIGXFSZ, former);
     EXPECT_EQ(bytesOf(file), "old");
     EXPECT_EQ(namesIn(folder.path), "a.xml twin twin2");
+    EXPECT_EQ(openFiles(), before);
 }
 
 TEST(SavingFiles, GivesNobodyMoreRights) {

@@ -107,6 +107,8 @@ inline std::string bytesOf(const std::string& path) {
     return (std::ostringstream() << std::ifstream(path, std::ios::binary).rdbuf()).str();
 }
 
+inline long openFiles() { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); }
+
 /// The text that the log gains while this lives.
 struct LogWatch {
     const std::size_t before = bytesOf(QRNDOM_LOG_FILE).size();
