@@ -121,25 +121,21 @@ TEST(AChangeWithoutMemory, LeavesTheTreeAsItWas) {
     const auto at = [](const PelDOMDocument& document, long index) {
         return childAt(rootOf(document), index);
     };
+    const auto insert = [&](PelDOMDocument& document, const PelDOMNode& node) {
+        rootOf(document).insertBefore(node, at(document, 1));
+    };
+    const auto replace = [&](PelDOMDocument& document, const PelDOMNode& node) {
+        rootOf(document).replaceChild(node, at(document, 1));
+    };
     const std::function<void(PelDOMDocument&)> changes[] = {
         [&](auto& document) { rootOf(document).removeChild(at(document, 0)); },
-        [&](auto& document) { rootOf(document).insertBefore(document.createElement("n"), at(document, 1)); },
-        [&](auto& document) { rootOf(document).insertBefore(document.createElement("c"), at(document, 1)); },
-        [&](auto& document) {
-            rootOf(document).insertBefore(document.createComment(large), at(document, 1));
-        },
-        [&](auto& document) {
-            rootOf(document).insertBefore(document.createProcessingInstruction("p", large), at(document, 1));
-        },
-        [&](auto& document) {
-            rootOf(document).replaceChild(at(document, 0).cloneNode(true), at(document, 1));
-        },
-        [&](auto& document) {
-            rootOf(document).replaceChild(document.importNode(at(other, 0), true), at(document, 1));
-        },
-        [&](auto& document) {
-            rootOf(document).insertBefore(document.importNode(rootOf(other), true), at(document, 1));
-        },
+        [&](auto& document) { insert(document, document.createElement("n")); },
+        [&](auto& document) { insert(document, document.createElement("c")); },
+        [&](auto& document) { insert(document, document.createComment(large)); },
+        [&](auto& document) { insert(document, document.createProcessingInstruction("p", large)); },
+        [&](auto& document) { insert(document, document.importNode(rootOf(other), true)); },
+        [&](auto& document) { replace(document, at(document, 0).cloneNode(true)); },
+        [&](auto& document) { replace(document, document.importNode(at(other, 0), true)); },
         [&](auto& document) { PelDOMElement(at(document, 0)).setTagName("c"); },
         [&](auto& document) { PelDOMElement(at(document, 2)).setTagName("a"); },
         [&](auto& document) { PelDOMElement(at(document, 0)).removeAttribute("d"); },

@@ -120,28 +120,14 @@ TEST(Lists, FollowEveryChangeAtOnce) {
             const PelDOMElement& child = elements[1 + pick(elements.size() - 1)];
             const PelDOMNodeList children = childrenOf(parent);
             const PelDOMNode some = itemOf(children, static_cast<long>(pick(16)));
-            switch (pick(8)) {
-            case 0:
-                pick(4) == 0 ? parent.appendTextElement(pick(2) == 0 ? "a" : "b", "t") : PelDOM::SUCCESS;
-                break;
-            case 1:
-                parent.removeChild(some);
-                break;
-            case 2:
-                parent.replaceChild(child, some);
-                break;
-            case 3:
-                parent.insertBefore(document.createComment("c"), some);
-                break;
-            case 4:
-                parent.setTagName(pick(2) == 0 ? "a" : "b");
-                break;
-            case 5:
-                append(parent, child);
-                break;
-            default:
-                parent.insertBefore(child, some);
-            }
+            const char* const name = pick(2) == 0 ? "a" : "b";
+            const std::function<void()> ways[] = {[&] { append(parent, child); },
+                [&] { pick(4) == 0 ? parent.appendTextElement(name, "t") : PelDOM::SUCCESS; },
+                [&] { parent.removeChild(some); }, [&] { parent.replaceChild(child, some); },
+                [&] { parent.insertBefore(document.createComment("c"), some); },
+                [&] { parent.setTagName(name); }, [&] { parent.insertBefore(child, some); },
+                [&] { parent.insertBefore(child, some); }};
+            ways[pick(std::size(ways))]();
         }
         const std::vector<PelDOMNodeList> fresh = makeLists();
         for (std::size_t i = 0; i < fresh.size(); ++i) {

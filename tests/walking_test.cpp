@@ -223,16 +223,9 @@ TEST(Ranges, GoOnWithWhatFollowedWhateverTheirBodiesDo) {
         {[](auto& root, auto& node) { root.appendChild(node); }, "abcdef r(a b c d e f)"},
         {[](auto& root, auto& node) { root.insertBefore(node, root.getFirstChild()); },
             "abcdef r(f e d c b a)"},
-        {[](auto&, auto& node) {
-             remove(node.getNextSibling());
-             remove(node);
-         },
-            "ace r"},
+        {[](auto&, auto& node) { remove(node.getNextSibling()), remove(node); }, "ace r"},
         {[](auto&, auto& node) { remove(node.getNextSibling()); }, "ace r(a c e)"},
-        {[](auto&, auto& node) {
-             remove(node.getNextSibling());
-             remove(node.getNextSibling());
-         },
+        {[](auto&, auto& node) { remove(node.getNextSibling()), remove(node.getNextSibling()); },
             "ad r(a d)"},
         {[](auto& root, auto&) { root.setTextContent(""); }, "a r"},
         {[](auto& root, auto&) { remove(root.getLastChild()); }, "abc r(a b c)"},
@@ -251,11 +244,7 @@ TEST(Ranges, GoOnWithWhatFollowedWhateverTheirBodiesDo) {
         {at('c', [](auto& root, auto&) { root.insertBefore(named(root, "f"), named(root, "a")); }),
             "abcde r(f a b c d e)"},
         {at('e', [](auto& root, auto&) { remove(named(root, "f")); }), "abcde r(a b c d e)"},
-        {at('e',
-             [&](auto& root, auto&) {
-                 root.appendChild(make(root, "x"));
-                 remove(named(root, "f"));
-             }),
+        {at('e', [&](auto& root, auto&) { root.appendChild(make(root, "x")), remove(named(root, "f")); }),
             "abcde r(a b c d e x)"},
         {at('f', [](auto& root, auto&) { root.appendChild(named(root, "a")); }), "abcdef r(b c d e f a)"},
         {at('b', [](auto& root, auto&) { PelDOMElement(named(root, "d")).setTagName("z"); }),
