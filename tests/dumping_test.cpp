@@ -2,7 +2,7 @@
 #include "support.h"
 
 TEST(Dump, LeavesOutLayoutOnly) {
-    PelDOMDocument document = parse("<r>\n  <a> </a><b>\n</b><c>\t\n</c></r>");
+    PelDOMDocument document = parse("<r>\n  <a> </a><b>&#13;\n</b><c>\t\n</c></r>");
     append(document.getDocumentElement(), document.createTextNode(""));
     const LogWatch log;
     document.getDocumentElement().dump(0);

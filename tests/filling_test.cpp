@@ -50,7 +50,8 @@ TEST(Filer, PrintsNumbersByTheirFormats) {
     EXPECT_EQ(printed(1L, u"%100000d").size() + printed(0.5, u"%.100000f").size(), 200000 + 2 + 10U);
     const std::tuple<double, const char16_t*, const char*> reals[] = {{2.5, u"", "ok '2.500000'"},
         {0.5, u"%.2lf", "ok '0.50'"}, {1e21, u"%Lg m", "ok '1e+21 m'"}, {0.1, u"%08.3e", "ok '1.000e-01'"},
-        {1, u"%d", "invalid 'before'"}, {1, u"%s", "invalid 'before'"}, {-HUGE_VAL, u"", "ok '-inf'"}};
+        {2, u"%.1F", "ok '2.0'"}, {1, u"%d", "invalid 'before'"}, {1, u"%s", "invalid 'before'"},
+        {-HUGE_VAL, u"", "ok '-inf'"}};
     for (const auto& [value, format, text] : reals) EXPECT_EQ(printed(value, format), text);
     EXPECT_EQ(printed(-DBL_MAX, u"").substr(0, 10), "ok '-17976");
     expectAnswers({{filer.appendElement("i", 3), "ok"}, {filer.appendElement("l", 4L, "%03ld"), "ok"},

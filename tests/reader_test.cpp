@@ -203,6 +203,12 @@ TEST_F(Reading, ReadsAsItIsSet) {
         Reader copy(reader);
         EXPECT_EQ(told(copy, PelDOMDocument()), "null") << "copies have no messages";
         EXPECT_EQ(read(copy, row.bytes), row.told) << "line " << row.line << ", by a copy";
+        Reader assigned;
+        read(assigned, "<");
+        assigned = reader;
+        EXPECT_EQ(told(assigned, PelDOMDocument()), "null") << "nor have those that are assigned to";
+        EXPECT_EQ(read(assigned = *&assigned, row.bytes), row.told)
+            << "line " << row.line << ", when assigned";
     }
 }
 

@@ -146,6 +146,8 @@ TEST(Saving, IndentsWhereNoTextStands) {
     const char* const promised = "<?xml version='1.0' standalone='yes'?><!DOCTYPE r [<!ELEMENT r ANY>]><r/>";
     EXPECT_EQ(saved(parse(promised), {1}).find("standalone"), std::string::npos);
     EXPECT_NE(saved(parse(promised)).find("standalone"), std::string::npos);
+    EXPECT_NE(saved(parse("<?xml version='1.0' standalone='yes'?><r/>"), {1}).find("standalone"),
+        std::string::npos);
 }
 
 TEST(Saving, IndentsNoLineByMoreThan256) {
