@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
+#include "core/PelRealText.h"
 #include "core/PelTextConversion.h"
 #include "support.h"
 
 #include <charconv>
 #include <clocale>
+#include <cmath>
+#include <limits>
 #include <unordered_set>
 
 TEST(Strings, ComeFromEveryKindOfText) {
@@ -86,6 +89,36 @@ TEST(Strings, AreReadAsNumbersWhole) {
     EXPECT_EQ(read(" \t\r\n-7 \t\r\n"), "-7 -7");
     EXPECT_EQ(read(std::string("7\0", 2)), "- -");
 }
+
+#ifdef __cpp_lib_to_chars
+// What stands in for the standard library's reals where it has none.
+TEST(RealText, IsAsTheStandardLibrarys) {
+    const auto agree = [](const std::string& text, std::chars_format format, auto number) {
+        auto other = number;
+        const char* const end = text.data() + text.size();
+        const auto wanted = std::from_chars(text.data(), end, number, format);
+        const bool isRead = PelRealText::read(text, other, format);
+        EXPECT_EQ(isRead, wanted.ec == std::errc() && wanted.ptr == end) << text;
+        EXPECT_TRUE(!isRead || other == number || (other != other && number != number)) << text;
+    };
+    for (const char* const text : {"0", "1.5", ".5", "5.", "1e5", "1e400", "1e-400", "4e-324", "1e39",
+             "1e-46", "1e", "x", "", ".", "+1", "\v1", "1 ", "1,5", "inf", "nan", "16777217"}) {
+        agree(text, std::chars_format::general, 9.0F);
+        agree(text, std::chars_format::general, 9.0);
+    }
+    for (const char* const text : {"1.p", "A.8p1", ".8", "1p", "p", "1p5000", "1p-5000"})
+        agree(text, std::chars_format::hex, 9.0);
+    agree("1e4932", std::chars_format::general, 9.0L);
+    for (const long double number : {0.0L, 1.0L / 3, 0.1L, -1e30L, 1e-5L, 1234567.5L, 0x1p64L, 0x1p-16445L,
+             std::numeric_limits<long double>::max()})
+        for (const bool isWhole : {false, std::trunc(number) == number && std::abs(number) < 0x1p63L}) {
+            char text[64] = {};
+            isWhole ? std::to_chars(text, std::end(text), number, std::chars_format::fixed)
+                    : std::to_chars(text, std::end(text), number);
+            EXPECT_EQ(PelRealText::write(number, isWhole), text);
+        }
+}
+#endif
 
 TEST(Strings, ReplaceIllFormedTextAndKeepTheRest) {
     EXPECT_EQ(PelString("a\xC3(b\xE2\x82z\xFF").view(), u"a\uFFFD(b\uFFFDz\uFFFD");

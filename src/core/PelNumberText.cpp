@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "core/PelNumberText.h"
 
+#include "core/PelRealText.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -72,8 +74,13 @@ bool readReal(std::string_view text, Number& value) {
         format = std::chars_format::hex;
         text = digits;
     }
+#ifdef __cpp_lib_to_chars
     if (!convert(text, value, format))
         return false;
+#else
+    if (!PelRealText::read(text, value, format))
+        return false;
+#endif
     value = isNegative ? -value : value;
     return true;
 }
@@ -94,6 +101,10 @@ PelString printReal(Number number) {
     constexpr Number beyondLong = -static_cast<Number>(std::numeric_limits<long>::min());
     const bool fitsLong =
         number >= -beyondLong && number < beyondLong && std::trunc(number) == number;
+#ifndef __cpp_lib_to_chars
+    if constexpr (std::is_same_v<Number, long double>)
+        return PelString(PelRealText::write(number, fitsLong).c_str());
+#endif
     return fitsLong ? print(number, std::chars_format::fixed) : print(number);
 }
 

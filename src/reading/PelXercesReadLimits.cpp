@@ -23,6 +23,14 @@ constexpr const char16_t* kindsOfWork[] = {u"too much work for the attributes of
                                            u"too much work for content models",
                                            u"too much work for finding files"};
 
+// How newer releases of the engine keep a reader and its entity. When there is no memory for that,
+// they destroy the reader before twice.
+struct ReaderOfEntity {
+    void* reader;
+    void* entity;
+    bool isOwned;
+};
+
 } // namespace
 
 PelXercesReadLimits::PelXercesReadLimits() {
@@ -68,7 +76,8 @@ void PelXercesReadLimits::addMemory(std::size_t bytes, std::size_t overhead) {
         require(++references <= bounds.references, u"too many references to entities");
         addExpansion(longestEntity);
     }
-    if (isWatched || isReference || isFor<xercesc::ContentSpecNode>(bytes) ||
+    const bool isSafe = isWatched && !isFor<ReaderOfEntity>(bytes);
+    if (isSafe || isReference || isFor<xercesc::ContentSpecNode>(bytes) ||
         isFor<xercesc::XMLAttr>(bytes)) {
         addEvent();
         requireMemory();

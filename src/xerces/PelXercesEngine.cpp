@@ -55,14 +55,16 @@ bool startLocked() {
     isHalfStarted = !isUp();
     XMLPlatformUtils::Initialize();
     isHalfStarted = false;
+    bool isReady = false;
     try {
         fillLazyTables();
         PelXercesFields::tryOut();
-    } catch (...) {
-        XMLPlatformUtils::Terminate();
-        return false;
+        isReady = true;
+    } catch (...) { // what was thrown may need the engine to go
     }
-    return true;
+    if (!isReady)
+        XMLPlatformUtils::Terminate();
+    return isReady;
 }
 
 } // namespace

@@ -4,7 +4,6 @@
 #include <xercesc/dom/impl/DOMAttrImpl.hpp>
 #include <xercesc/dom/impl/DOMAttrMapImpl.hpp>
 #include <xercesc/dom/impl/DOMCDATASectionImpl.hpp>
-#include <xercesc/dom/impl/DOMCasts.hpp>
 #include <xercesc/dom/impl/DOMCommentImpl.hpp>
 #include <xercesc/dom/impl/DOMDocumentImpl.hpp>
 #include <xercesc/dom/impl/DOMDocumentTypeImpl.hpp>
@@ -48,7 +47,8 @@ class PelXercesFields {
 public:
     /// Whether this is a release on which the library was tried, and reaching in is wanted.
 #ifdef QRNDOM_ENGINE_FIELDS
-    static constexpr bool isKnownRelease = _XERCES_VERSION == 30204;
+    static constexpr bool isKnownRelease =
+        _XERCES_VERSION == 30204 || _XERCES_VERSION == 30205 || _XERCES_VERSION == 30300;
 #else
     static constexpr bool isKnownRelease = false;
 #endif
@@ -71,26 +71,15 @@ public:
         return node.*Opened<Node>::links();
     }
 
-    /// The same of a node of any kind. Elements and texts, most of all, need no run-time cast.
-    static xercesc::DOMNodeImpl& nodeOf(xercesc::DOMNode& node) {
-        switch (node.getNodeType()) {
-        case xercesc::DOMNode::ELEMENT_NODE:
-            return static_cast<xercesc::DOMElementImpl&>(node).fNode;
-        case xercesc::DOMNode::TEXT_NODE:
-            return static_cast<xercesc::DOMTextImpl&>(node).fNode;
-        default:
-            return *xercesc::castToNodeImpl(&node);
-        }
+    /// The same of a node of any kind that can be a child. The engine's own way is a run-time cast,
+    /// which takes long, and fails where a library is to compare types by their addresses.
+    static xercesc::DOMNodeImpl& nodeOf(xercesc::DOMNode& child) {
+        return withType<xercesc::DOMNodeImpl>(
+            child, [](auto& node) -> auto& { return nodeOf(node); });
     }
-    static xercesc::DOMChildNode& linksOf(xercesc::DOMNode& node) {
-        switch (node.getNodeType()) {
-        case xercesc::DOMNode::ELEMENT_NODE:
-            return static_cast<xercesc::DOMElementImpl&>(node).fChild;
-        case xercesc::DOMNode::TEXT_NODE:
-            return static_cast<xercesc::DOMTextImpl&>(node).fChild;
-        default:
-            return *xercesc::castToChildImpl(&node);
-        }
+    static xercesc::DOMChildNode& linksOf(xercesc::DOMNode& child) {
+        return withType<xercesc::DOMChildNode>(
+            child, [](auto& node) -> auto& { return linksOf(node); });
     }
 
     /// The parent of a child, the element of an attribute, else the document.
@@ -230,5 +219,23 @@ public:
     }
 
 private:
+    template <class Part, class Use>
+    static Part& withType(xercesc::DOMNode& node, Use use) {
+        switch (node.getNodeType()) {
+        case xercesc::DOMNode::ELEMENT_NODE:
+            return use(static_cast<xercesc::DOMElementImpl&>(node));
+        case xercesc::DOMNode::TEXT_NODE:
+            return use(static_cast<xercesc::DOMTextImpl&>(node));
+        case xercesc::DOMNode::CDATA_SECTION_NODE:
+            return use(static_cast<xercesc::DOMCDATASectionImpl&>(node));
+        case xercesc::DOMNode::COMMENT_NODE:
+            return use(static_cast<xercesc::DOMCommentImpl&>(node));
+        case xercesc::DOMNode::PROCESSING_INSTRUCTION_NODE:
+            return use(static_cast<xercesc::DOMProcessingInstructionImpl&>(node));
+        default:
+            return use(static_cast<xercesc::DOMDocumentTypeImpl&>(node));
+        }
+    }
+
     static inline bool areTried = false;
 };

@@ -78,6 +78,7 @@ PelXercesTrial::PelXercesTrial() : document(owner.get()) {
     instruction =
         as<xercesc::DOMProcessingInstructionImpl>(document.createProcessingInstruction(name, data));
     removed = as<xercesc::DOMElementImpl>(document.createElement(name));
+    type = as<xercesc::DOMDocumentTypeImpl>(document.createDocumentType(name));
     attribute->setValue(data);
     parent->setAttributeNode(attribute);
     for (DOMNode* const child :
@@ -109,7 +110,7 @@ template <class Node>
 bool PelXercesTrial::isChildKnown(Node& node, DOMNode* previous, DOMNode* next) const {
     DOMNodeImpl& impl = Fields::nodeOf(node);
     const xercesc::DOMChildNode& links = Fields::linksOf(node);
-    return &impl == xercesc::castToNodeImpl(&node) && &links == xercesc::castToChildImpl(&node) &&
+    return &impl == node.getNodeImpl() && &links == node.getChildNodeImpl() &&
            Fields::ownerOf(impl) == parent && impl.isOwned() &&
            impl.isFirstChild() == (next == text) && links.previousSibling == previous &&
            links.nextSibling == next;
@@ -120,8 +121,10 @@ bool PelXercesTrial::areLinksKnown() const {
     constexpr DOMNode* none = nullptr;
     DOMNodeImpl& loose = Fields::nodeOf(*removed);
     const xercesc::DOMChildNode& links = Fields::linksOf(*removed);
-    return &Fields::parentOf(*parent) == xercesc::castToParentImpl(parent) &&
-           &Fields::parentOf(document) == xercesc::castToParentImpl(&document) &&
+    return &Fields::parentOf(*parent) == parent->getParentNodeImpl() &&
+           &Fields::parentOf(document) == document.getParentNodeImpl() &&
+           owner.holds(type, sizeof *type) && &Fields::nodeOf(*type) == type->getNodeImpl() &&
+           &Fields::linksOf(*type) == type->getChildNodeImpl() &&
            Fields::firstChildOf(*parent) == element && isChildKnown(*element, instruction, text) &&
            isChildKnown(*text, element, comment) && isChildKnown(*comment, text, section) &&
            isChildKnown(*section, comment, instruction) &&
@@ -151,8 +154,8 @@ bool PelXercesTrial::areAttributesKnown() const {
     DOMNodeImpl& node = Fields::nodeOf(*attribute);
     return endsAt(list, parts.nodes) && parts.nodes[0] == attribute && parts.size == 1 &&
            parts.capacity > 1 && owner.holds(parts.nodes, parts.capacity * sizeof(void*)) &&
-           &node == xercesc::castToNodeImpl(attribute) &&
-           &Fields::parentOf(*attribute) == xercesc::castToParentImpl(attribute) &&
+           &node == attribute->getNodeImpl() &&
+           &Fields::parentOf(*attribute) == attribute->getParentNodeImpl() &&
            Fields::ownerOf(node) == parent && node.isOwned() && node.isSpecified() &&
            value == attribute->getFirstChild() && owner.holds(value, sizeof *text) &&
            value->getNodeType() == DOMNode::TEXT_NODE &&

@@ -59,6 +59,7 @@ public:
     xercesc::DOMCDATASectionImpl* section;
     xercesc::DOMProcessingInstructionImpl* instruction;
     xercesc::DOMElementImpl* removed;
+    xercesc::DOMDocumentTypeImpl* type; // no child
 
     PelXercesZeroedDocument owner;
     xercesc::DOMDocumentImpl& document;
