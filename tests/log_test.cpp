@@ -52,6 +52,16 @@ static const struct LoadTimeObject {
     });
 }
 
+#pragma GCC diagnostic ignored "-Wprio-ctor-dtor" // after the log is closed
+[[gnu::destructor(100)]] static void logOnceMore() {
+    const char* const path = QRNDOM_LOG_FILE ".other"; // has the number now that the log had
+    const int other = open(path, O_RDWR | O_CREAT | O_TRUNC, 0600);
+    PelDOM::error(u"too late", nullptr);
+    PelDOM::error(u"too late", path);
+    requireAtExit(lseek(other, 0, SEEK_END) == 0, "a line of the log went to another file\n");
+    unlink(path);
+}
+
 TEST(Log, IsOpenBeforeAllElseIsMade) {
     EXPECT_TRUE(loadTimeObject.foundLogOpen);
     const std::string first = recorded({{&PelDOMFiler::InvalidElement, "PelDOMNode()"}});

@@ -177,7 +177,8 @@ TEST(Saving, RefusesWhatNoReaderWouldTake) {
     });
     const std::pair<PelDOMDocument, std::string> cases[] = {
         {text(u"a\x1"), "a text holds U+0001, which XML forbids (in the element 'r')"},
-        {text(u"\xFFFF"), "a text holds U+FFFF, which XML forbids (in the element 'r')"},
+        {text(u"\xFFFE"), "a text holds U+FFFE, which XML forbids (in the element 'r')"},
+        {cdata(u"\xFFFF"), "a CDATA section holds U+FFFF, which XML forbids (in the element 'r')"},
         {text(u"a\xD800"), "a text holds half a surrogate pair, U+D800 (in the element 'r')"},
         {cdata(u"\xDC00\xD800"), "a CDATA section holds half a surrogate pair, U+DC00 (in the element 'r')"},
         {comment(u"a--b"), "a comment holds two hyphens, or one at its end (in the element 'r')"},
