@@ -2,6 +2,7 @@
 #include "support.h"
 
 #include <algorithm>
+#include <array>
 #include <functional>
 
 TEST(Relatives, AreWhatTheListsOfChildrenSay) {
