@@ -184,6 +184,9 @@ TEST(FirstWrite, SettlesTheEncodingOfTheProcess) {
         services().terminate();
         PelDOMUtilites::releaseUtilities();
         EXPECT_EQ(written(toString, services().createDocument("a")), declaration + "\n<a/>");
+        // A name is no place for a reference, but nothing else can be written there.
+        PelDOMDocument named = services().createDocument(u"\u00e9");
+        EXPECT_EQ(written(toFile, named), declaration + "\r\n<&#xE9;/>");
     });
     inNewProcess([] { // not the first child
         PelDOMDocument document = createWith({"1.0", "ISO-8859-1", std::nullopt});
