@@ -98,7 +98,7 @@ TEST(AUseWithoutMemory, IsDoneOrNotDoneAndLosesNothing) {
                 PelDOMDocument document = parse(tree);
                 testing::internal::CaptureStderr();
                 hasFailed = FailingMemory::failsAt(n, [&] { use(document); });
-                state = show(document);
+                state.assign(show(document).c_str()); // into its own memory
                 const std::string said = testing::internal::GetCapturedStderr();
                 EXPECT_EQ(said, hasFailed && !said.empty() ? "An error occured during parsing\n \nnull" : "");
             }
