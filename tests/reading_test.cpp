@@ -79,11 +79,18 @@ TEST(Reading, RefusesSilentlyWhatHasErrors) {
                  refersTo + "SYSTEM 'missing.txt'>]><a>&e;</a>",
                  refersTo + "'&f;'><!ENTITY f '&e;'>]><a>&e;</a>"})
             EXPECT_EQ(answers({readAsFile(text), parse(text.c_str())}), "null null") << text;
-        for (const char16_t* half : {u"<a b='\xD800'/>", u"<a b='\xDC00'/>", u"<a>\xD800</a>",
-                 u"<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e '\xD800'>]><a/>",
-                 u"<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e SYSTEM '\xD800'>]><a/>",
-                 u"<!DOCTYPE a [<!ELEMENT a ANY><!ATTLIST a b CDATA '\xD800'>]><a/>"})
+        for (const char16_t* half : {u"<a b='\xD800'/>", u"<a b='\xDC00'/>", u"<a>\xD800</a>"})
             EXPECT_EQ(show(parse(half)), "null") << PelString(half);
+        // Some encodings can spell half a pair, which the engine overlooks at the end of a literal.
+        for (const std::string literal : {"<a b='", "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e '",
+                 "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e SYSTEM '",
+                 "<!DOCTYPE a [<!ELEMENT a ANY><!NOTATION n SYSTEM '",
+                 "<!DOCTYPE a [<!ELEMENT a ANY><!ATTLIST z b CDATA '"}) {
+            const std::string begin = "<?xml version='1.0' encoding='CESU-8'?>" + literal;
+            const std::string end = literal[1] == '!' ? "'>]><a/>" : "'/>";
+            EXPECT_EQ(show(readAsFile(begin + "\xED\xA0\x80" + end)), "null") << literal;
+            EXPECT_NE(show(readAsFile(begin + "h" + end)), "null") << literal;
+        }
         expectAnswers({{readFile(folder.file("absent.xml")), "null"}, {readFile(folder.path), "null"},
             {services().readDocumentFromStringA(u"<a>\u0416</a>"), "null"}});
     });
