@@ -26,7 +26,11 @@ endfunction()
 
 # What a shared library made so shows of itself.
 add_library(qrndom_exports INTERFACE)
-set(exports "${PROJECT_SOURCE_DIR}/cmake/exports.map")
+if(QRNDOM_USES_LIBCPP)
+    set(QRNDOM_ENGINE_TYPES "typeinfo?for?xercesc*; typeinfo?name?for?xercesc*;")
+endif()
+set(exports "${PROJECT_BINARY_DIR}/exports.map")
+configure_file("${PROJECT_SOURCE_DIR}/cmake/exports.map.in" "${exports}" @ONLY)
 target_link_options(qrndom_exports INTERFACE
     LINKER:-Bsymbolic-functions "LINKER:--version-script=${exports}")
 set_target_properties(qrndom_exports PROPERTIES INTERFACE_LINK_DEPENDS "${exports}")
