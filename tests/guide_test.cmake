@@ -120,6 +120,9 @@ foreach(program IN LISTS programs)
     endif()
     # The engine's namespace has the number of its release.
     string(REGEX REPLACE "xercesc_[0-9]_[0-9]" "xercesc_3_2" errors "${errors}")
+    # libc++ has words of its own.
+    string(REGEX REPLACE "^libc[+][+]abi: terminating with uncaught exception of type ([^\n]*)"
+        "terminate called after throwing an instance of '\\1'" errors "${errors}")
     if(NOT result STREQUAL wanted_result OR NOT printed STREQUAL "${text_${program}}" OR
        NOT errors STREQUAL "${abort_${program}}")
         message(SEND_ERROR "${GUIDE}:${line_${program}}: the guide says\n${text_${program}}"
