@@ -24,7 +24,8 @@ string(REGEX MATCH "```cpp\n([^`]*)```" block "${readme}")
 file(WRITE "${SCRATCH_DIR}/first_program.cpp" "${CMAKE_MATCH_1}")
 
 run(${CMAKE_COMMAND} -S "${CONSUMER_DIR}" -B "${SCRATCH_DIR}/consumer" -G Ninja
-    "-DCMAKE_PREFIX_PATH=${prefix}" "-DCMAKE_CXX_FLAGS=${CXX_FLAGS} -Wall -Wextra -Werror"
+    "-DCMAKE_PREFIX_PATH=${prefix}" "-DCMAKE_CXX_COMPILER=${COMPILER}"
+    "-DCMAKE_CXX_FLAGS=${CXX_FLAGS} -Wall -Wextra -Werror"
     "-DFIRST_PROGRAM=${SCRATCH_DIR}/first_program.cpp")
 run(${CMAKE_COMMAND} --build "${SCRATCH_DIR}/consumer")
 run("${SCRATCH_DIR}/consumer/root_name" "${DOCUMENT}")
@@ -79,11 +80,11 @@ get_filename_component(lib_dir "${pc_dir}" DIRECTORY)
 set(ENV{PKG_CONFIG_PATH} "${pc_dir}")
 run(pkg-config --define-variable=prefix=${prefix} --cflags --libs qrndom)
 separate_arguments(flags UNIX_COMMAND "${CXX_FLAGS} ${output}")
-run(c++ -std=c++17 "${CONSUMER_DIR}/root_name.cpp" -o "${SCRATCH_DIR}/root_name" ${flags}
+run("${COMPILER}" -std=c++17 "${CONSUMER_DIR}/root_name.cpp" -o "${SCRATCH_DIR}/root_name" ${flags}
     "-Wl,-rpath,${lib_dir}")
 run("${SCRATCH_DIR}/root_name" "${DOCUMENT}")
 expect("${output}" "observatory\n")
-run(c++ -std=c++17 "${SCRATCH_DIR}/manual.cpp" -o "${SCRATCH_DIR}/manual" ${flags}
+run("${COMPILER}" -std=c++17 "${SCRATCH_DIR}/manual.cpp" -o "${SCRATCH_DIR}/manual" ${flags}
     "-Wl,-rpath,${lib_dir}")
 run(${CMAKE_COMMAND} -E chdir "${SCRATCH_DIR}" "${SCRATCH_DIR}/manual")
 expect("${output}" "Ἰλιάς\n")
