@@ -1,17 +1,13 @@
 // SPDX-License-Identifier: MIT
+#include "open_files.h"
+
 #include <gtest/gtest.h>
 
 #include <dlfcn.h>
-#include <filesystem>
 #include <fstream>
 #include <sstream>
 
 static std::string logged() { return (std::ostringstream() << std::ifstream(QRNDOM_LOG_FILE).rdbuf()).str(); }
-
-static long openFiles() {
-    const std::filesystem::directory_iterator files("/proc/self/fd");
-    return std::distance(begin(files), end(files));
-}
 
 TEST(Library, StartsANewLogWithEachLoadAndLeavesNothingBehind) {
     const long filesBefore = openFiles();

@@ -52,7 +52,9 @@ static const struct LoadTimeObject {
     });
 }
 
+#ifndef __clang__
 #pragma GCC diagnostic ignored "-Wprio-ctor-dtor" // after the log is closed
+#endif
 [[gnu::destructor(100)]] static void logOnceMore() {
     const char* const path = QRNDOM_LOG_FILE ".other"; // has the number now that the log had
     const int other = open(path, O_RDWR | O_CREAT | O_TRUNC, 0600);

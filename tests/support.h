@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "open_files.h"
+
 #include <qrndom/QRNDOM.h>
 
 #include <gtest/gtest.h>
@@ -106,8 +108,6 @@ inline int append(PelDOMNode parent, PelDOMNode child) {
 inline std::string bytesOf(const std::string& path) {
     return (std::ostringstream() << std::ifstream(path, std::ios::binary).rdbuf()).str();
 }
-
-inline long openFiles() { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); }
 
 /// The text that the log gains while this lives.
 struct LogWatch {

@@ -10,7 +10,6 @@
 #include <cstdlib>
 #include <string>
 #include <string_view>
-#include <type_traits>
 
 /// What <charconv> does with reals, for standard libraries whose does not, or not with all of them.
 class PelRealText {

@@ -234,8 +234,9 @@ void PelXercesTypeBuilder::notationDecl(const xercesc::XMLNotationDecl& notation
 
 // The engine keeps the names of a tree in a table that does not grow.
 void PelXercesTypeBuilder::growNameTable(std::size_t more) {
-    while (PelXercesFields::areKnown() && names.countInTree() + more > namePlaces)
-        namePlaces = PelXercesFields::growNameTable(*fDocument);
+    while (PelXercesFields::areKnown() &&
+           names.countInTree() + more > PelXercesFields::namePlacesOf(*fDocument))
+        PelXercesFields::growNameTable(*fDocument);
 }
 
 // The scanner looks for the other half of a surrogate pair everywhere but at the end of a literal.

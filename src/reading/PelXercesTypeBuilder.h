@@ -55,5 +55,4 @@ private:
     bool hasExternalSubset = false;
     bool isInSubset = false;
     PelXercesSubset subset{fInternalSubset};
-    std::size_t namePlaces = 257;
 };

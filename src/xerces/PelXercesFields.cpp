@@ -30,7 +30,7 @@ const XMLCh* PelXercesFields::addName(Document& document, const std::u16string& 
     return entry->fString;
 }
 
-std::size_t PelXercesFields::growNameTable(Document& document) {
+void PelXercesFields::growNameTable(Document& document) {
     std::size_t& places = namePlacesOf(document);
     const auto chance = reinterpret_cast<std::uintptr_t>(&document) / sizeof(void*);
     const std::size_t more = places * 2 + chance % places + 1;
@@ -43,5 +43,5 @@ std::size_t PelXercesFields::growNameTable(Document& document) {
             first = std::exchange(name, next);
         }
     namesOf(document) = chains;
-    return places = more;
+    places = more;
 }

@@ -175,9 +175,13 @@ public:
     static const XMLCh* addName(Document& document, const std::u16string& name);
 
     /// Gives the table of names twice as many places, or three times as many: how many is not to be
-    /// foreseen, since with the engine's hash, names can be made to share a place. Gives the number
-    /// of places.
-    static std::size_t growNameTable(Document& document);
+    /// foreseen, since with the engine's hash, names can be made to share a place.
+    static void growNameTable(Document& document);
+
+    /// What the document's memory makes of a size.
+    static constexpr std::size_t aligned(std::size_t size) {
+        return (size + sizeof(void*) - 1) / sizeof(void*) * sizeof(void*);
+    }
 
     // The document's block of memory that is being filled, and the size of the next.
     static char*& freeBeginOf(Document& document) {

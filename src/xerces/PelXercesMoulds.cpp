@@ -43,10 +43,6 @@ private:
     alignas(Node) unsigned char bytes[sizeof(Node)];
 };
 
-constexpr std::size_t aligned(std::size_t size) {
-    return (size + sizeof(void*) - 1) / sizeof(void*) * sizeof(void*);
-}
-
 // What a node was before it was made anew at its place, to compare it with.
 template <class Node>
 class Before {
@@ -144,8 +140,8 @@ bool PelXercesMoulds::areRight(DOMDocumentImpl& owner) {
 }
 
 DOMElementImpl& PelXercesMoulds::makeElement() {
-    constexpr std::size_t mapBegin = aligned(sizeof(DOMElementImpl));
-    constexpr std::size_t mapSize = aligned(sizeof(DOMAttrMapImpl));
+    constexpr std::size_t mapBegin = Fields::aligned(sizeof(DOMElementImpl));
+    constexpr std::size_t mapSize = Fields::aligned(sizeof(DOMAttrMapImpl));
     auto* const place = static_cast<char*>(take(mapBegin + 2 * mapSize));
     return known.makeElement(document, place, place + mapBegin, place + mapBegin + mapSize);
 }
@@ -155,7 +151,7 @@ DOMAttrImpl& PelXercesMoulds::makeAttribute() {
 }
 
 DOMTextImpl& PelXercesMoulds::makeText(const XMLCh* units, std::size_t size) {
-    constexpr std::size_t bufferBegin = aligned(sizeof(DOMTextImpl));
+    constexpr std::size_t bufferBegin = Fields::aligned(sizeof(DOMTextImpl));
     auto* const place = static_cast<char*>(take(bufferBegin + sizeof(DOMBuffer)));
     auto* const copy = static_cast<XMLCh*>(take((size + 1) * sizeof(XMLCh)));
     std::memcpy(copy, units, size * sizeof(XMLCh));
@@ -174,7 +170,7 @@ DOMNode** PelXercesMoulds::makeAttributeList(DOMAttrMapImpl& map, std::size_t si
 
 // As the document's own allocate, which fills the same blocks.
 void* PelXercesMoulds::take(std::size_t size) {
-    size = aligned(size);
+    size = Fields::aligned(size);
     if (size > freeSize) {
         if (size > Fields::nextSizeOf(document) / partOfBlock)
             return document.allocate(size);

@@ -21,9 +21,8 @@ constexpr const XMLCh* data = u"four";
 // Whether a node, or a part of one, ends where the next begins that the engine has made.
 template <class Node>
 bool endsAt(const Node* node, const void* next) {
-    constexpr std::size_t alignment = sizeof(void*);
-    constexpr std::size_t size = (sizeof(Node) + alignment - 1) / alignment * alignment;
-    return static_cast<const void*>(reinterpret_cast<const char*>(node) + size) == next;
+    const void* const end = reinterpret_cast<const char*>(node) + Fields::aligned(sizeof(Node));
+    return end == next;
 }
 
 template <class Parts, class Object>
