@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "../fuzz/same_tree.h"
 #include "reading/PelPlainScanner.h"
+#include "reading/PelPlainUtf8.h"
 #include "reading/PelXercesReader.h"
 #include "support.h"
 #include "xerces/PelXercesFields.h"
@@ -8,6 +9,7 @@
 #include <xercesc/util/PlatformUtils.hpp>
 
 #include <cstring>
+#include <random>
 #include <sys/mman.h>
 
 namespace {
@@ -166,6 +168,31 @@ TEST_F(WaysOfReading, ScanPlainDocumentsAndLeaveTheRest) {
             }
             sameTreeOfUtf16(text);
         }
+}
+
+// Where characters of all lengths take turns, and where the first that is none stands among them.
+TEST_F(WaysOfReading, CopyCharactersUpToWhatIsNone) {
+    const std::vector<std::string> good = {"a", " ", "\x7F", "\u0080", "\u07FF", "\u0800", "\u0FFF", "\uD7FF",
+        "\uE000", "\uFF3F", "\uFFFD", "\U00010000", "\U0010FFFF"};
+    const std::vector<std::string> none = {"", "<", "&", "]", "\r", "\x80", "\xC1\xBF", "\xC3",
+        "\xE0\x9F\xBF", "\xE6\xBC", "\xED\xA0\x80", "\xEF\xBF\xBE", "\xF0\x8F\xBF\xBF", "\xF0\x9F\x98",
+        "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xF8\x80\x80\x80", "\xFF"};
+    std::mt19937 random(1);
+    GuardedMemory memory;
+    for (std::size_t round = 0; round < 50'000; ++round) {
+        std::string before, text;
+        const std::size_t first = random() % good.size(), size = random() % 150;
+        while (before.size() < size) before += good[first + random() % (good.size() - first)];
+        text = before + none[round % none.size()];
+        for (std::size_t i = none[round % none.size()].empty() ? 0 : random() % 80; i > 0; --i)
+            text += good[random() % good.size()];
+        const auto* const begin = static_cast<const unsigned char*>(memory.copy(text.data(), text.size()));
+        char16_t units[1000];
+        char16_t* end = units;
+        const auto* const stop = PelPlainUtf8::copy<PelPlainContent>(begin, begin + text.size(), end);
+        ASSERT_EQ(static_cast<std::size_t>(stop - begin), before.size()) << testing::PrintToString(text);
+        ASSERT_EQ(std::u16string(units, end), unitsOf(before)) << testing::PrintToString(text);
+    }
 }
 
 // Around the sizes of the scanner's own buffers.

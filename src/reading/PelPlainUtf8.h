@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "reading/PelPlainRuns.h"
+#include "reading/PelPlainUtf8Block.h"
 
 /// UTF-8, as the scanner of plain documents reads it.
 ///
@@ -71,63 +71,18 @@ private:
     static bool isTail(unsigned byte) { return (byte & 0xC0) == 0x80; }
     static unsigned tail(unsigned byte) { return byte & 0x3F; }
 
-    // What is outside ASCII, and single characters of ASCII between.
+    // What is outside ASCII, and ASCII between.
     template <class Run>
     static const Unit* copyWide(const Unit* at, const Unit* end, char16_t*& out) {
-        char16_t* to = out;
-        while (end - at >= 16) {
-            const Unit lead = *at;
-            if (lead >= 0xE0 && copyTriple(at, to))
-                continue;
-            if (lead >= 0xC2 && lead < 0xE0) {
-                const std::ptrdiff_t count = copyPairs(at, to);
-                if (count == 0)
-                    break;
-                at += 2 * count;
-                to += count;
-                continue;
-            }
-            if (lead < 0x80 && at[1] >= 0x80 && Run::isPlain[lead])
-                *to++ = *at++;
-            else if (lead < 0x80 || !copyCharacter(at, end, to))
-                break;
-        }
-        while (at != end && *at >= 0x80 && copyCharacter(at, end, to)) {
-        }
-        out = to;
-        return at;
-    }
-
-    // A character of three bytes, where there are four to look at.
-    static bool copyTriple(const Unit*& at, char16_t*& to) {
-        const unsigned bytes = at[0] | unsigned{at[1]} << 8 | unsigned{at[2]} << 16;
-        const unsigned unit = (bytes & 0x0F) << 12 | (bytes >> 2 & 0xFC0) | (bytes >> 16 & 0x3F);
-        if ((bytes & 0xC0C0F0) != 0x8080E0 || unit < 0x800 || unit - 0xD800 < 0x800 ||
-            unit > 0xFFFD)
-            return false;
-        *to++ = static_cast<char16_t>(unit);
-        at += 3;
-        return true;
-    }
-
-    // Up to eight characters of two bytes, out of sixteen bytes; gives their number.
-    static std::ptrdiff_t copyPairs(const Unit* at, char16_t* to) {
 #ifdef __SSE2__
-        const __m128i pairs = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
-        const __m128i units =
-            _mm_or_si128(_mm_slli_epi16(_mm_and_si128(pairs, _mm_set1_epi16(0x1F)), 6),
-                         _mm_and_si128(_mm_srli_epi16(pairs, 8), _mm_set1_epi16(0x3F)));
-        const __m128i isPair =
-            _mm_cmpeq_epi16(_mm_and_si128(pairs, _mm_set1_epi16(static_cast<short>(0xC0E0))),
-                            _mm_set1_epi16(static_cast<short>(0x80C0)));
-        const __m128i isLong = _mm_cmpgt_epi16(units, _mm_set1_epi16(0x7F));
-        const auto good = static_cast<unsigned>(_mm_movemask_epi8(_mm_and_si128(isPair, isLong)));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(to), units);
-        return __builtin_ctz(~good) / 2;
-#else
-        const Unit* next = at;
-        return copyCharacter(next, at + 2, to) ? 1 : 0;
+        using Block = PelPlainUtf8Block;
+        while (end - at >= Block::sizeLookedAt && Block::pays(at))
+            if (!Block::copy<Run>(at, out) && (*at < 0x80 || !copyCharacter(at, end, out)))
+                return at;
 #endif
+        while (at != end && *at >= 0x80 && copyCharacter(at, end, out)) {
+        }
+        return at;
     }
 
     template <class Run>
