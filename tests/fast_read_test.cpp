@@ -83,9 +83,11 @@ bool isPlain(const std::string& text, bool isWide = false) {
     static GuardedMemory memory;
     const std::u16string units = unitsOf(text);
     return isWide ? PelPlainScanner::read(memory.copy(units.data(), units.size() * 2), units.size() * 2,
-                        Encoding::nativeUtf16, u"Dummy") != nullptr
-                  : PelPlainScanner::read(memory.copy(text.data(), text.size()), text.size(), Encoding::utf8,
-                        u"Dummy") != nullptr;
+                        Encoding::nativeUtf16, u"Dummy")
+                            .document != nullptr
+                  : PelPlainScanner::read(
+                        memory.copy(text.data(), text.size()), text.size(), Encoding::utf8, u"Dummy")
+                            .document != nullptr;
 }
 
 struct WaysOfReading : testing::Test {

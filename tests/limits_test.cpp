@@ -84,8 +84,8 @@ TEST(Limits, HoldForPlainDocumentsToo) {
         {large + repeat(bounds.work / 5000 + 1, "<b/>") + "</a>", false},
         {large + repeat(bounds.work / 5000 - 1, "<b/>") + "</a>", true}};
     for (const auto& [xml, isRead] : documents)
-        EXPECT_EQ(PelPlainScanner::read(xml.data(), xml.size(), PelPlainScanner::Encoding::utf8, u"Dummy") !=
-                      nullptr,
+        EXPECT_EQ(PelPlainScanner::read(xml.data(), xml.size(), PelPlainScanner::Encoding::utf8, u"Dummy")
+                          .document != nullptr,
             isRead)
             << xml.substr(0, 30) << " of " << xml.size() << " bytes";
 }

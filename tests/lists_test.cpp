@@ -99,6 +99,23 @@ TEST(Lists, OfElementsAreInDocumentOrderWithoutTheRootAndShareTheirNodes) {
     EXPECT_EQ(show(root), "x(x(y x) |t| #8 y(p:x X x k=v))");
 }
 
+// What was counted while the document was read holds until the first change.
+TEST(Lists, OfManyChildrenAreAsLongAsTheyWereRead) {
+    for (long count = 250; count < 262; ++count) {
+        const std::string pieces[] = {"<b/>", "t", "<!---->", "<b><b/>t</b>", "<?p?>", "<![CDATA[]]>"};
+        std::string xml = "<r><a>";
+        for (long i = 0; i < count; ++i) xml += pieces[i % 6];
+        PelDOMElement root = rootOf((xml + "</a>t</r>").c_str()), a = root.getChildElement();
+        const PelDOMNodeList kept = a.getChildNodes(), last = childAt(a, count - 1).getChildNodes();
+        PelDOMNode node;
+        expectAnswers({{kept.length(), std::to_string(count)}, {root.getChildNodes().length(), "2"},
+            {kept.item(count - 1, node), "ok"}, {kept.item(count, node), "outside"},
+            {bool(node == a.getLastChild()), "1"}, {a.removeChild(node), "ok"},
+            {kept.length(), std::to_string(count - 1)},
+            {a.getChildNodes().length(), std::to_string(count - 1)}, {last.item(9, node), "outside"}});
+    }
+}
+
 // Random changes, both fewer and more between two looks than a tree remembers; fresh lists say what is right.
 TEST(Lists, FollowEveryChangeAtOnce) {
     std::mt19937 random(20240229);

@@ -16,13 +16,13 @@ using xercesc::XMLUni;
 namespace {
 
 template <class Source>
-PelXercesDocumentPtr readAs(const void* bytes, std::size_t size, const XMLCh* systemId,
+PelXercesNewDocument readAs(const void* bytes, std::size_t size, const XMLCh* systemId,
                             const XMLCh* encoding) {
     using Unit = typename Source::Unit;
     const auto* const text = static_cast<const Unit*>(bytes);
     PelPlainTree tree(systemId, encoding);
     PelPlainMarkup<Source> markup(text, text + size / sizeof(Unit), tree);
-    return markup.read() ? tree.take() : nullptr;
+    return markup.read() ? tree.take() : PelXercesNewDocument();
 }
 
 } // namespace
@@ -39,18 +39,18 @@ bool PelPlainScanner::mayBePlain(const void* bytes, std::size_t size) {
            text.find("<!DOCTYPE") == text.npos;
 }
 
-PelXercesDocumentPtr PelPlainScanner::read(const void* bytes, std::size_t size, Encoding encoding,
+PelXercesNewDocument PelPlainScanner::read(const void* bytes, std::size_t size, Encoding encoding,
                                            const XMLCh* systemId) {
     try {
         // The process can tell the engine to take other characters for line ends too.
         if (xercesc::XMLPlatformUtils::isNELRecognized() || !PelXercesFields::areKnown())
-            return nullptr;
+            return {};
         if (encoding == Encoding::utf8)
             return readAs<PelPlainUtf8>(bytes, size, systemId, XMLUni::fgUTF8EncodingString);
         if (size % sizeof(XMLCh) != 0)
-            return nullptr;
+            return {};
         return readAs<PelPlainUtf16>(bytes, size, systemId, nativeUtf16());
     } catch (...) { // no memory left, most likely: for the engine to find out
-        return nullptr;
+        return {};
     }
 }

@@ -20,7 +20,7 @@ public:
     /// Whether a document that begins with these bytes can be a plain one in UTF-8.
     static bool mayBePlain(const void* bytes, std::size_t size);
 
-    /// Null when this is no plain document. UTF-16 is aligned as its units are.
-    static PelXercesDocumentPtr read(const void* bytes, std::size_t size, Encoding encoding,
+    /// None when this is no plain document. UTF-16 is aligned as its units are.
+    static PelXercesNewDocument read(const void* bytes, std::size_t size, Encoding encoding,
                                      const XMLCh* systemId);
 };

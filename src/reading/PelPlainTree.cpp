@@ -53,9 +53,9 @@ void PelPlainTree::declare(const std::u16string& encoding, bool isStandalone) {
         document.setInputEncoding(encoding.c_str());
 }
 
-PelXercesDocumentPtr PelPlainTree::take() {
+PelXercesNewDocument PelPlainTree::take() {
     document.setErrorChecking(true);
-    return std::move(owner);
+    return {std::move(owner), std::move(childCounts)};
 }
 
 void PelPlainTree::openElement(const Name& name) {
@@ -65,7 +65,7 @@ void PelPlainTree::openElement(const Name& name) {
         document.appendChild(&element);
     else
         append(element);
-    levels.push_back({&element, nullptr, nullptr, nullptr});
+    levels.push_back({&element, nullptr, nullptr, nullptr, 0});
 }
 
 void PelPlainTree::addAttribute(const Name& name, PelPlainText& value) {
@@ -125,6 +125,7 @@ void PelPlainTree::closeElement() {
     const Level& level = levels.back();
     if (level.first != nullptr)
         level.first->previousSibling = level.last;
+    childCounts.add(*level.element, level.count);
     levels.pop_back();
 }
 
@@ -173,6 +174,7 @@ void PelPlainTree::append(Node& node) {
     }
     level.last = &node;
     level.lastLinks = &links;
+    ++level.count;
 }
 
 xercesc::DOMTextImpl& PelPlainTree::makeText(PelPlainText& text) {

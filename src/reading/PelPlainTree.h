@@ -39,7 +39,7 @@ public:
     void addInstruction(const std::u16string& target, PelPlainText& data);
 
     /// The document, which is complete.
-    PelXercesDocumentPtr take();
+    PelXercesNewDocument take();
 
 private:
     struct Attribute {
@@ -52,6 +52,7 @@ private:
         xercesc::DOMChildNode* first; // links of the first child
         xercesc::DOMNode* last;       // child
         xercesc::DOMChildNode* lastLinks;
+        std::size_t count; // of children
     };
 
     bool isNearLimits();
@@ -61,6 +62,7 @@ private:
 
     PelXercesDocumentPtr owner;
     xercesc::DOMDocumentImpl& document;
+    PelXercesChildCounts childCounts;
     PelXercesMoulds nodes;
     std::vector<Level> levels;
     std::vector<Attribute> attributes;

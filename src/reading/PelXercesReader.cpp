@@ -57,7 +57,7 @@ PelXercesNodeRef PelXercesReader::readFile(const PelString& name) {
         source.emplace(name, memory);
         return source->load()
                    ? scan(source->getBytes(), source->getSize(), nullptr, source->getSystemId())
-                   : nullptr;
+                   : PelXercesNewDocument();
     };
     return read(scanFile, [&](Machine& machine) {
         if (!source)
@@ -85,14 +85,14 @@ PelXercesNodeRef PelXercesReader::readText(const PelString& name, const void* by
     });
 }
 
-PelXercesDocumentPtr PelXercesReader::scan(const void* bytes, std::size_t size,
+PelXercesNewDocument PelXercesReader::scan(const void* bytes, std::size_t size,
                                            const XMLCh* encoding, const XMLCh* systemId) {
     using Encoding = PelPlainScanner::Encoding;
     if (encoding == nullptr)
         return PelPlainScanner::read(bytes, size, Encoding::utf8, systemId);
     if (xercesc::XMLString::equals(encoding, PelPlainScanner::nativeUtf16()))
         return PelPlainScanner::read(bytes, size, Encoding::nativeUtf16, systemId);
-    return nullptr;
+    return {};
 }
 
 // What keeps the scanner from reading keeps the engine from it as well, and then there is a
@@ -100,14 +100,13 @@ PelXercesDocumentPtr PelXercesReader::scan(const void* bytes, std::size_t size,
 template <class Scan, class Parse>
 PelXercesNodeRef PelXercesReader::read(Scan scanDocument, Parse parse) {
     if (settings.method == Method::plainScanner && settings.areUsualWithoutType()) {
-        PelXercesDocumentPtr document;
+        PelXercesNewDocument scanned;
         try {
-            document = scanDocument();
-        } catch (...) {
-            document = nullptr;
+            scanned = scanDocument();
+        } catch (...) { // nothing is scanned
         }
-        if (document)
-            return PelXercesTree::share(engine, std::move(document));
+        if (scanned.document)
+            return PelXercesTree::share(engine, std::move(scanned));
     }
     return readByEngine(parse);
 }
@@ -137,7 +136,7 @@ PelXercesNodeRef PelXercesReader::readByEngine(Parse parse) {
     if (hasFailed || reporter.getSawErrors())
         return {};
     PelXercesDocumentPtr document(machine.parser.adoptDocument());
-    return document ? PelXercesTree::share(engine, std::move(document)) : PelXercesNodeRef();
+    return document ? PelXercesTree::share(engine, {std::move(document)}) : PelXercesNodeRef();
 }
 
 // Without memory for a message there is none.

@@ -47,7 +47,7 @@ private:
     template <class Parse>
     PelXercesNodeRef readByEngine(Parse parse);
     void note(const XMLCh* text) noexcept;
-    static PelXercesDocumentPtr scan(const void* bytes, std::size_t size, const XMLCh* encoding,
+    static PelXercesNewDocument scan(const void* bytes, std::size_t size, const XMLCh* encoding,
                                      const XMLCh* systemId);
 
     const PelXercesEngine::Share engine;

@@ -67,7 +67,7 @@ PelDOMDocument PelXercesDOMUtilities::createDocument(const PelString& rootName) 
     xercesc::DOMNode* const declaration =
         PelXercesDeclaration::create(*document, {u"1.0", u"UTF-8", std::nullopt});
     document->insertBefore(declaration, document->getDocumentElement());
-    return documentOn(PelXercesTree::share(engine, std::move(document)));
+    return documentOn(PelXercesTree::share(engine, {std::move(document)}));
 }
 
 PelDOMDocument PelXercesDOMUtilities::readDocument(const PelString& fileName) {

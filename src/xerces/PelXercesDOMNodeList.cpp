@@ -52,15 +52,16 @@ std::shared_ptr<PelDOMCursor> PelXercesDOMNodeList::walk() const {
 
 std::size_t PelXercesDOMNodeList::count() {
     catchUp();
-    if (!knowsCount) {
-        knownCount = 0;
+    if (knowsCount)
+        return knownCount;
+    knownCount = ofChildNodes ? root.getTree().knownChildCount(*root.getNode()) : 0;
+    if (knownCount == 0)
         for (DOMNode* node = first(); node != nullptr; node = next(node)) {
             if (ofChildNodes && knownCount - 1 < fewChildren)
                 PelXercesLinks::fetchBehind(*node);
             ++knownCount;
         }
-        knowsCount = true;
-    }
+    knowsCount = true;
     return knownCount;
 }
 

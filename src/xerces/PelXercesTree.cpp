@@ -6,7 +6,7 @@
 #include <utility>
 
 PelXercesNodeRef PelXercesTree::share(const PelXercesEngine::Share& engine,
-                                      PelXercesDocumentPtr document) {
+                                      PelXercesNewDocument document) {
     auto* const tree = new PelXercesTree(engine, std::move(document));
     // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the references own it
     return {*tree, tree->getDocument()};

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "xerces/PelXercesChanges.h"
+#include "xerces/PelXercesChildCounts.h"
 #include "xerces/PelXercesEngine.h"
 #include "xerces/PelXercesLooseNodes.h"
 #include "xerces/PelXercesNodePool.h"
@@ -20,6 +21,12 @@ struct PelXercesDocumentRelease {
 /// An engine document that no one shares yet.
 using PelXercesDocumentPtr = std::unique_ptr<xercesc::DOMDocument, PelXercesDocumentRelease>;
 
+/// The same, and what is known of it.
+struct PelXercesNewDocument {
+    PelXercesDocumentPtr document{};
+    PelXercesChildCounts childCounts{};
+};
+
 /// An engine document, shared by all references to its nodes: the last one releases it. It keeps
 /// the engine up as long as it lives.
 class PelXercesTree {
@@ -27,12 +34,17 @@ public:
     /// Shares a document; gives the first reference, to the document node. `engine` is what kept
     /// the engine up while the document was made.
     static PelXercesNodeRef share(const PelXercesEngine::Share& engine,
-                                  PelXercesDocumentPtr document);
+                                  PelXercesNewDocument document);
 
     PelXercesTree(const PelXercesTree&) = delete;
     PelXercesTree& operator=(const PelXercesTree&) = delete;
 
     xercesc::DOMDocument* getDocument() const noexcept { return document.get(); }
+
+    /// How many children a node has; 0 if they have to be counted.
+    std::size_t knownChildCount(const xercesc::DOMNode& parent) const {
+        return changes.count() == 0 ? childCounts.of(parent) : 0;
+    }
 
     PelXercesChanges changes;
 
@@ -40,11 +52,13 @@ private:
     friend class PelXercesNodeRef;
     friend class PelXercesLooseNodes;
 
-    PelXercesTree(const PelXercesEngine::Share& engine, PelXercesDocumentPtr ownDocument)
-        : engineShare(engine), document(std::move(ownDocument)), nodes(*document), loose(*this) {}
+    PelXercesTree(const PelXercesEngine::Share& engine, PelXercesNewDocument&& own)
+        : engineShare(engine), document(std::move(own.document)),
+          childCounts(std::move(own.childCounts)), nodes(*document), loose(*this) {}
 
     const PelXercesEngine::Share engineShare; // outlives the document
     const PelXercesDocumentPtr document;
+    const PelXercesChildCounts childCounts;
     PelXercesNodeRef* newest = nullptr; // plain: a tree is used by one thread at a time
 
 public:
