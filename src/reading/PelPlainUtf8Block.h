@@ -21,12 +21,12 @@ public:
     static constexpr std::ptrdiff_t size = 64;
     static constexpr std::ptrdiff_t sizeLookedAt = size + 3;
 
-    /// Whether more than one character is outside ASCII here, which alone is copied sooner without.
+    /// Whether a block is worth it here: behind one character outside ASCII, another follows soon.
     static bool pays(const Unit* at) { return (_mm_movemask_epi8(load(at)) & 0xFFF0) != 0; }
 
-    /// Copies the characters of the block, which begins with one, except for the last. False when
-    /// something in it ends the run or is no character: then it copies those before that, except
-    /// for the last again.
+    /// Copies all characters of the block, which begins with one, but the last, which may go on
+    /// behind it. Where a byte ends the run or belongs to no character, it copies those before that
+    /// byte, again without the last, and gives false.
     template <class Run>
     static bool copy(const Unit*& at, char16_t*& out) {
         char16_t units[sizeLookedAt];
