@@ -30,19 +30,19 @@ public:
     template <class Run>
     static bool copy(const Unit*& at, char16_t*& out) {
         char16_t units[sizeLookedAt];
-        std::uint64_t starts = 0;
+        std::uint64_t tails = 0;
         std::uint64_t quads = 0; // where characters of four bytes start
         std::uint64_t stops = 0;
         for (int i = 0; i < size; i += 16) {
             const Bytes bytes(at + i, i == 0);
-            starts |= placesOf(bytes.isStart(), i);
+            tails |= placesOf(isTail(bytes.last), i);
             quads |= placesOf(isFrom(0xF0, bytes.last), i);
             stops |= placesOf(bytes.isNoCharacter(), i) |
                      (placesOf(Run::endsAmong(bytes.last), i) & ~placesOf(bytes.last, i));
             bytes.makeUnits(units + i);
         }
         const std::uint64_t pairs = makePairs(at, quads, stops, units);
-        starts &= lowest(stops) - 1; // all of them if nothing stops here
+        const std::uint64_t starts = ~tails & (lowest(stops) - 1); // all if nothing stops here
         if (starts != 0) {
             const int count = 63 - __builtin_clzll(starts);
             std::uint64_t ends = starts >> 1 | (pairs & ((std::uint64_t{1} << count) - 1));
@@ -81,8 +81,6 @@ private:
             : last(load(at)), lastBut1(isFirst ? _mm_slli_si128(last, 1) : load(at - 1)),
               lastBut2(isFirst ? _mm_slli_si128(last, 2) : load(at - 2)),
               lastBut3(isFirst ? _mm_slli_si128(last, 3) : load(at - 3)) {}
-
-        __m128i isStart() const { return _mm_cmpgt_epi8(last, all(0xBF)); }
 
         // Where a tail is missing or too many, and at a byte that may not stand behind those before
         // it: overlong ones behind C0, C1 and E0, surrogates behind ED, U+FFFE and U+FFFF.
