@@ -2,6 +2,8 @@
 //
 // Reads files as the library reads them and says what is wrong with them, a line for each error
 // and warning; or writes them anew, indented. The manual page tells more.
+//
+// It is a program of the library's users: it needs the public headers and the shared library.
 
 #include "../examples/outline.h"
 
@@ -11,6 +13,7 @@
 #include <getopt.h>
 #include <iostream>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <system_error>
 
@@ -20,28 +23,43 @@ enum Status { good, refused, misused };
 
 constexpr int widestIndent = 80;
 
-constexpr char usage[] = "usage: qrndom-check [--outline] [--] FILE...\n"
-                         "       qrndom-check --format [--indent N] [--in-place] [--] FILE...\n";
+constexpr char usage[] = "usage: qrndom-check [CHOICE...] [--outline] [--] FILE...\n"
+                         "       qrndom-check [CHOICE...] --format [--indent N] [--encoding NAME]\n"
+                         "                    [--in-place | --output OUT] [--] FILE...\n";
 
 constexpr char help[] =
     "Says what keeps the QRNDOM library from reading XML files: file:line:column: message.\n"
     "A FILE of - is the standard input.\n"
     "\n"
-    "  --outline    also print what is in those that can be read\n"
-    "  --format     write each anew, in UTF-8, to the standard output\n"
-    "  --indent N   indent each level by N spaces, 0 to 80 (2); 0 adds nothing\n"
-    "  --in-place   replace the files themselves, each whole or not at all\n"
-    "  --help       print this\n"
-    "  --version    print the version\n"
+    "      --outline          print what is in those that can be read\n"
+    "      --format           write each anew, to the standard output\n"
+    "      --indent N         indent each level by N spaces, 0 to 80 (2); 0 adds nothing\n"
+    "      --encoding NAME    write in this encoding (UTF-8)\n"
+    "      --in-place         replace the files themselves, each whole or not at all\n"
+    "  -o, --output OUT       write the one FILE to OUT, whole or not at all\n"
+    "  -h, --help             print this\n"
+    "  -V, --version          print the version\n"
     "\n"
-    "Exits with 0 when all is good, 1 when a file cannot be read or replaced, 2 for a wrong\n"
-    "call or when the standard output cannot be written.\n";
+    "A CHOICE says how to read; without one, documents that declare a type have to be valid:\n"
+    "\n"
+    "      --no-validate      documents need not keep to their document types\n"
+    "      --always-validate  all have to keep to one, so those without are refused\n"
+    "      --no-external      open no file that a document names, its DTD included\n"
+    "      --refuse-doctype   refuse documents with a document type\n"
+    "\n"
+    "Exits with 0 when all is good, 1 when a file cannot be read or written, 2 for a wrong call\n"
+    "or when the standard output cannot be written.\n";
 
 struct Choices {
+    PelDOMReader::Validation validation = PelDOMReader::IF_DECLARED;
+    PelDOMReader::DocumentType documentType = PelDOMReader::ACCEPT;
+    bool hasExternal = true;
     bool hasOutline = false;
     bool hasFormat = false;
     bool isInPlace = false;
     std::optional<int> indent;
+    std::optional<PelString> encoding;
+    std::optional<std::string> output;
 };
 
 std::optional<int> parseIndent(std::string_view text) {
@@ -57,35 +75,53 @@ int complain(const char* what) {
     return misused;
 }
 
-// The document, null when it is refused; what there is to say about it goes to `messages`.
-PelDOMDocument read(const std::string& file, std::ostream& messages) {
+// What is about a file as a whole has no line.
+void print(const PelDOMMessage& message) {
+    if (message.line > 0)
+        std::cerr << message.toLine();
+    else
+        std::cerr << message.file << ": " << message.text;
+    std::cerr << (message.isError ? "" : " (warning)") << "\n";
+}
+
+// The document, null when it is refused; what there is to say about it is printed.
+PelDOMDocument read(const std::string& file, const Choices& choices) {
     PelDOMReader reader;
+    reader.setValidation(choices.validation);
+    reader.setDocumentType(choices.documentType);
+    reader.setExternalEntities(choices.hasExternal);
+    // White space that nothing takes the place of is not left out.
+    reader.setKeepIgnorableWhitespace(choices.indent == 0);
     PelDOMDocument document =
         file == "-" ? reader.readStream(std::cin, file) : reader.readFile(file);
     for (const PelDOMMessage& message : reader.getMessages())
-        messages << message.toLine() << (message.isError ? "" : " (warning)") << "\n";
+        print(message);
     return document;
 }
 
-bool check(const std::string& file, bool hasOutline) {
-    const PelDOMDocument document = read(file, std::cout);
-    if (document && hasOutline)
+bool check(const std::string& file, const Choices& choices) {
+    const PelDOMDocument document = read(file, choices);
+    if (document && choices.hasOutline)
         printOutline(document.getDocumentElement());
     return static_cast<bool>(document);
 }
 
 bool format(const std::string& file, const Choices& choices) {
-    const PelDOMDocument document = read(file, std::cerr);
+    const PelDOMDocument document = read(file, choices);
     if (!document)
         return false;
     PelDOMWriter writer;
     writer.setIndent(choices.indent.value_or(2));
-    const PelDOM::Error outcome = choices.isInPlace ? writer.writeFile(document, file)
-                                                    : writer.writeStream(document, std::cout);
+    if (choices.encoding)
+        writer.setEncoding(*choices.encoding);
+    const bool isIntoFile = choices.isInPlace || choices.output;
+    const PelDOM::Error outcome = isIntoFile
+                                      ? writer.writeFile(document, choices.output.value_or(file))
+                                      : writer.writeStream(document, std::cout);
     // The stream's own failure is told at the end.
     const bool isWritten = outcome == PelDOM::SUCCESS || !std::cout;
     if (!isWritten)
-        std::cerr << (choices.isInPlace ? "" : file + ": ") << writer.getMessage() << "\n";
+        std::cerr << (isIntoFile ? "" : file + ": ") << writer.getMessage() << "\n";
     return isWritten;
 }
 
@@ -97,10 +133,24 @@ int run(const Choices& choices, char** first, char** end) {
     bool areAllGood = true;
     for (char** file = first; file != end && std::cout; ++file)
         areAllGood =
-            (choices.hasFormat ? format(*file, choices) : check(*file, choices.hasOutline)) &&
-            areAllGood;
+            (choices.hasFormat ? format(*file, choices) : check(*file, choices)) && areAllGood;
     PelDOMUtilites::releaseUtilities();
     return areAllGood ? good : refused;
+}
+
+// What is wrong with choices that do not go together, or null.
+const char* findConflict(const Choices& choices, char** first, char** end) {
+    const bool hasWriting =
+        choices.isInPlace || choices.indent || choices.encoding || choices.output;
+    if (choices.hasFormat ? choices.hasOutline : hasWriting)
+        return "qrndom-check: --indent, --encoding, --in-place and --output go with --format, "
+               "--outline does not\n";
+    if (choices.output && (choices.isInPlace || end - first > 1))
+        return "qrndom-check: --output takes one FILE, and no --in-place\n";
+    for (; choices.isInPlace && first != end; ++first)
+        if (std::string_view(*first) == "-")
+            return "qrndom-check: the standard input has no place\n";
+    return nullptr;
 }
 
 // The status, unless what was printed is lost.
@@ -114,16 +164,32 @@ int finish(int status) {
 } // namespace
 
 int main(int argc, char** argv) {
-    enum { outline, formatting, indent, inPlace, showHelp, showVersion };
+    enum {
+        outline,
+        formatting,
+        indent,
+        encoding,
+        inPlace,
+        noValidate,
+        alwaysValidate,
+        noExternal,
+        refuseDoctype
+    };
     constexpr option options[] = {{"outline", no_argument, nullptr, outline},
                                   {"format", no_argument, nullptr, formatting},
                                   {"indent", required_argument, nullptr, indent},
+                                  {"encoding", required_argument, nullptr, encoding},
                                   {"in-place", no_argument, nullptr, inPlace},
-                                  {"help", no_argument, nullptr, showHelp},
-                                  {"version", no_argument, nullptr, showVersion},
+                                  {"output", required_argument, nullptr, 'o'},
+                                  {"no-validate", no_argument, nullptr, noValidate},
+                                  {"always-validate", no_argument, nullptr, alwaysValidate},
+                                  {"no-external", no_argument, nullptr, noExternal},
+                                  {"refuse-doctype", no_argument, nullptr, refuseDoctype},
+                                  {"help", no_argument, nullptr, 'h'},
+                                  {"version", no_argument, nullptr, 'V'},
                                   {nullptr, 0, nullptr, 0}};
     Choices choices;
-    for (int one = 0; (one = getopt_long(argc, argv, "", options, nullptr)) != -1;) {
+    for (int one = 0; (one = getopt_long(argc, argv, "o:hV", options, nullptr)) != -1;) {
         switch (one) {
         case outline:
             choices.hasOutline = true;
@@ -136,26 +202,43 @@ int main(int argc, char** argv) {
             if (!choices.indent)
                 return complain("qrndom-check: --indent takes a number from 0 to 80\n");
             break;
+        case encoding:
+            choices.encoding = optarg;
+            break;
         case inPlace:
             choices.isInPlace = true;
             break;
-        case showHelp:
+        case 'o':
+            if (std::string_view(optarg) != "-")
+                choices.output = optarg;
+            break;
+        case noValidate:
+            choices.validation = PelDOMReader::NEVER;
+            break;
+        case alwaysValidate:
+            choices.validation = PelDOMReader::ALWAYS;
+            break;
+        case noExternal:
+            choices.hasExternal = false;
+            break;
+        case refuseDoctype:
+            choices.documentType = PelDOMReader::REFUSE;
+            break;
+        case 'h':
             std::cout << usage << "\n" << help;
             return finish(good);
-        case showVersion:
+        case 'V':
             std::cout << "qrndom-check " QRNDOM_VERSION "\n";
             return finish(good);
         default:
             return complain("");
         }
     }
-    if (optind == argc)
+    char** const first = argv + optind;
+    char** const end = argv + argc;
+    if (first == end)
         return complain("");
-    if (choices.hasFormat ? choices.hasOutline : choices.isInPlace || choices.indent)
-        return complain(
-            "qrndom-check: --indent and --in-place go with --format, --outline does not\n");
-    for (int i = optind; choices.isInPlace && i < argc; ++i)
-        if (std::string_view(argv[i]) == "-")
-            return complain("qrndom-check: the standard input has no place\n");
-    return finish(run(choices, argv + optind, argv + argc));
+    if (const char* conflict = findConflict(choices, first, end))
+        return complain(conflict);
+    return finish(run(choices, first, end));
 }
