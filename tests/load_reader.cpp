@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A plug-in that reads while it is loaded, and once more when it goes.
+// A plug-in that reads while it is loaded, and once more when it goes, with lines of the log that wait.
 #include <qrndom/QRNDOM.h>
 
 #include <cstdlib>
@@ -15,7 +15,10 @@ static PelString messageOf(const char* text) {
 static struct LastReader {
     ~LastReader() {
         if (messageOf("<a>").isEmpty() == 1) std::abort();
+        const PelDOMDocument document = PelDOMReader().readBytes("<a><!--c--></a>", 15, "");
         PelDOMUtilites::releaseUtilities();
+        PelDOMNode comment;
+        document.getDocumentElement().getChildNodes().item(0, comment);
     }
 } lastReader;
 

@@ -3,9 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <dlfcn.h>
 #include <fstream>
 #include <sstream>
+#include <sys/wait.h>
+#include <unistd.h>
 
 static std::string logged() { return (std::ostringstream() << std::ifstream(QRNDOM_LOG_FILE).rdbuf()).str(); }
 
@@ -38,5 +42,18 @@ TEST(Library, IsUnloadedAfterReads) {
         if (round == 2) break;
         ASSERT_EQ(dlclose(reader), 0);
         EXPECT_EQ(dlopen(QRNDOM_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
+        const std::string last = "createContentImp(8) failed\n", log = logged();
+        EXPECT_EQ(log.substr(log.size() - std::min(log.size(), last.size())), last);
     }
+}
+
+TEST(Library, LeavesNothingToDoAtAQuickExit) {
+    const pid_t child = fork();
+    if (child == 0) {
+        dlclose(dlopen(QRNDOM_LIBRARY, RTLD_NOW | RTLD_LOCAL));
+        std::quick_exit(0);
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/PelLog.h"
 #include "open_files.h"
 
 #include <qrndom/QRNDOM.h>
@@ -111,8 +112,12 @@ inline std::string bytesOf(const std::string& path) {
 
 /// The text that the log gains while this lives.
 struct LogWatch {
-    const std::size_t before = bytesOf(QRNDOM_LOG_FILE).size();
-    std::string text() const { return bytesOf(QRNDOM_LOG_FILE).substr(before); }
+    const std::size_t before = all().size();
+    std::string text() const { return all().substr(before); }
+    static std::string all() {
+        PelLog::flush();
+        return bytesOf(QRNDOM_LOG_FILE);
+    }
 };
 
 struct ScratchFolder {

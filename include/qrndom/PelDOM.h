@@ -9,9 +9,9 @@
 ///
 /// Owns     nothing.
 /// Lives    as long as the library is loaded; everything here is static.
-/// Threads  any thread at any time; each log line is one write.
+/// Threads  any thread at any time; no line of the log is torn.
 /// Errors   none.
-/// Cost     a log line is one system call.
+/// Cost     a log line is one system call; many of the library's own share one.
 class QRNDOM_API PelDOM {
 public:
     /// What most operations answer, and what handles and the services object keep as their status.
@@ -69,7 +69,9 @@ public:
     /// `context` is the address of the object that the message concerns, or null. The log mode,
     /// fixed when the library is built, decides which lines are written: 0 none; 1 (the default)
     /// those without a context; 2 those with one, after its address in decimal and ":"; 3 all, each
-    /// after its address ("0:" for none). A log that cannot be opened or written drops its lines
-    /// silently. One that has grown to its limit ends with a line that says so and drops the rest.
+    /// after its address ("0:" for none). The line is in the file when the call returns, behind all
+    /// lines that the library held back until then. A log that cannot be opened or written drops
+    /// its lines silently. A line that is too long for what is left of the log's limit is left out,
+    /// and a short one says so; a log that has grown to its limit ends likewise and drops the rest.
     static void error(const PelString& message, const void* context) noexcept;
 };

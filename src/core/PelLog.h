@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 
 /// The diagnostic log as the library's own code uses it, beside PelDOM::error.
 class PelLog {
@@ -12,11 +13,24 @@ public:
             write(message, object);
     }
 
-    /// Whether a message without an object is recorded. Where it is not, it need not be made.
-    static bool takesMessages() noexcept;
+    /// Whether a message without an object is recorded that has at least that many bytes. Where it
+    /// is not, it need not be made: the log says already that it has no room for it.
+    static bool takesMessages(std::size_t length = 0) noexcept;
 
-    /// The most bytes that the log may hold.
-    static const std::size_t limit;
+    /// Records a message without an object, in UTF-8, in its order among all others; but it may
+    /// wait in this process until the next line that does not, so that many are one write.
+    static void gather(std::string_view message) noexcept;
+
+    /// Writes what waits.
+    static void flush() noexcept;
+
+    /// Writes what waits when it goes.
+    struct Flush {
+        Flush() = default;
+        Flush(const Flush&) = delete;
+        Flush& operator=(const Flush&) = delete;
+        ~Flush() { flush(); }
+    };
 
     /// Fixed when the library is built: 0 to 3, see PelDOM::error.
     static const int mode;

@@ -17,8 +17,8 @@ public:
     /// links, files with a second name, devices and other people's files are refused untouched.
     static int openLog(const char* path) noexcept;
 
-    /// Appends a whole line in one write; false when not all of it was written.
-    static bool appendToLog(int log, std::string_view line) noexcept;
+    /// Appends whole lines in one write; false when not all of them were written.
+    static bool appendToLog(int log, std::string_view lines) noexcept;
 
     static void closeLog(int log) noexcept;
 
@@ -69,6 +69,10 @@ public:
     /// Says that new memory is about to be filled whole, so that the system may bring its pages in
     /// at once and not one fault at a time.
     static void willBeFilled(void* memory, std::size_t size) noexcept;
+
+    /// Has every child process that is made from now on find zeros in memory that is static and
+    /// fills whole pages. False, and nothing changed, where the system cannot do that.
+    static bool emptyInChildren(void* memory, std::size_t size) noexcept;
 
     /// While it lives, the calling thread's numbers are read and printed as in the "C" locale.
     class ClassicNumbers {

@@ -76,12 +76,12 @@ int PelPlatform::openLog(const char* path) noexcept {
     return noLog;
 }
 
-bool PelPlatform::appendToLog(int log, std::string_view line) noexcept {
+bool PelPlatform::appendToLog(int log, std::string_view lines) noexcept {
     ssize_t written = 0;
     do {
-        written = write(log, line.data(), line.size());
+        written = write(log, lines.data(), lines.size());
     } while (written < 0 && errno == EINTR);
-    return written >= 0 && static_cast<std::size_t>(written) == line.size();
+    return written >= 0 && static_cast<std::size_t>(written) == lines.size();
 }
 
 void PelPlatform::closeLog(int log) noexcept {
@@ -171,6 +171,17 @@ void PelPlatform::willBeFilled(void* memory, std::size_t size) noexcept {
     std::size_t room = size;
     if (std::align(page, page, begin, room) != nullptr)
         madvise(begin, room & ~(page - 1), MADV_POPULATE_WRITE);
+#endif
+}
+
+// Larger pages than the memory is made for would take along what lies beside it.
+bool PelPlatform::emptyInChildren(void* memory, std::size_t size) noexcept {
+#ifdef MADV_WIPEONFORK
+    const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    return reinterpret_cast<std::uintptr_t>(memory) % page == 0 && size % page == 0 &&
+           madvise(memory, size, MADV_WIPEONFORK) == 0;
+#else
+    return false;
 #endif
 }
 

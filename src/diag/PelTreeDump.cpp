@@ -6,7 +6,6 @@
 #include <qrndom/PelDOMNodeList.h>
 #include <qrndom/PelDOMText.h>
 
-#include <algorithm>
 #include <climits>
 #include <deque>
 #include <string>
@@ -15,18 +14,14 @@
 
 namespace {
 
-// A line that is longer than the log may be is as good as one that is still longer.
-PelString indentation(long level) {
-    if (level <= 1 || !PelLog::takesMessages())
-        return PelString();
-    return PelString(
-        std::u16string(std::min(2 * static_cast<std::size_t>(level - 1), PelLog::limit), u' '));
-}
-
+// A line that the log has no room for is not made: at some levels it would take all memory.
 template <class... Arguments>
-void writeLine(const char16_t* pattern, Arguments... arguments) {
-    if (PelLog::takesMessages())
-        PelDOM::error(PelString().format(pattern, arguments...), nullptr);
+void writeLine(long level, const char16_t* pattern, Arguments... arguments) {
+    const std::size_t spaces = level > 1 ? 2 * static_cast<std::size_t>(level - 1) : 0;
+    if (!PelLog::takesMessages(spaces))
+        return;
+    const PelString line = PelString().format(pattern, arguments...);
+    PelLog::gather(std::string(spaces, ' ') + line.toUtf8());
 }
 
 // White space that only lays out the text.
@@ -42,11 +37,12 @@ public:
     explicit TreeDump(bool isStamping) : stamps(isStamping) {}
 
     void write(const PelDOMNode& top, long level) {
+        const PelLog::Flush atTheEnd;
         begin(top, level);
         while (!open.empty()) {
             OpenNode& parent = open.back();
             if (parent.nextChild >= parent.children.length()) {
-                writeLine(u"%s)", indentation(parent.level).view().data());
+                writeLine(parent.level, u")");
                 open.pop_back();
                 continue;
             }
@@ -65,26 +61,25 @@ private:
 
     // Writes a node's own lines, and opens the list of its children if it has any.
     void begin(const PelDOMNode& node, long level) {
-        const PelString indent = indentation(level);
         const PelDOM::NodeType type = node.getNodeType();
         if (type == PelDOM::ELEMENT_NODE)
-            writeElement(PelDOMElement(node), level, indent);
+            writeElement(PelDOMElement(node), level);
         else if (type == PelDOM::TEXT_NODE) {
             const PelString text = PelDOMText(node).getValue();
             if (!stamps && isLayout(text.view()))
                 return;
-            writeLine(u"%sText(\"%s\")", indent.view().data(), text.view().data());
+            writeLine(level, u"Text(\"%s\")", text.view().data());
         } else
-            writeLine(u"%sNode(type=%d)", indent.view().data(), static_cast<int>(type));
+            writeLine(level, u"Node(type=%d)", static_cast<int>(type));
 
         PelDOMNodeList children;
         if (node.getChildNodes(children) == PelDOM::SUCCESS && children.length() > 0) {
-            writeLine(u"%s(", indent.view().data());
+            writeLine(level, u"(");
             open.push_back({children, 0, level});
         }
     }
 
-    void writeElement(PelDOMElement element, long level, const PelString& indent) {
+    void writeElement(PelDOMElement element, long level) {
         struct Attribute {
             PelString name;
             PelString value;
@@ -94,9 +89,9 @@ private:
             attributes.push_back({element.getAttributeNameAt(i), element.getAttributeValueAt(i)});
         if (stamps)
             element.setAttribute(u"PARSELEVEL", PelString().format(u"%ld", level));
-        writeLine(u"%sElement(%s)", indent.view().data(), element.getTagName().view().data());
+        writeLine(level, u"Element(%s)", element.getTagName().view().data());
         for (const Attribute& attribute : attributes)
-            writeLine(u"%s - %s=\"%s\"", indent.view().data(), attribute.name.view().data(),
+            writeLine(level, u" - %s=\"%s\"", attribute.name.view().data(),
                       attribute.value.view().data());
     }
 

@@ -45,6 +45,7 @@ PelDOMNode::PelDOMNode(const PelDOMNode& orig)
 PelDOMNode::PelDOMNode(PelDOMNode&& orig) noexcept
     : imp(std::exchange(orig.imp, nullptr)),
       errorStatus(std::exchange(orig.errorStatus, PelDOM::NO_IMPLEMENTATION)) {
+    PelLog::trace(u"PelDOMNode(PelDOMNode&& orig)", this);
 }
 
 PelDOMNode::~PelDOMNode() {

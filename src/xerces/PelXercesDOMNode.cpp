@@ -15,6 +15,7 @@
 #include <qrndom/PelDOMNodeList.h>
 
 #include <memory>
+#include <string>
 
 namespace {
 
@@ -64,9 +65,8 @@ PelXercesDOMNode* PelXercesDOMNode::makeTyped(const PelXercesNodeRef& origin,
 
 void PelXercesDOMNode::noteMissingContent(PelDOM::NodeType type) {
     if (PelLog::takesMessages())
-        PelDOM::error(PelString().format(u"PelXercesDOMNode::createContentImp(%d) failed",
-                                         static_cast<int>(type)),
-                      nullptr);
+        PelLog::gather("PelXercesDOMNode::createContentImp(" +
+                       std::to_string(static_cast<int>(type)) + ") failed");
 }
 
 PelDOM::Error PelXercesDOMNode::getOwnerDocument(PelDOMDocument& out) {
