@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 //
-// How reading, walking and writing grow with the size of the catalogue, from 1 MB to 200 MB.
+// How reading, walking and writing grow with the size of the catalogue, from 1 MB to 200 MB, and
+// how making nodes of different names grows with their number.
 
 #include "libraries.h"
+
+#include <xercesc/util/XMLString.hpp>
 
 #include <benchmark/benchmark.h>
 #include <iostream>
 #include <optional>
+#include <vector>
 
 namespace {
 
@@ -77,11 +81,73 @@ void registerFor(const Document& document, const std::string& megabytes, int rep
     add("grow_write", writeFile<Library>);
 }
 
+// Names that share a place in a table of so many.
+std::vector<PelString> differentNames(std::size_t count, std::size_t places) {
+    std::vector<PelString> names;
+    for (std::size_t i = 0; names.size() < count; ++i) {
+        PelString name("n" + std::to_string(i));
+        if (xercesc::XMLString::hash(name.view().data(), places) == 0)
+            names.push_back(std::move(name));
+    }
+    return names;
+}
+
+using MakeNode = void (*)(PelDOMDocument& document, PelDOMElement& root, const PelString& name);
+
+void makeNamed(benchmark::State& state, MakeNode make, std::size_t places) {
+    const std::vector<PelString> names =
+        differentNames(static_cast<std::size_t>(state.range(0)), places);
+    for ([[maybe_unused]] auto step : state) {
+        PelDOMDocument document = Qrndom::services().createDocument("r");
+        PelDOMElement root = document.getDocumentElement();
+        for (const PelString& name : names)
+            make(document, root, name);
+    }
+}
+
+void importNamed(benchmark::State& state) {
+    std::string text = "<r>";
+    for (const PelString& name : differentNames(static_cast<std::size_t>(state.range(0)), 257))
+        text += "<" + name.toUtf8() + "/>";
+    const PelDOMDocument source =
+        Qrndom::services().readDocumentFromStringA((text + "</r>").c_str());
+    for ([[maybe_unused]] auto step : state) {
+        PelDOMDocument document = Qrndom::services().createDocument("r");
+        if (!document.importNode(source.getDocumentElement(), true))
+            state.SkipWithError("the copy failed");
+    }
+}
+
+void registerNames() {
+    const auto add = [](const std::string& way, std::initializer_list<long> counts, auto... run) {
+        for (const long count : counts) {
+            const std::string name = "names_" + way + "/" + std::to_string(count) + "/qrndom";
+            auto* const registered = benchmark::RegisterBenchmark(name.c_str(), run...);
+            registered->Arg(count)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(5);
+        }
+    };
+    const auto create = [](PelDOMDocument& document, PelDOMElement&, const PelString& name) {
+        document.createElement(name);
+    };
+    const auto putAttribute = [](PelDOMDocument& document, PelDOMElement&, const PelString& name) {
+        document.createElement("e").putAttribute(name, "v");
+    };
+    const auto rename = [](PelDOMDocument&, PelDOMElement& root, const PelString& name) {
+        root.setTagName(name);
+    };
+    add("create", {50'000, 100'000, 200'000}, makeNamed, MakeNode(create), 1);
+    add("attribute", {50'000, 100'000, 200'000}, makeNamed, MakeNode(putAttribute), 1);
+    add("rename", {50'000, 100'000, 200'000}, makeNamed, MakeNode(rename), 1);
+    add("alike", {12'500, 25'000, 50'000}, makeNamed, MakeNode(create), 257);
+    add("import", {12'500, 25'000, 50'000}, importNamed);
+}
+
 } // namespace
 
 int main(int argc, char** argv) try {
     benchmark::Initialize(&argc, argv);
     Qrndom::services();
+    registerNames();
     for (const int megabytes : {1, 5, 20, 50, 200}) {
         const std::string size = std::to_string(megabytes);
         const Document document =

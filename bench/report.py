@@ -20,7 +20,8 @@ OWN, ENGINE = "qrndom", "engine"
 PEERS = ["libxml2", "tinyxml2", "pugixml"]
 ORDER = ["read_file", "read_string", "messages", "walk", "children", "ranges", "tags", "attributes",
          "texts", "write_file", "write_string", "drop", "fill", "front", "csv", "memory", "grow_read",
-         "grow_walk", "grow_write"]
+         "grow_walk", "grow_write", "names_create", "names_attribute", "names_rename", "names_alike",
+         "names_import"]
 NAMES = {ENGINE: "engine", "libxml2": "libxml2", "tinyxml2": "TinyXML-2", "pugixml": "pugixml"}
 WORKLOADS = [
     ("Read a catalogue", "read_file/catalogue", {ENGINE: 0.18, "libxml2": 0.45, "tinyxml2": 0.95}),
@@ -46,6 +47,9 @@ GROWTH = [
     ("Matches by index, cost of each", "tags", 100000, 1000, 1.3),
     ("Read, 200 MB / 20 MB", "grow_read", 200, 20, 11.0),
     ("Write, 200 MB / 20 MB", "grow_write", 200, 20, 11.0),
+    ("Different names, cost of each", "names_create", 200000, 50000, 1.5),
+    ("The same, at one of the table's first places", "names_alike", 50000, 12500, 1.5),
+    ("Copies of such elements, cost of each", "names_import", 50000, 12500, 1.5),
 ]
 
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "failing_memory.h"
 #include "support.h"
+#include "xerces/PelXercesDOMNode.h"
 #include "xerces/PelXercesFields.h"
 
 static PelDOMElement rootOf(const PelDOMDocument& document) { return document.getDocumentElement(); }
@@ -183,5 +184,31 @@ TEST(NodesUsedAgain, AreAsNew) {
         element.setAttribute("k", "v");
         root.insertBefore(element, PelDOMNode());
         root.removeChild(element);
+    }
+}
+
+// Each way to bring a name into a document. Chains of names stay short, however many there are.
+TEST(NamesThatAreMade, HavePlacesEnough) {
+    if (!PelXercesFields::areKnown())
+        GTEST_SKIP() << "the table of names is as the engine makes it where its fields are not known";
+    constexpr int count = 3000;
+    using Make = std::function<void(PelDOMDocument&, PelDOMElement&, const PelString&)>;
+    const Make ways[] = {
+        [](auto& document, auto&, auto& name) { document.createElement(name); },
+        [](auto&, auto& root, auto& name) { root.appendTextElement(name, "t"); },
+        [](auto&, auto& root, auto& name) { root.putAttribute(name, ""); },
+        [](auto&, auto& root, auto& name) { root.setTagName(name); },
+        [](auto& document, auto&, auto& name) { document.createProcessingInstruction(name, ""); },
+        [](auto& document, auto&, auto& name) { document.importNode(rootOf("<" + name + "/>"), true); },
+        [](auto& document, auto&, auto& name) { PelDOMFiler(document).appendElement(name, "t"); },
+    };
+    for (const Make& make : ways) {
+        PelDOMDocument document = services().createDocument("r");
+        PelDOMElement root = document.getDocumentElement();
+        for (int i = 0; i < count; ++i) make(document, root, ("n" + std::to_string(i)).c_str());
+        auto& engine = static_cast<xercesc::DOMDocumentImpl&>(
+            *PelXercesDOMNode::of(*document.getNodeImp()).getDocument());
+        EXPECT_EQ(PelXercesFields::countNames(engine) / count, 1u) << "way " << &make - ways;
+        EXPECT_GE(PelXercesFields::namePlacesOf(engine), count / 2) << "way " << &make - ways;
     }
 }

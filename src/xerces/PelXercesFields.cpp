@@ -30,6 +30,14 @@ const XMLCh* PelXercesFields::addName(Document& document, const std::u16string& 
     return entry->fString;
 }
 
+std::size_t PelXercesFields::countNames(Document& document) {
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < namePlacesOf(document); ++i)
+        for (const Name* name = namesOf(document)[i]; name != nullptr; name = name->fNext)
+            ++count;
+    return count;
+}
+
 void PelXercesFields::growNameTable(Document& document) {
     std::size_t& places = namePlacesOf(document);
     const auto chance = reinterpret_cast<std::uintptr_t>(&document) / sizeof(void*);

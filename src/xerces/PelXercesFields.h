@@ -174,6 +174,8 @@ public:
     /// Puts a name into the table that is known not to be there.
     static const XMLCh* addName(Document& document, const std::u16string& name);
 
+    static std::size_t countNames(Document& document);
+
     /// Gives the table of names twice as many places, or three times as many: how many is not to be
     /// foreseen, since with the engine's hash, names can be made to share a place.
     static void growNameTable(Document& document);

@@ -5,6 +5,7 @@
 
 #include <xercesc/util/XMLString.hpp>
 
+#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -29,6 +30,7 @@ PelXercesNodePool::PelXercesNodePool(xercesc::DOMDocument& ownDocument)
 
 DOMElementImpl& PelXercesNodePool::makeElement(const XMLCh* name) {
     ++made;
+    expectName();
     if (elements == nullptr)
         return *static_cast<DOMElementImpl*>(document.createElementNoCheck(name));
     const XMLCh* const ownName = document.getPooledString(name);
@@ -92,6 +94,7 @@ DOMAttrImpl& PelXercesNodePool::makeAttribute(const XMLCh* name, const XMLCh* va
 
 DOMAttrImpl& PelXercesNodePool::makeBareAttribute(const XMLCh* name) {
     ++made;
+    expectName();
     if (attributes == nullptr)
         return *new (&document, xercesc::DOMMemoryManager::ATTR_OBJECT)
             DOMAttrImpl(&document, name);
@@ -116,12 +119,20 @@ DOMNode& PelXercesNodePool::makeComment(const XMLCh* data) {
     return makeCharacters(comment, data, [&] { return document.createComment(data); });
 }
 
-// The engine copies the target of each new one; one that is used again takes it from the names.
+// The engine's document refuses targets that its parser accepts, with characters beyond the basic
+// plane. A node copies its target; one that is used again takes it from the names.
 DOMNode& PelXercesNodePool::makeInstruction(const XMLCh* target, const XMLCh* data) {
+    using Instruction = xercesc::DOMProcessingInstructionImpl;
+    const auto make = [&] {
+        return new (&document, xercesc::DOMMemoryManager::PROCESSING_INSTRUCTION_OBJECT)
+            Instruction(&document, target, data);
+    };
+    if (!Fields::areKnown())
+        return makeCharacters(instruction, data, make);
+    expectName();
     auto* const ownTarget = const_cast<XMLCh*>(document.getPooledString(target));
-    DOMNode& node = makeCharacters(
-        instruction, data, [&] { return document.createProcessingInstruction(target, data); });
-    auto& own = static_cast<xercesc::DOMProcessingInstructionImpl&>(node);
+    DOMNode& node = makeCharacters(instruction, data, make);
+    auto& own = static_cast<Instruction&>(node);
     Fields::targetOf(own) = ownTarget;
     Fields::baseOf(own) = nullptr;
     return node;
@@ -258,6 +269,18 @@ void PelXercesNodePool::clear(xercesc::DOMNodeImpl& node) noexcept {
     node.isFirstChild(false);
     node.ignorableWhitespace(false);
     Fields::setMark(node, Fields::isLoose, false);
+}
+
+// There may be as many names to come as there are places, so each is looked at a few times for each
+// of them.
+void PelXercesNodePool::growNameTable() {
+    if (!Fields::areKnown()) {
+        namesLeft = SIZE_MAX;
+        return;
+    }
+    if (Fields::countNames(document) > Fields::namePlacesOf(document))
+        Fields::growNameTable(document);
+    namesLeft = Fields::namePlacesOf(document);
 }
 
 void PelXercesNodePool::requireName(const XMLCh* name) {

@@ -36,6 +36,14 @@ public:
     /// Throws the engine's exception for a name that XML forbids.
     void requireName(const XMLCh* name);
 
+    /// A name may be about to come into the document's table of them, which the engine never makes
+    /// larger. Those of the nodes that are made here are known.
+    void expectName() {
+        if (namesLeft == 0)
+            growNameTable();
+        --namesLeft;
+    }
+
     /// How much was made so far: one for each node, and for each such amount of data.
     std::size_t getMade() const noexcept { return made; }
 
@@ -54,9 +62,12 @@ private:
     void takeAttributes(xercesc::DOMAttrMapImpl& attributes) noexcept;
     void takeCharacters(Kind kind, xercesc::DOMNode& node) noexcept;
     void clear(xercesc::DOMNodeImpl& node) noexcept;
+    void growNameTable();
 
     xercesc::DOMDocumentImpl& document;
     std::size_t made = 0;
+    std::size_t namesLeft =
+        256; // to come before they are counted; the table begins with 257 places
     // Nodes to be used again, each leading to the next by the link to a next sibling, attributes by
     // that to an owner.
     xercesc::DOMNode* elements = nullptr;

@@ -88,6 +88,7 @@ void setName(DOMElementImpl& element, const XMLCh* name, xercesc::DOMDocumentImp
 void PelXercesRenaming::rename(DOMElementImpl& element, const XMLCh* name,
                                PelXercesNodePool& nodes) {
     auto& document = static_cast<xercesc::DOMDocumentImpl&>(*element.getOwnerDocument());
+    nodes.expectName();
     DOMAttrMapImpl& defaults = *element.getDefaultAttributes();
     if (document.getDoctype() == nullptr && defaults.getLength() == 0) {
         setName(element, name, document);
