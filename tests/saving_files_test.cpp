@@ -5,10 +5,23 @@
 #include <random>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <sys/xattr.h>
 #include <thread>
 #include <unistd.h>
+
+static bool areFoldersUnsyncable = false;
+
+// In the place of the system's, for the whole program.
+extern "C" int fsync(int file) {
+    struct stat status = {};
+    if (areFoldersUnsyncable && fstat(file, &status) == 0 && S_ISDIR(status.st_mode)) {
+        errno = EIO;
+        return -1;
+    }
+    return static_cast<int>(syscall(SYS_fsync, file));
+}
 
 namespace {
 
@@ -166,7 +179,8 @@ TEST(SavingFiles, LeavesTheOldFileWhenItFails) {
         {folder.path, ": Is a directory"}, {folder.path + "/", ": Is a directory"},
         {folder.path + "/..", ": Is a directory"}, {file + "/", ": Not a directory"},
         {folder.file("no/a.xml"), ": No such file or directory"},
-        {folder.file(std::string(256, 'n')), ": File name too long"}};
+        {folder.file(std::string(256, 'n')), ": File name too long"},
+        {file + std::string(1, '\0'), ": the name holds U+0000"}};
     for (const auto& [name, reason] : names)
         EXPECT_EQ(save(small, name), name.empty() ? reason + 2 : name + reason);
 
@@ -186,6 +200,23 @@ TEST(SavingFiles, LeavesTheOldFileWhenItFails) {
     EXPECT_EQ(bytesOf(file), "old");
     EXPECT_EQ(namesIn(folder.path), "a.xml twin twin2");
     EXPECT_EQ(openFiles(), before);
+}
+
+TEST(SavingFiles, SucceedsWithAMessageWhenOnlyTheFolderIsNotSynced) {
+    const ScratchFolder folder;
+    const long before = openFiles();
+    const std::string file = folder.write("a.xml", "old");
+    PelDOMWriter writer;
+    areFoldersUnsyncable = true;
+    EXPECT_EQ(writer.writeFile(small.document, file), PelDOM::SUCCESS);
+    areFoldersUnsyncable = false;
+    EXPECT_EQ(writer.getMessage().toUtf8(),
+        file + ": written, but a crash of the system may still bring the old file back: Input/output error");
+    EXPECT_EQ(bytesOf(file), small.bytes);
+    EXPECT_EQ(namesIn(folder.path), "a.xml");
+    EXPECT_EQ(openFiles(), before);
+    EXPECT_EQ(writer.writeFile(small.document, file), PelDOM::SUCCESS);
+    EXPECT_EQ(writer.getMessage(), u"");
 }
 
 TEST(SavingFiles, GivesNobodyMoreRights) {

@@ -8,6 +8,7 @@
 #include <xercesc/dom/impl/DOMDocumentTypeImpl.hpp>
 #include <xercesc/dom/impl/DOMElementImpl.hpp>
 
+#include <malloc.h>
 #include <thread>
 
 namespace {
@@ -112,6 +113,70 @@ TEST(Saving, WritesEveryKindOfNodeByItself) {
         PelXercesDOMNode::of(*root.getNodeImp()), engineOf(document).createAttribute(u"k"), attribute);
     EXPECT_EQ(saved(attribute), "internal: a node of this kind is not written by itself");
     EXPECT_EQ(saved(PelDOMNode()), "null-node: there is no node to write");
+}
+
+namespace {
+
+// Takes nothing, some bytes, or all, and throws or fails when it is asked for more.
+struct Buffer : std::streambuf {
+    Buffer(std::streamsize bytes, bool isThrower) : room(bytes), throws(isThrower) {}
+    std::streamsize xsputn(const char*, std::streamsize count) override {
+        const struct mallinfo2 heap = mallinfo2();
+        mostMemory = std::max(mostMemory, heap.uordblks + heap.hblkhd);
+        if ((room -= count) >= 0) return count;
+        if (throws) throw std::bad_alloc();
+        return 0;
+    }
+    int sync() override { return xsputn(nullptr, 1) == 1 ? 0 : -1; }
+    std::streamsize room;
+    const bool throws;
+    std::size_t mostMemory = 0;
+};
+
+} // namespace
+
+TEST(Saving, AnswersACodeWhateverAStreamThrows) {
+    const PelDOMDocument document = parse("<r>text</r>");
+    const auto size = static_cast<std::streamsize>(saved(document).size());
+    const std::ios_base::iostate masks[] = {
+        std::ios_base::goodbit, std::ios_base::badbit, std::ios_base::badbit | std::ios_base::failbit};
+    for (const bool throws : {false, true})
+        for (const std::ios_base::iostate mask : masks)
+            for (const std::streamsize room : {size + 1, size, std::streamsize{0}}) {
+                Buffer buffer(room, throws);
+                std::ostream stream(&buffer);
+                stream.exceptions(mask);
+                PelDOMWriter writer;
+                const bool fits = room > size; // the flush takes one
+                EXPECT_EQ(
+                    writer.writeStream(document, stream), fits ? PelDOM::SUCCESS : PelDOM::INTERNAL_ERROR);
+                EXPECT_EQ(writer.getMessage(), fits ? u"" : u"the stream has failed");
+                EXPECT_EQ(stream.exceptions(), mask);
+                EXPECT_EQ(stream.good(), fits);
+            }
+}
+
+TEST(Saving, TakesMemoryForAPieceOfALongText) {
+    const std::string plain(std::size_t{4} << 20, 'x');
+    std::string marked = plain;
+    for (std::size_t i = 0; i < marked.size(); i += 100) marked[i] = i % 200 == 0 ? '\n' : ']';
+    std::string escaped = plain;
+    for (std::size_t i = 0; i < escaped.size(); i += 100) escaped[i] = '"';
+    PelDOMDocument document = parse("<r><a/><a/><a/><a/></r>");
+    PelDOMElement root = document.getDocumentElement();
+    append(root, document.createTextNode(plain));
+    append(root, document.createCDATASection(marked));
+    append(root, document.createComment(plain));
+    root.setAttribute("k", escaped);
+    for (const PelDOMWriter::LineEnds ends : {PelDOMWriter::LF, PelDOMWriter::CRLF})
+        for (const char* const encoding : {"UTF-8", "UTF-16", "ISO-8859-1"}) {
+            Buffer buffer(LONG_MAX, true);
+            std::ostream stream(&buffer);
+            const struct mallinfo2 heap = mallinfo2();
+            EXPECT_EQ(
+                Settings({0, encoding, true, ends}).writer().writeStream(document, stream), PelDOM::SUCCESS);
+            EXPECT_LT(buffer.mostMemory, heap.uordblks + heap.hblkhd + (std::size_t{1} << 20)) << encoding;
+        }
 }
 
 TEST(Saving, IndentsWhereNoTextStands) {

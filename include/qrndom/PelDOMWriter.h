@@ -91,17 +91,21 @@ public:
     /// Devices, pipes and files with several names cannot be replaced: they are written in place,
     /// once it is known that the tree can be written, and a failure on the way leaves a part there.
     /// A pipe that nobody reads is not waited for.
+    ///
+    /// SUCCESS with a message: the new file is in place, whole and on the disk, but the system
+    /// failed to bring the folder there too, so a crash of the system may bring the old file back.
     PelDOM::Error writeFile(const PelDOMNode& node, const PelString& name);
 
     /// The same into `bytes`, which are replaced.
     PelDOM::Error writeBytes(const PelDOMNode& node, std::string& bytes);
 
     /// The same to a stream, once it is known that the tree can be written, and flushes it. A
-    /// stream that fails may have taken a part.
+    /// stream that fails may have taken a part. Nothing that the stream or its buffer throws comes
+    /// out of here, whatever its `exceptions()` ask for: it is INTERNAL_ERROR.
     PelDOM::Error writeStream(const PelDOMNode& node, std::ostream& stream);
 
     /// Why the last write failed, as one line for people: "a.xml: No space left on device". Empty
-    /// after one that succeeded.
+    /// after one that succeeded, but for what writeFile says.
     PelString getMessage() const;
 
 private:

@@ -28,6 +28,9 @@ public:
     /// Brings everything to the disk and the new file into the old one's place.
     bool complete();
 
+    /// After that went well: whether the folder has kept its new entry on the disk, too.
+    bool isSurelyInPlace() const noexcept { return isFolderSynced; }
+
     /// What did not go well, for people.
     std::string getTrouble() const;
 
@@ -46,6 +49,7 @@ private:
     int file;
     int error = 0;
     bool isTemporaryMissing = false;
+    bool isFolderSynced = true;
     std::string name;
     std::string temporary; // empty: there is none
     unsigned mode = 0;     // of the old file, with its owner and group

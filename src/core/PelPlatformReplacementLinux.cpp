@@ -200,7 +200,8 @@ bool PelPlatformReplacement::complete() {
     temporary.clear();
     // A folder that may be written but not read cannot be synced.
     file = openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    return file < 0 || sync(file) || fail();
+    isFolderSynced = file < 0 || sync(file) || fail();
+    return true;
 }
 
 // The old file's attributes, owner and permissions. Nobody gets more rights than before: those of a

@@ -14,7 +14,34 @@
 
 #include <algorithm>
 #include <ostream>
+#include <string_view>
 #include <utility>
+
+namespace {
+
+/// While it lives, a stream of the caller's throws nothing, whatever it was asked to throw.
+class QuietStream {
+public:
+    explicit QuietStream(std::ostream& quieted) : stream(quieted), asked(quieted.exceptions()) {
+        stream.exceptions(std::ios_base::goodbit);
+    }
+    QuietStream(const QuietStream&) = delete;
+    QuietStream& operator=(const QuietStream&) = delete;
+
+    ~QuietStream() {
+        try {
+            stream.exceptions(asked);
+        } catch (...) {
+            // It throws at once when it has failed; from now on it throws as before.
+        }
+    }
+
+private:
+    std::ostream& stream;
+    const std::ios_base::iostate asked;
+};
+
+} // namespace
 
 struct PelDOMWriter::Body {
     PelWriteSettings settings;
@@ -94,7 +121,9 @@ bool PelDOMWriter::getDeclaration() const noexcept {
 }
 
 PelDOM::Error PelDOMWriter::writeFile(const PelDOMNode& node, const PelString& name) {
-    return body->write(node, name, [&name](PelXercesWrite& job) {
+    return body->write(node, name, [this, &name](PelXercesWrite& job) {
+        if (name.view().find(u'\0') != std::u16string_view::npos)
+            throw PelXercesRefusal{u"the name holds U+0000"};
         PelPlatformReplacement file(PelPlatform::fileSystemName(name));
         if (file.isInPlace()) {
             std::ostream nowhere(nullptr);
@@ -108,6 +137,10 @@ PelDOM::Error PelDOMWriter::writeFile(const PelDOMNode& node, const PelString& n
         }
         if (!isGood)
             throw PelXercesRefusal{PelString(file.getTrouble().c_str())};
+        if (!file.isSurelyInPlace())
+            body->fail(name,
+                       u"written, but a crash of the system may still bring the old file back: " +
+                           PelString(file.getTrouble().c_str()));
     });
 }
 
@@ -124,6 +157,7 @@ PelDOM::Error PelDOMWriter::writeStream(const PelDOMNode& node, std::ostream& st
     return body->write(node, PelString(), [&stream](PelXercesWrite& job) {
         std::ostream nowhere(nullptr);
         job.to(nowhere);
+        const QuietStream quiet(stream);
         job.to(stream);
         if (!stream.flush())
             throw PelXercesRefusal{u"the stream has failed"};

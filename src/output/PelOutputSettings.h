@@ -8,5 +8,5 @@
 class PelOutputSettings {
 public:
     /// The process's output encoding; `wanted` becomes it when there is none yet.
-    static const std::u16string& encoding(const std::u16string& wanted);
+    static std::u16string encoding(const std::u16string& wanted);
 };

@@ -49,7 +49,7 @@ PelDOM::Error PelXercesDocumentWriter::write(const PelDOMDocument& document) {
         fail(u"there is no document to write");
         return PelDOM::NULL_NODE;
     }
-    const std::u16string& encoding = PelOutputSettings::encoding(wantedEncoding(*node.getNode()));
+    const std::u16string encoding = PelOutputSettings::encoding(wantedEncoding(*node.getNode()));
     try {
         if (file)
             writeToFile(*node.getNode(), encoding);

@@ -84,7 +84,6 @@ PelXercesMarkup& PelXercesMarkup::add(const char16_t* characters, const PelXerce
             break;
         characters = addOther(characters, place);
     }
-    flushIfEnough();
     return *this;
 }
 
@@ -100,8 +99,19 @@ const char16_t* PelXercesMarkup::addStanding(const char16_t* characters,
     else
         while (isPlain(*end) && repertoire.holds(*end))
             ++end;
-    append(characters, static_cast<std::size_t>(end - characters));
+    appendLong({characters, static_cast<std::size_t>(end - characters)});
     return end;
+}
+
+// What is long need not be gathered first: there are no surrogate pairs in it to be kept whole.
+void PelXercesMarkup::appendLong(std::u16string_view text) {
+    while (encoder != nullptr && text.size() > enough) {
+        flush();
+        encoder->encode(text.substr(0, enough));
+        text.remove_prefix(enough);
+    }
+    append(text);
+    flushIfEnough();
 }
 
 Fate PelXercesMarkup::fateOf(const char16_t* characters, const PelXercesPlace& place) const {

@@ -85,6 +85,7 @@ private:
     static constexpr std::size_t enough = std::size_t{32} * 1024;
 
     void grow(std::size_t length);
+    void appendLong(std::u16string_view text);
     void addReference(char32_t character);
 
     PelXercesRepertoire& repertoire;
