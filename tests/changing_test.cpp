@@ -167,6 +167,26 @@ TEST(NewNodes, AreRefusedWhereXmlForbidsThem) {
     for (const PelDOMNode& node : refused) EXPECT_EQ(node.isNull(), 1) << &node - refused;
 }
 
+TEST(TextWithAZeroInIt, EndsThereOrIsRefused) {
+    const PelString zero(std::string("a\0b", 3));
+    PelDOMDocument document = parse("<r k='v'>t<![CDATA[d]]><!--c--><?p i?></r>");
+    PelDOMElement root = document.getDocumentElement();
+    const std::string before = written(document);
+    expectAnswers({{root.putAttribute("k", zero), "invalid"}, {root.putAttribute("n", zero), "invalid"},
+        {root.putAttribute(zero, "v"), "invalid"}, {root.setAttribute(zero, 1), "invalid"},
+        {root.setTagName(zero), "invalid"}, {root.setTextContent(zero), "invalid"},
+        {document.createComment(zero), "null"}, {document.createCDATASection(zero), "null"},
+        {document.createProcessingInstruction("p", zero), "null"},
+        {document.createProcessingInstruction(zero, "d"), "null"}});
+    for (PelDOMNode child : root.getChildNodes())
+        expectAnswers({{child.setNodeValue(zero), "invalid"}, {child.setTextContent(zero), "invalid"}});
+    EXPECT_EQ(written(document), before);
+    PelDOMText text(root.getFirstChild());
+    expectAnswers({{root.setAttribute("k", zero), "ok"}, {text.setValue(zero), "ok"},
+        {root.appendTextElement(zero, zero), "ok"}, {root, "r k=a(|a| #4 #8 #7 a(|a|))"},
+        {document.createTextNode(zero), "|a|"}, {document.createElement(zero), "a"}});
+}
+
 TEST(Copies, AreEqualAndOnTheirOwn) {
     const PelString text = "<a k='v&#10;' l=''>t<![CDATA[c<]]><!--m--><?p d?><b><c/>u</b><d/></a>";
     PelDOMDocument document = parse("<r>" + text + "<z/></r>");

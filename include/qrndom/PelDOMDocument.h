@@ -50,11 +50,11 @@ public:
 
     /// A new element that belongs to this document and has no parent yet; see
     /// PelDOMNode::appendChild. A name that XML forbids, an empty one included, ends with the
-    /// engine's DOM exception. A null document gives a null handle.
+    /// engine's DOM exception; it ends at its first U+0000. A null document gives a null handle.
     virtual PelDOMElement createElement(const PelString& tagName);
 
     /// A new text node, possibly empty, that belongs to this document and has no parent yet. A null
-    /// document gives a null handle.
+    /// document gives a null handle. The text ends at its first U+0000; setNodeValue refuses one.
     virtual PelDOMText createTextNode(const PelString& text);
 
     /// A copy of a node of this or any other document, with its attributes and, if `deep`, with all

@@ -62,7 +62,8 @@ public:
     virtual PelDOM::Error removeAttribute(const PelString& name);
 
     /// Sets an attribute, replacing its earlier value. INVALID_VALUE for an empty name or value,
-    /// NULL_NODE for a null handle.
+    /// NULL_NODE for a null handle. Name and value end at their first U+0000, and what follows is
+    /// lost with SUCCESS; putAttribute refuses it.
     virtual PelDOM::Error setAttribute(const PelString& name, const PelString& value);
 
     /// The same with a number or truth value: `true` or `false`, or the shortest text that reads
@@ -77,7 +78,7 @@ public:
     PelDOM::Error putAttribute(const PelString& name, const PelString& value);
 
     /// Adds a last child element `name` whose only child is the text `text`. INVALID_VALUE for an
-    /// empty name or text, NULL_NODE for a null handle.
+    /// empty name or text, NULL_NODE for a null handle. Both end at their first U+0000.
     virtual PelDOM::Error appendTextElement(const PelString& name, const PelString& text);
 
     /// The number of attributes, those that a document type declaration adds included; 0 for a null

@@ -46,7 +46,8 @@ public:
     PelDOM::Error setCurrentNode(PelDOMNode& node);
 
     /// Adds a last child element `name` holding `value` to the current element; the cursor stays.
-    /// INVALID_VALUE for an empty name or value, NULL_NODE when the current element is null.
+    /// INVALID_VALUE for an empty name or value, NULL_NODE when the current element is null. Names
+    /// and values end at their first U+0000, here and below.
     PelDOM::Error appendElement(const PelString& name, const PelString& value);
 
     /// The same with a number, printed by `format` (see PelString::format) or, when that is empty,

@@ -38,7 +38,8 @@ public:
     PelDOMText& operator=(PelDOMNode&& rhs) noexcept;   ///< The same from a node handle.
 
     /// Replaces the text. INVALID_VALUE for an empty one, which changes nothing: a text cannot be
-    /// emptied. INTERNAL_ERROR for a null handle.
+    /// emptied. INTERNAL_ERROR for a null handle. The text ends at its first U+0000, and what
+    /// follows is lost with SUCCESS; setNodeValue refuses it.
     virtual PelDOM::Error setValue(const PelString& value);
 
     /// The whole text, white space and line breaks included; empty for a null handle.

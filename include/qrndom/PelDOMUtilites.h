@@ -93,7 +93,8 @@ public:
     ///
     /// NULL_NODE for a null document (a named file is emptied all the same), INTERNAL_ERROR for an
     /// output encoding that the engine does not know or text that is not well-formed UTF-16. A file
-    /// that cannot be opened or written changes no code: only getLastWriteMessage tells.
+    /// that cannot be opened or written changes no code: only getLastWriteMessage tells. Its name
+    /// ends at its first U+0000.
     virtual PelDOM::Error writeDocument(const PelDOMDocument& document, PelString& target,
                                         int toFile, int newlines, int terminator) = 0;
 
