@@ -44,13 +44,30 @@ install(FILES "${PROJECT_BINARY_DIR}/QRNDOMConfig.cmake"
 if(NOT BUILD_SHARED_LIBS)
     set(QRNDOM_PC_LIBS " -lxerces-c -licuuc -lpthread")
 endif()
-configure_file(cmake/qrndom.pc.in "${PROJECT_BINARY_DIR}/qrndom.pc" @ONLY)
+foreach(folder LIBDIR INCLUDEDIR)
+    set(QRNDOM_PC_${folder} "${CMAKE_INSTALL_${folder}}")
+    if(NOT IS_ABSOLUTE "${QRNDOM_PC_${folder}}")
+        string(PREPEND QRNDOM_PC_${folder} "\${prefix}/")
+    endif()
+endforeach()
+set(QRNDOM_PC_PREFIX "@QRNDOM_PC_PREFIX@")
+configure_file(cmake/qrndom.pc.in "${PROJECT_BINARY_DIR}/qrndom.pc.in" @ONLY)
+# The prefix is known when the library is installed.
+install(CODE "
+    get_filename_component(QRNDOM_PC_PREFIX \"\${CMAKE_INSTALL_PREFIX}\" ABSOLUTE)
+    configure_file(\"${PROJECT_BINARY_DIR}/qrndom.pc.in\" \"${PROJECT_BINARY_DIR}/qrndom.pc\" @ONLY)"
+    COMPONENT development)
 install(FILES "${PROJECT_BINARY_DIR}/qrndom.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
     COMPONENT development)
 
 # gdb loads this with the library, by the library's full name.
 if(BUILD_SHARED_LIBS)
+    if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
+        set(folder "${CMAKE_INSTALL_LIBDIR}")
+    else()
+        set(folder "\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}")
+    endif()
     install(FILES gdb/printers.py
-        DESTINATION "${CMAKE_INSTALL_DATADIR}/gdb/auto-load\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/gdb/auto-load${folder}"
         RENAME libQRNDOM.so.${PROJECT_VERSION}-gdb.py COMPONENT development)
 endif()

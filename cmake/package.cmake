@@ -8,6 +8,9 @@ set(documentation qrndom-doc)
 set(revision 1)
 set(QRNDOM_PACKAGE_CONTACT "" CACHE STRING
     "Name and address of those who answer for the packages; a neutral one if not given")
+set(QRNDOM_PACKAGE_HOMEPAGE "" CACHE STRING "Address of the project's page, for the packages")
+set(QRNDOM_PACKAGE_VCS_GIT "" CACHE STRING "Address to clone the sources from, for the packages")
+set(QRNDOM_PACKAGE_VCS_BROWSER "" CACHE STRING "Address to browse the sources at, for the packages")
 set(QRNDOM_REFERENCE "" CACHE PATH "The HTML pages that scripts/docs made; packaged if given")
 
 set(CPACK_GENERATOR DEB)
@@ -21,6 +24,9 @@ set(CPACK_PACKAGE_CONTACT "QRNDOM maintainers <qrndom@packages.example>")
 if(QRNDOM_PACKAGE_CONTACT)
     set(CPACK_PACKAGE_CONTACT "${QRNDOM_PACKAGE_CONTACT}")
 endif()
+if(QRNDOM_PACKAGE_HOMEPAGE)
+    set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "${QRNDOM_PACKAGE_HOMEPAGE}")
+endif()
 set(CPACK_PACKAGE_DIRECTORY "${PROJECT_BINARY_DIR}")
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
@@ -30,6 +36,23 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SOURCE qrndom)
 set(CPACK_DEBIAN_PACKAGE_RELEASE ${revision})
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+
+# Fields that cpack does not know follow one that it does. Packages of several architectures lie
+# beside one another, or serve programs of any.
+set(common "")
+foreach(field VCS_GIT VCS_BROWSER)
+    if(QRNDOM_PACKAGE_${field})
+        string(REPLACE "VCS_GIT" "Vcs-Git" name "${field}")
+        string(REPLACE "VCS_BROWSER" "Vcs-Browser" name "${name}")
+        string(APPEND common "\n${name}: ${QRNDOM_PACKAGE_${field}}")
+    endif()
+endforeach()
+foreach(component IN ITEMS RUNTIME DEVELOPMENT)
+    set(CPACK_DEBIAN_${component}_PACKAGE_PRIORITY "optional\nMulti-Arch: same${common}")
+endforeach()
+foreach(component IN ITEMS TOOLS DOCUMENTATION)
+    set(CPACK_DEBIAN_${component}_PACKAGE_PRIORITY "optional\nMulti-Arch: foreign${common}")
+endforeach()
 
 # Each description brings its own first line.
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
@@ -49,7 +72,6 @@ execute_process(COMMAND dpkg-query --search "*/libxerces-c-${series}.so"
 if(engine MATCHES "^([^:]+):")
     set(engine "${CMAKE_MATCH_1} (>= ${XercesC_VERSION}), ${CMAKE_MATCH_1} (<< ${series}.${next}~)")
     set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS "${engine}")
-    set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${engine}")
 endif()
 # Strips the library and packages what debuggers want apart.
 set(CPACK_DEBIAN_RUNTIME_DEBUGINFO_PACKAGE ON)
@@ -72,7 +94,9 @@ set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION text)
 set(CPACK_DEBIAN_TOOLS_DESCRIPTION "checks XML files as the QRNDOM library reads them\n${about}
 \nThis package has qrndom-check, which says what is wrong with a file or indents
 it.")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${runtime} (>= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR}")
 set(CPACK_DEBIAN_TOOLS_DEBUGINFO_PACKAGE ON)
 
 set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_NAME ${documentation})

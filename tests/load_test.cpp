@@ -24,6 +24,7 @@ TEST(Library, StartsANewLogWithEachLoadAndLeavesNothingBehind) {
         reinterpret_cast<void (*)()>(release)();
         EXPECT_EQ(logged(), "PelDOMUtilites::releaseUtilities()\n");
         EXPECT_NE(dlsym(library, "_ZN11PelDOMFiler14InvalidElementE"), nullptr);
+        EXPECT_EQ(dlvsym(library, "_ZN14PelDOMUtilites16releaseUtilitiesEv", QRNDOM_SYMBOLS), release);
         EXPECT_EQ(dlsym(library, "_ZN15PelXercesEngine5startEv"), nullptr) << "not part of the API";
         ASSERT_EQ(dlclose(library), 0);
         EXPECT_EQ(dlopen(QRNDOM_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";

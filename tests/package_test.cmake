@@ -42,6 +42,17 @@ string(REPLACE "\\(rs" "\\" program "${CMAKE_MATCH_1}")
 string(REPLACE "\\-" "-" program "${program}")
 file(WRITE "${SCRATCH_DIR}/manual.cpp" "${program}\n")
 
+# A compiler that is told of an older C++ begins with plain words, whichever header comes first.
+file(GLOB headers "${prefix}/include/qrndom/*.h")
+foreach(header IN LISTS headers)
+    execute_process(COMMAND "${COMPILER}" -std=c++14 -fsyntax-only -x c++ "-I${prefix}/include" "${header}"
+        RESULT_VARIABLE result ERROR_VARIABLE errors)
+    string(REGEX MATCH "error: [^\n]*" first "${errors}")
+    if(result EQUAL 0 OR NOT first MATCHES "QRNDOM needs C\\+\\+17")
+        message(FATAL_ERROR "${header} as C++14: ${first}")
+    endif()
+endforeach()
+
 # What is installed links to what is installed, and to headings that are there.
 file(GLOB_RECURSE pages "${prefix}/*.md")
 foreach(page IN LISTS pages)
@@ -72,13 +83,12 @@ foreach(page IN LISTS pages)
     endforeach()
 endforeach()
 
-# The same by pkg-config. The prefix in the file is the one that the build was configured for, so
-# the test gives its own.
+# The same by pkg-config.
 file(GLOB_RECURSE pc "${prefix}/*/qrndom.pc")
 get_filename_component(pc_dir "${pc}" DIRECTORY)
 get_filename_component(lib_dir "${pc_dir}" DIRECTORY)
 set(ENV{PKG_CONFIG_PATH} "${pc_dir}")
-run(pkg-config --define-variable=prefix=${prefix} --cflags --libs qrndom)
+run(pkg-config --cflags --libs qrndom)
 separate_arguments(flags UNIX_COMMAND "${CXX_FLAGS} ${output}")
 run("${COMPILER}" -std=c++17 "${CONSUMER_DIR}/root_name.cpp" -o "${SCRATCH_DIR}/root_name" ${flags}
     "-Wl,-rpath,${lib_dir}")

@@ -3,7 +3,8 @@
 
     scripts/abi [--record]      (--record: make the present interface the recorded one)
 
-Three things are compared: the exported symbols (abi/symbols.txt); types, layouts and signatures
+Three things are compared: the exported symbols (abi/symbols.txt), all of the version that goes with the
+SONAME; types, layouts and signatures
 (abi/QRNDOM.abi); and the order of virtual operations (abi/slots.txt, which is written by hand and
 never recorded). Says what differs and ends with 1 if anything does.
 """
@@ -45,8 +46,17 @@ def demangled(symbols):
 
 
 def exported_symbols(library):
+    """{symbol: its version}, of what is no name of a version itself"""
     table = run("nm", "--dynamic", "--defined-only", "--format=posix", library)
-    return {line.split()[0] for line in table.splitlines()}
+    entries = [line.split()[:2] for line in table.splitlines()]
+    return dict(name.partition("@@")[::2] for name, kind in entries if kind != "A")
+
+
+def version_changes(library, symbols):
+    """What does not have the version that goes with the SONAME, by which programs ask for it."""
+    major = re.search(r"SONAME +lib\w+\.so\.(\d+)", run("objdump", "--private-headers", library)).group(1)
+    return [f"{symbol}: {version or 'none'}" for symbol, version in sorted(symbols.items())
+            if version != f"QRNDOM_{major}"]
 
 
 def foreign_symbols(symbols):
@@ -195,8 +205,10 @@ def main(arguments):
         return 0 if arguments[0] in ("-h", "--help") else 2
     run("scripts/install-packages", *PACKAGES)
     library = build()
-    symbols = exported_symbols(library)
+    versions = exported_symbols(library)
+    symbols = set(versions)
     wrong = tell("Exported, but not of a public class", foreign_symbols(symbols))
+    wrong |= tell("Exported with another version than the SONAME's", version_changes(library, versions))
     wrong |= tell("Virtual operations out of order", slot_changes())
 
     if arguments == ["--record"]:
