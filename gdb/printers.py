@@ -3,20 +3,27 @@
 
 Nothing of the program is called, and neither the library nor the engine needs debug information: a
 handle's node is found by the layout of this release, the node's kind by the name of its class's
-virtual table, and the node's name by the layout that the engine's SONAME stands for. What does not
-look as expected is shown by its type alone.
+virtual table, and the node's name by the layout that the engine's SONAME stands for. Where gdb has
+nothing that names the tables, a handle says so; what else does not look as expected is shown by its
+type alone.
 """
 
 import re
 
 import gdb
-import gdb.printing
+
+try:
+    import gdb.printing
+except ImportError as error:
+    raise gdb.GdbError(f"QRNDOM's strings and handles are shown as they lie in memory: this gdb lacks "
+                       f"Python modules of its own ({error})")
 
 NODE_IN_IMP = 24  # of PelXercesDOMNode: after its table, content and tree
 NODE_IN_LIST = 16  # of PelXercesDOMNodeList: after its table and tree
 CHILDREN_IN_LIST = 40  # after two links to other references
 TAG_NAME_IN_LIST = 48
 LONGEST_TEXT = 60
+NO_SYMBOLS = "what it stands for is not known, since gdb has no symbols of libxerces-c"
 
 # Class of the engine: what it is, and where its name is or, for "text", its characters.
 NODES = {
@@ -64,7 +71,10 @@ def describe_node(node):
     """What a node of the engine is, or None if that is not known."""
     if node == 0:
         return "no node"
-    kind, place = NODES.get(table_of(node), (None, None))
+    table = table_of(node)
+    if table is None:
+        return NO_SYMBOLS
+    kind, place = NODES.get(table, (None, None))
     if place is None:
         return kind
     if kind in WITH_TEXT:
@@ -79,8 +89,8 @@ def describe_list(imp):
     if table_of(imp) not in (None, "PelXercesDOMNodeList"):
         return None
     node = describe_node(pointer_at(imp + NODE_IN_LIST))
-    if node is None:
-        return None
+    if node in (None, NO_SYMBOLS):
+        return node
     if at(imp + CHILDREN_IN_LIST, "bool"):
         return f"children of {node}"
     name = imp + TAG_NAME_IN_LIST

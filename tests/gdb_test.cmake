@@ -18,6 +18,7 @@ function(run)
     elseif(result)
         message(FATAL_ERROR "${ARGN}\nended with ${result}:\n${output}")
     endif()
+    set(output "${output}" PARENT_SCOPE)
 endfunction()
 
 file(REMOVE_RECURSE "${SCRATCH_DIR}")
@@ -40,3 +41,17 @@ set(gdb "${GDB}" -nx -batch -iex "set debuginfod enabled off"
 run(${gdb})
 run(strip --strip-all "${library}")
 run(${gdb})
+
+# What gdb lacks is said in words.
+function(expect words)
+    run("${GDB}" -nx -batch -iex "set debuginfod enabled off" ${ARGN} "${SCRATCH_DIR}/shown")
+    if(NOT output MATCHES "${words}")
+        message(FATAL_ERROR "expected \"${words}\":\n${output}")
+    endif()
+endfunction()
+set(load -ex "source ${SOURCES}/../../gdb/printers.py")
+expect("= null.*= what it stands for [^\n]* no symbols of libxerces-c\n.*= what it stands for"
+    -iex "set auto-solib-add off" -ex "break stop" -ex run -ex up ${load} -ex "print nullElement"
+    -ex "print root" -ex "print children" -ex kill)
+expect("shown as they lie in memory[^\n]*gdb.printing"
+    -iex "python __import__('sys').modules['gdb.printing'] = None" ${load})
