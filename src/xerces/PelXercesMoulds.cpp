@@ -29,20 +29,6 @@ const void* bytesOf(const Node& node) {
     return &node;
 }
 
-template <class Node>
-class Mould {
-public:
-    explicit Mould(const Node& node) { std::memcpy(bytes, bytesOf(node), sizeof bytes); }
-
-    Node& copyTo(void* place) const {
-        std::memcpy(place, bytes, sizeof bytes);
-        return *static_cast<Node*>(place);
-    }
-
-private:
-    alignas(Node) unsigned char bytes[sizeof(Node)];
-};
-
 // What a node was before it was made anew at its place, to compare it with.
 template <class Node>
 class Before {
@@ -69,6 +55,20 @@ DOMTextImpl& enginesText(DOMDocumentImpl& document, const XMLCh* units) {
 }
 
 } // namespace
+
+template <class Node>
+class PelXercesMoulds::Mould {
+public:
+    explicit Mould(const Node& node) { std::memcpy(bytes, bytesOf(node), sizeof bytes); }
+
+    Node& copyTo(void* place) const {
+        std::memcpy(place, bytes, sizeof bytes);
+        return *static_cast<Node*>(place);
+    }
+
+private:
+    alignas(Node) unsigned char bytes[sizeof(Node)];
+};
 
 struct PelXercesMoulds::Moulds {
     explicit Moulds(DOMDocumentImpl& owner) : Moulds(owner, enginesElement(owner)) {}

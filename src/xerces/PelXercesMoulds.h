@@ -28,6 +28,8 @@ public:
     xercesc::DOMNode** makeAttributeList(xercesc::DOMAttrMapImpl& map, std::size_t size);
 
 private:
+    template <class Node>
+    class Mould;
     struct Moulds;
     static const Moulds& moulds();
 
