@@ -41,7 +41,8 @@ static std::string choiceOf(std::size_t count) {
 }
 
 static std::string modelOf(std::size_t nodes) {
-    return withSubset("<!ELEMENT b (" + repeat(nodes - 1, "(") + "a?" + repeat(nodes - 1, ")?") + ")>");
+    return withSubset(
+        "<!ELEMENT b (" + repeat(nodes - 1, "(") + "a?" + repeat(nodes - 1, ")?") + ")>", "<a><b/></a>");
 }
 
 static std::string namesOf(std::size_t count) { return "<r>" + repeat(count, "<a b$=''/>") + "</r>"; }
@@ -214,21 +215,42 @@ TEST(Limits, NeverEndAReadWhereTheEngineClearsUp) {
     }
 }
 
-// The engine recurses over a model where it can be large enough to overflow a small stack.
+// The engine recurses over a model where it can be large enough to overflow a small stack, and over
+// groups in groups while it reads them. Whatever is allowed, none overflows.
 TEST(Limits, KeepModelsWithinTheStackOfTheirThread) {
-    const auto read = [](void* says) -> void* {
-        for (const std::size_t parts : {std::size_t{1000}, bounds.modelParts - 1})
-            *static_cast<std::string*>(says) += refusal(modelOf(parts)) + ";";
-        return nullptr;
-    };
-    std::string says;
-    pthread_attr_t small;
-    pthread_t thread;
-    pthread_attr_init(&small);
-    ASSERT_EQ(pthread_attr_setstacksize(&small, 2048 * 1024), 0);
-    ASSERT_EQ(pthread_create(&thread, &small, read, &says), 0);
-    pthread_join(thread, nullptr);
-    EXPECT_EQ(says, ";too large a content model for the stack of this thread;");
+    const std::string groups =
+        withSubset("<!ELEMENT b (a" + repeat(400, ",(a") + std::string(401, ')') + ">");
+    const std::string few = withSubset("<!ELEMENT b (a" + repeat(40, ",(a") + std::string(41, ')') + ">");
+    const std::string tooLarge = "too large a content model for the stack of this thread";
+    const struct {
+        int line;
+        std::size_t stack, parts;
+        std::string xml, says;
+    } rows[] = {{__LINE__, 64, bounds.modelParts, groups, tooLarge}, {__LINE__, 64, SIZE_MAX, few, ""},
+        {__LINE__, 2048, bounds.modelParts, modelOf(1000), ""},
+        {__LINE__, 2048, bounds.modelParts, modelOf(bounds.modelParts - 1), tooLarge},
+        {__LINE__, 2048, SIZE_MAX, modelOf(60000), tooLarge},
+        {__LINE__, 16384, SIZE_MAX - 1, modelOf(15000),
+            ""}}; // small ones first: larger ones may be taken for them
+    for (const auto& row : rows) {
+        std::string says;
+        std::function<void()> work = [&] {
+            PelXercesReadLimits::Bounds own = unhurried();
+            own.modelParts = row.parts;
+            says = refusal(row.xml, "", own);
+        };
+        const auto run = [](void* given) -> void* {
+            (*static_cast<std::function<void()>*>(given))();
+            return nullptr;
+        };
+        pthread_attr_t small;
+        pthread_t thread;
+        pthread_attr_init(&small);
+        ASSERT_EQ(pthread_attr_setstacksize(&small, row.stack * 1024), 0);
+        ASSERT_EQ(pthread_create(&thread, &small, run, &work), 0);
+        pthread_join(thread, nullptr);
+        EXPECT_EQ(says, row.says) << "line " << row.line;
+    }
 }
 
 TEST(Limits, LetLargeDocumentsThrough) {

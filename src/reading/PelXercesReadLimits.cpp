@@ -97,6 +97,15 @@ void PelXercesReadLimits::exceedWork() {
     exceed(kindsOfWork[std::max_element(shares.begin(), shares.end()) - shares.begin()]);
 }
 
+// The end of the stack is asked for once: a read stays on its thread.
+void PelXercesReadLimits::requireStack(std::size_t bytes) {
+    const char here = 0;
+    const auto place = reinterpret_cast<std::uintptr_t>(&here);
+    if (stackEnd == 0)
+        stackEnd = place - PelPlatform::stackLeft();
+    require(place - stackEnd >= bytes, u"too large a content model for the stack of this thread");
+}
+
 // Processor time takes a call of the system, the other clock does not.
 void PelXercesReadLimits::lookAtClock() {
     constexpr double pause = 0.02;

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <set>
 #include <string>
@@ -107,6 +108,18 @@ public:
     /// clearing up takes memory, too, and must not fail.
     void watchMemory(bool isToBeWatched) noexcept { isWatched = isToBeWatched; }
 
+    /// The engine makes a part of a content model, by recursion over the groups around it.
+    void addModelPart() {
+        if (++madeParts > fewParts)
+            requireStack(stackForParts);
+    }
+
+    /// It is about to make an automaton of a model, by recursion over so many parts.
+    void requireStackFor(std::size_t parts) {
+        if (parts > fewParts)
+            requireStack(parts <= SIZE_MAX / stackPerPart ? parts * stackPerPart : SIZE_MAX);
+    }
+
     /// While an automaton is made, each state takes one table of this size, and these steps.
     void expectStates(std::size_t tableBytes, std::size_t steps) noexcept {
         stateBytes = tableBytes;
@@ -131,8 +144,15 @@ private:
 
     static constexpr unsigned eventsPerLook = 32;
 
+    // Of a thread's stack: what a part of a model may take, and what must be left while the parts
+    // are made. Asking what is left takes long, so it is not done for the sake of few.
+    static constexpr std::size_t fewParts = 100;
+    static constexpr std::size_t stackPerPart = 256;
+    static constexpr std::size_t stackForParts = std::size_t{16} << 10;
+
     void exceed(const char16_t* what);
     void exceedWork();
+    void requireStack(std::size_t bytes);
     void lookAtClock();
     void requireMemory();
 
@@ -150,6 +170,8 @@ private:
     std::size_t stateBytes = 0;
     std::size_t stepsPerState = 0;
     std::set<std::string> files;
+    std::size_t madeParts = 0;
+    std::uintptr_t stackEnd = 0;
     unsigned events = 0;
     double nextLook = 0;
     double start = -1;

@@ -26,8 +26,10 @@ thread_local PelXercesTreeMemory::Report* current = nullptr;
 } // namespace
 
 void* PelXercesReadMemory::allocate(XMLSize_t size) {
-    if (PelXercesReadLimits::isFor<xercesc::ContentSpecNode>(size))
+    if (PelXercesReadLimits::isFor<xercesc::ContentSpecNode>(size)) {
         names.addDeclaredElements();
+        limits.addModelPart();
+    }
     if (size == converterPlaces)
         size *= converterLayers;
     limits.addMemory(size, blockOverhead);

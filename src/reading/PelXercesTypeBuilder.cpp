@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "reading/PelXercesTypeBuilder.h"
 
-#include "core/PelPlatform.h"
 #include "reading/PelXercesModelCost.h"
 #include "reading/PelXercesValidator.h"
 #include "xerces/PelXercesFields.h"
@@ -145,13 +144,10 @@ void PelXercesTypeBuilder::elementDecl(const xercesc::DTDElementDecl& declaratio
 
 // The engine makes an automaton of a model by recursion over its parts.
 void PelXercesTypeBuilder::requireSmall(const xercesc::ContentSpecNode* model) {
-    constexpr std::size_t few = 200;
-    constexpr std::size_t stackPerPart = 256;
     const std::size_t most = limits.getBounds().modelParts;
-    const std::size_t parts = PelXercesModelCost::countParts(model, most + 1);
+    const std::size_t parts = PelXercesModelCost::countParts(model, std::max(most, most + 1));
     limits.require(parts <= most, u"too large a content model");
-    limits.require(parts <= few || parts * stackPerPart <= PelPlatform::stackLeft(),
-                   u"too large a content model for the stack of this thread");
+    limits.requireStackFor(parts);
 }
 
 void PelXercesTypeBuilder::attDef(const xercesc::DTDElementDecl& element,
