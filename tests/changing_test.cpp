@@ -247,6 +247,25 @@ TEST(Copies, AreNotMadeOfWhatADocumentHasOnce) {
     EXPECT_EQ(document.importNode(newer.getDocumentElement(), true).isNull(), 1);
 }
 
+TEST(CharactersOfXml11, StayInItsDocuments) {
+    const PelString xml = "<?xml version='1.1'?><r k='&#1;'>&#x1F;<b><c/>&#2;</b></r>";
+    PelDOMDocument document = parse(xml), older = services().createDocument("r");
+    PelDOMElement root = document.getDocumentElement(), olderRoot = older.getDocumentElement();
+    PelDOMNode text = childAt(root, 0), b = childAt(root, 1), comment = document.createComment("c");
+    PelDOMNode copy = older.importNode(b, false);
+    expectAnswers({{older.importNode(root, false), "null"}, {older.importNode(text, false), "null"},
+        {older.importNode(b, true), "null"}, {copy, "b"}, {older.importNode(childAt(b, 0), true), "c"},
+        {parse(xml).importNode(root, true), show(root)}, {root.cloneNode(true), show(root)},
+        {text.setNodeValue(text.getNodeValue()), "ok"}, {text.getNodeValue(), "'\x1F'"},
+        {root.putAttribute("l", root.getAttribute("k")), "ok"}, {root.getAttribute("l"), "'\x1'"},
+        {b.setTextContent(b.getTextContent()), "ok"}, {b, "b(|\x2|)"},
+        {text.setNodeValue(PelString(std::u16string(1, u'\0'))), "invalid"},
+        {text.setNodeValue(u"\xFFFF"), "invalid"}, {comment.setNodeValue("\x1"), "invalid"},
+        {root.setTagName("a\x1"), "invalid"}, {olderRoot.putAttribute("k", "\x1"), "invalid"},
+        {copy.setTextContent("\x1F"), "invalid"},
+        {older.createTextNode("t").setNodeValue("\x1"), "invalid"}});
+}
+
 TEST(Names, ChangeInPlace) {
     PelDOMDocument document =
         parse("<!DOCTYPE r [<!ELEMENT r ANY><!ELEMENT a ANY><!ELEMENT b ANY><!ELEMENT c ANY><!ATTLIST a x "

@@ -271,6 +271,17 @@ TEST(Saving, RefusesWhatNoReaderWouldTake) {
     EXPECT_EQ(saved(text(u""), {0, "UTF-8", false}), "<r/>\n");
 }
 
+TEST(Saving, WritesNamesBeyondTheBasicPlane) {
+    const char* const body = u8"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<?xm\U0001F600l "
+                             u8"a?>\n<r><\U00010000 \U00010000=\"\"/><?\U00010000 b?></r>\n";
+    PelDOMDocument document = readBytes(body);
+    EXPECT_EQ(saved(document), body);
+    PelDOMElement root = document.getDocumentElement();
+    PelDOMNode copy = childAt(root, 1).cloneNode(true);
+    root.replaceChild(copy, childAt(root, 1));
+    EXPECT_EQ(saved(document), body);
+}
+
 TEST(Saving, WritesXml11SoThatItReadsBack) {
     const char* const text =
         "<?xml version='1.1'?><r k='&#1;&#x7F;&#x85;&#x2028;'>&#x1F;&#x9F;\xC2\xA0&#13;<!--c--></r>";

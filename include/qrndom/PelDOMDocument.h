@@ -60,8 +60,8 @@ public:
     /// A copy of a node of this or any other document, with its attributes and, if `deep`, with all
     /// below it, that belongs to this document and has no parent yet. Attributes that came from the
     /// other document's type are left out, those that this one's type adds are there. A null handle
-    /// as from PelDOMNode::cloneNode, for a null document, and where a name in it is only allowed
-    /// in the other document's version of XML.
+    /// as from PelDOMNode::cloneNode, for a null document, and where a name or a character in it
+    /// is only allowed in the other document's version of XML.
     PelDOMNode importNode(const PelDOMNode& source, bool deep);
 
     /// A new comment that has no parent yet. A null handle for a null document, and for text that

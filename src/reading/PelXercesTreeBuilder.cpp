@@ -4,6 +4,8 @@
 #include "xerces/PelXercesLinks.h"
 
 #include <xercesc/dom/DOMException.hpp>
+#include <xercesc/dom/impl/DOMCasts.hpp>
+#include <xercesc/dom/impl/DOMProcessingInstructionImpl.hpp>
 #include <xercesc/framework/XMLAttr.hpp>
 #include <xercesc/framework/XMLElementDecl.hpp>
 #include <xercesc/internal/XMLScanner.hpp>
@@ -144,10 +146,16 @@ void PelXercesTreeBuilder::docComment(const XMLCh* comment) {
     XercesDOMParser::docComment(comment);
 }
 
+// As the engine does it, but for a check of the target that knows no characters beyond the basic
+// plane. The scanner has checked it.
 void PelXercesTreeBuilder::docPI(const XMLCh* target, const XMLCh* data) {
     endText();
     limits.addEvent();
-    XercesDOMParser::docPI(target, data);
+    auto* const instruction =
+        new (fDocument, xercesc::DOMMemoryManager::PROCESSING_INSTRUCTION_OBJECT)
+            xercesc::DOMProcessingInstructionImpl(fDocument, target, data);
+    xercesc::castToParentImpl(fCurrentParent)->appendChildFast(instruction);
+    fCurrentNode = instruction;
 }
 
 // The engine's table of IDs, which nothing here asks, fails when it has to hold some 720,000, and

@@ -17,11 +17,11 @@ using xercesc::DOMNode;
 
 namespace {
 
-// What may be set as the value of a node of that type.
-bool isAllowed(PelDOM::NodeType type, std::u16string_view value) {
-    switch (type) {
+// What may be set as the value of that node.
+bool isAllowed(const PelXercesNodeRef& node, std::u16string_view value) {
+    switch (node.getType()) {
     case PelDOM::TEXT_NODE:
-        return PelXercesRules::isText(value);
+        return PelXercesRules::isText(value, *node.getDocument());
     case PelDOM::CDATA_SECTION_NODE:
         return PelXercesRules::isCDATA(value);
     case PelDOM::COMMENT_NODE:
@@ -53,7 +53,7 @@ PelString PelXercesContent::valueOf(const PelXercesNodeRef& node) {
 }
 
 PelDOM::Error PelXercesContent::setValue(const PelXercesNodeRef& node, const PelString& value) {
-    if (!isAllowed(node.getType(), value.view()))
+    if (!isAllowed(node, value.view()))
         return PelDOM::INVALID_VALUE;
     node.getTree().nodes.setData(*node.getNode(), value.view().data());
     return PelDOM::SUCCESS;
@@ -93,7 +93,7 @@ PelString PelXercesContent::namespaceOf(const xercesc::DOMElement& element,
 PelDOM::Error PelXercesContent::setText(const PelXercesNodeRef& node, const PelString& text) {
     if (node.getType() != PelDOM::ELEMENT_NODE)
         return setValue(node, text);
-    if (!PelXercesRules::isText(text.view()))
+    if (!PelXercesRules::isText(text.view(), *node.getDocument()))
         return PelDOM::INVALID_VALUE;
     PelXercesEditing::replaceChildren(node, text.isEmpty() != 0 ? nullptr : text.view().data());
     return PelDOM::SUCCESS;

@@ -22,7 +22,7 @@ public:
     Copier(const PelXercesNodeRef& owner, const PelXercesNodeRef& source)
         : nodes(owner.getTree().nodes), document(*owner.getDocument()),
           isClone(&owner.getTree() == &source.getTree()),
-          hasOtherNames(source.getDocument()->getXmlVersion() != document.getXmlVersion()) {}
+          isOfOtherVersion(source.getDocument()->getXmlVersion() != document.getXmlVersion()) {}
 
     // Null where there is none; an exception finds all taken back.
     DOMNode* copyAll(DOMNode& source) {
@@ -42,6 +42,8 @@ public:
 
     DOMNode* copyOne(const DOMNode& source) {
         const XMLCh* const value = source.getNodeValue();
+        if (value != nullptr && !isAllowedText(value))
+            return nullptr;
         switch (source.getNodeType()) {
         case DOMNode::ELEMENT_NODE:
             return copyElement(source);
@@ -62,7 +64,12 @@ public:
 
 private:
     bool isAllowed(const XMLCh* name) const {
-        return !hasOtherNames || PelXercesRules::isName(name, document);
+        return !isOfOtherVersion || PelXercesRules::isName(name, document);
+    }
+
+    // What XML 1.0 has not, none of its documents can be written with.
+    bool isAllowedText(const XMLCh* value) const {
+        return !isOfOtherVersion || PelXercesRules::isText(value, document);
     }
 
     DOMElementImpl* copyElement(const DOMNode& source) {
@@ -85,12 +92,12 @@ private:
             const auto& attribute = static_cast<const DOMAttrImpl&>(*attributes.item(i));
             if (!isClone && !attribute.getSpecified())
                 continue; // a default of the other document
-            if (!isAllowed(attribute.getName()))
+            const XMLCh* const value = PelXercesLinks::valueOf(attribute);
+            if (!isAllowed(attribute.getName()) || !isAllowedText(value))
                 return false;
-            PelXercesAttributes::add(nodes, element,
-                                     nodes.makeAttribute(attribute.getName(),
-                                                         PelXercesLinks::valueOf(attribute),
-                                                         attribute.getSpecified()));
+            PelXercesAttributes::add(
+                nodes, element,
+                nodes.makeAttribute(attribute.getName(), value, attribute.getSpecified()));
         }
         return true;
     }
@@ -129,7 +136,7 @@ private:
     PelXercesNodePool& nodes;
     xercesc::DOMDocument& document;
     const bool isClone;
-    const bool hasOtherNames;
+    const bool isOfOtherVersion;
 };
 
 } // namespace

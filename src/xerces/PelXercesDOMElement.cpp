@@ -140,7 +140,7 @@ PelDOM::Error PelXercesDOMElement::putAttribute(const PelString& name, const Pel
     if (node == nullptr)
         return PelDOM::INTERNAL_ERROR;
     if (!PelXercesRules::isName(name.view(), *node->getDocument()) ||
-        !PelXercesRules::isText(value.view()))
+        !PelXercesRules::isText(value.view(), *node->getDocument()))
         return PelDOM::INVALID_VALUE;
     PelXercesAttributes::set(*node, name.view().data(), value.view().data());
     return PelDOM::SUCCESS;

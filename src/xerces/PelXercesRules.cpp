@@ -22,6 +22,28 @@ bool isCharacter(char16_t unit) {
     return unit < 0xFFFE && !isHighSurrogate(unit) && !isLowSurrogate(unit);
 }
 
+bool isVersion11(const xercesc::DOMDocument& document) {
+    return document.getXmlVersion() == xercesc::XMLUni::fgVersion1_1;
+}
+
+// What XML 1.1 has besides, as references.
+bool isControl(char16_t unit) {
+    return unit != 0 && unit < u' ';
+}
+
+bool isTextOf(std::u16string_view text, bool hasControls) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (isCharacter(text[i]) || (hasControls && isControl(text[i])))
+            continue;
+        const bool isPair =
+            isHighSurrogate(text[i]) && i + 1 < text.size() && isLowSurrogate(text[i + 1]);
+        if (!isPair)
+            return false;
+        ++i;
+    }
+    return true;
+}
+
 bool contains(std::u16string_view text, std::u16string_view part) {
     return text.find(part) != text.npos;
 }
@@ -35,33 +57,23 @@ bool isLetter(char16_t unit, char16_t lowerCase) {
 // The engine's own check misses half a surrogate pair at the end of a name in XML 1.1.
 bool PelXercesRules::isName(std::u16string_view name,
                             const xercesc::DOMDocument& document) noexcept {
-    if (!isText(name))
+    if (!isTextOf(name, false))
         return false;
-    return document.getXmlVersion() == xercesc::XMLUni::fgVersion1_1
-               ? xercesc::XMLChar1_1::isValidName(name.data(), name.size())
-               : xercesc::XMLChar1_0::isValidName(name.data(), name.size());
+    return isVersion11(document) ? xercesc::XMLChar1_1::isValidName(name.data(), name.size())
+                                 : xercesc::XMLChar1_0::isValidName(name.data(), name.size());
 }
 
-// The characters of XML 1.0 for every document, because that is what is written.
-bool PelXercesRules::isText(std::u16string_view text) noexcept {
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (isCharacter(text[i]))
-            continue;
-        const bool isPair =
-            isHighSurrogate(text[i]) && i + 1 < text.size() && isLowSurrogate(text[i + 1]);
-        if (!isPair)
-            return false;
-        ++i;
-    }
-    return true;
+bool PelXercesRules::isText(std::u16string_view text,
+                            const xercesc::DOMDocument& document) noexcept {
+    return isTextOf(text, isVersion11(document));
 }
 
 bool PelXercesRules::isCDATA(std::u16string_view data) noexcept {
-    return isText(data) && !contains(data, u"]]>");
+    return isTextOf(data, false) && !contains(data, u"]]>");
 }
 
 bool PelXercesRules::isComment(std::u16string_view data) noexcept {
-    return isText(data) && !contains(data, u"--") && (data.empty() || data.back() != u'-');
+    return isTextOf(data, false) && !contains(data, u"--") && (data.empty() || data.back() != u'-');
 }
 
 bool PelXercesRules::isInstructionTarget(std::u16string_view target,
@@ -72,5 +84,5 @@ bool PelXercesRules::isInstructionTarget(std::u16string_view target,
 }
 
 bool PelXercesRules::isInstruction(std::u16string_view data) noexcept {
-    return isText(data) && !contains(data, u"?>");
+    return isTextOf(data, false) && !contains(data, u"?>");
 }

@@ -12,9 +12,9 @@ public:
     /// A name for an element or attribute. The engine takes every such name for that document.
     static bool isName(std::u16string_view name, const xercesc::DOMDocument& document) noexcept;
 
-    /// Characters that may stand in text and attribute values. What markup would be is no
-    /// hindrance: it is escaped.
-    static bool isText(std::u16string_view text) noexcept;
+    /// Characters that may stand in text and attribute values of that document. What markup would
+    /// be is no hindrance: it is escaped.
+    static bool isText(std::u16string_view text, const xercesc::DOMDocument& document) noexcept;
 
     /// The data of a CDATA section: without `]]>`.
     static bool isCDATA(std::u16string_view data) noexcept;
