@@ -18,7 +18,7 @@
 
 namespace {
 
-constexpr int none = -1;
+constexpr int noFile = -1;
 constexpr mode_t allBits = 07777;
 constexpr mode_t readAndWriteBits = 0666; // less what the process masks
 constexpr int mostLinks = 40;             // as the system itself
@@ -79,7 +79,7 @@ bool sync(int file) {
 } // namespace
 
 PelPlatformReplacement::PelPlatformReplacement(const std::string& path)
-    : folder(none), file(none), kind(find(path)) {
+    : folder(noFile), file(noFile), kind(find(path)) {
 }
 
 PelPlatformReplacement::~PelPlatformReplacement() {
@@ -111,8 +111,8 @@ PelPlatformReplacement::Kind PelPlatformReplacement::find(std::string path) {
 }
 
 bool PelPlatformReplacement::enter(const std::string& path) {
-    const int next =
-        openat(folder == none ? AT_FDCWD : folder, path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+    const int next = openat(folder == noFile ? AT_FDCWD : folder, path.c_str(),
+                            O_PATH | O_DIRECTORY | O_CLOEXEC);
     if (next < 0)
         return false;
     closeAny(folder);
@@ -191,7 +191,7 @@ bool PelPlatformReplacement::write(const char* bytes, std::size_t count) {
 bool PelPlatformReplacement::complete() {
     if (kind == Kind::replaced && !inherit())
         return fail();
-    if (!sync(file) || close(std::exchange(file, none)) != 0)
+    if (!sync(file) || close(std::exchange(file, noFile)) != 0)
         return fail();
     if (kind == Kind::inPlace)
         return true;

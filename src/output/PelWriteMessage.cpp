@@ -7,23 +7,23 @@
 
 namespace {
 
-thread_local PelThreadMessage lastMessage = {};
+thread_local PelThreadMessage lastWriteMessage = {};
 
 } // namespace
 
 PelString PelWriteMessage::get() {
-    return lastMessage.get();
+    return lastWriteMessage.get();
 }
 
 // Without memory for the message there is the reason alone.
 void PelWriteMessage::set(const PelString& file, const PelString& reason) noexcept {
     try {
-        lastMessage.set(file.isEmpty() == 0 ? file + u": " + reason : reason);
+        lastWriteMessage.set(file.isEmpty() == 0 ? file + u": " + reason : reason);
     } catch (const std::bad_alloc&) {
-        lastMessage.set(reason);
+        lastWriteMessage.set(reason);
     }
 }
 
 void PelWriteMessage::clear() noexcept {
-    lastMessage.clear();
+    lastWriteMessage.clear();
 }

@@ -18,7 +18,7 @@ void require(bool isGood, const char16_t* reason) {
         throw PelXercesRefusal{reason};
 }
 
-bool contains(std::u16string_view text, std::u16string_view part) {
+bool has(std::u16string_view text, std::u16string_view part) {
     return text.find(part) != text.npos;
 }
 
@@ -74,7 +74,7 @@ PelXercesCheckedMarkup& PelXercesCheckedMarkup::cdata(const char16_t* data) {
 
 PelXercesCheckedMarkup& PelXercesCheckedMarkup::comment(const char16_t* data) {
     const std::u16string_view text = data;
-    require(!contains(text, u"--") && (text.empty() || text.back() != u'-'),
+    require(!has(text, u"--") && (text.empty() || text.back() != u'-'),
             u"a comment holds two hyphens, or one at its end");
     out.markup(u"<!--").add(data, places.comment).markup(u"-->");
     return *this;
@@ -83,7 +83,7 @@ PelXercesCheckedMarkup& PelXercesCheckedMarkup::comment(const char16_t* data) {
 PelXercesCheckedMarkup& PelXercesCheckedMarkup::instruction(const char16_t* target,
                                                             const char16_t* data) {
     require(!isReserved(target), u"an instruction has the target xml");
-    require(!contains(data, u"?>"), u"an instruction holds ?>");
+    require(!has(data, u"?>"), u"an instruction holds ?>");
     out.markup(u"<?");
     name(target);
     if (*data != 0)
@@ -93,8 +93,8 @@ PelXercesCheckedMarkup& PelXercesCheckedMarkup::instruction(const char16_t* targ
 }
 
 PelXercesCheckedMarkup& PelXercesCheckedMarkup::identifier(const char16_t* identifier) {
-    const bool hasQuote = contains(identifier, u"\"");
-    require(!hasQuote || !contains(identifier, u"'"), u"an identifier holds quotes of both kinds");
+    const bool hasQuote = has(identifier, u"\"");
+    require(!hasQuote || !has(identifier, u"'"), u"an identifier holds quotes of both kinds");
     if (hasQuote)
         out.markup(u" '").add(identifier, places.identifier).markup(u"'");
     else

@@ -16,7 +16,7 @@ constexpr std::size_t universalPiece = std::size_t{32} * 1024;
 
 constexpr std::size_t block = 16;
 
-bool isHighSurrogate(char16_t unit) {
+bool beginsPair(char16_t unit) {
     return (unit & 0xFC00) == 0xD800;
 }
 
@@ -47,7 +47,7 @@ const char16_t* encodeOne(const char16_t* at, char*& bytes) {
         bytes[0] = static_cast<char>(0xC0U | (unit >> 6));
         bytes[1] = continuation(unit, 0);
         bytes += 2;
-    } else if (!isHighSurrogate(unit)) {
+    } else if (!beginsPair(unit)) {
         bytes[0] = static_cast<char>(0xE0U | (unit >> 12));
         bytes[1] = continuation(unit, 6);
         bytes[2] = continuation(unit, 0);
@@ -98,7 +98,7 @@ void PelXercesEncoder::encode(std::u16string_view text) {
 void PelXercesEncoder::encodePieces(std::u16string_view text) {
     while (!text.empty()) {
         std::size_t size = std::min(piece, text.size());
-        if (isHighSurrogate(text[size - 1]))
+        if (beginsPair(text[size - 1]))
             --size;
         if (formatter)
             formatter->formatBuf(text.data(), size, XMLFormatter::NoEscapes,

@@ -10,20 +10,20 @@
 
 namespace {
 
-thread_local PelThreadMessage lastMessage = {};
+thread_local PelThreadMessage lastReadMessage = {};
 
 } // namespace
 
 PelString PelReadMessage::get() {
-    return lastMessage.get();
+    return lastReadMessage.get();
 }
 
 void PelReadMessage::set(const PelString& line) noexcept {
-    lastMessage.set(line);
+    lastReadMessage.set(line);
 }
 
 void PelReadMessage::clear() noexcept {
-    lastMessage.clear();
+    lastReadMessage.clear();
 }
 
 // Without memory for the message there is none.

@@ -27,13 +27,13 @@ bool isVersion11(const xercesc::DOMDocument& document) {
 }
 
 // What XML 1.1 has besides, as references.
-bool isControl(char16_t unit) {
+bool isLowControl(char16_t unit) {
     return unit != 0 && unit < u' ';
 }
 
 bool isTextOf(std::u16string_view text, bool hasControls) {
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (isCharacter(text[i]) || (hasControls && isControl(text[i])))
+        if (isCharacter(text[i]) || (hasControls && isLowControl(text[i])))
             continue;
         const bool isPair =
             isHighSurrogate(text[i]) && i + 1 < text.size() && isLowSurrogate(text[i + 1]);
