@@ -8,6 +8,7 @@
 #include "support.h"
 #include "xerces/PelXercesFields.h"
 
+#include <algorithm>
 #include <csignal>
 #include <fstream>
 #include <random>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support.h"
 
+#include <algorithm>
 #include <sstream>
 
 // Without the line breaks that the writer adds.

@@ -3,6 +3,7 @@
 #include "reading/PelReadMessage.h"
 #include "support.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstring>
 #include <poll.h>

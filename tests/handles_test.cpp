@@ -56,7 +56,8 @@ TEST(Handles, AreMovedWithoutANewImplementation) {
         {second.getErrorStatus(), "ok"}, {CountedImp::alive, "1"}});
     PelDOMNode third(new CountedImp(true)); // throws when it is let go of
     EXPECT_EQ(&(third = std::move(second)), &third);
-    third = std::move(*&third);
+    PelDOMNode& same = third;
+    third = std::move(same);
     expectAnswers({{second, "null"}, {second.getErrorStatus(), "no-imp"}, {third, "#8"},
         {third.getErrorStatus(), "ok"}, {CountedImp::alive, "1"}});
     EXPECT_EQ(third.getNodeImp(), own);

@@ -3,6 +3,8 @@
 
 #include <xercesc/util/PlatformUtils.hpp>
 
+#include <algorithm>
+
 static PelDOMDocument keptToTheEnd; // dropped when the process ends
 
 static bool engineIsUp() { return xercesc::XMLPlatformUtils::fgMemoryManager != nullptr; }
