@@ -16,6 +16,7 @@
 #include <xercesc/dom/impl/DOMTextImpl.hpp>
 #include <xercesc/util/XercesVersion.hpp>
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 
@@ -180,9 +181,10 @@ public:
     /// foreseen, since with the engine's hash, names can be made to share a place.
     static void growNameTable(Document& document);
 
-    /// What the document's memory makes of a size.
+    /// What the document's memory makes of a size: a multiple of what a pointer and a double take.
     static constexpr std::size_t aligned(std::size_t size) {
-        return (size + sizeof(void*) - 1) / sizeof(void*) * sizeof(void*);
+        constexpr std::size_t unit = std::max(sizeof(void*), sizeof(double));
+        return (size + unit - 1) / unit * unit;
     }
 
     // The document's block of memory that is being filled, and the size of the next.

@@ -196,8 +196,8 @@ bool PelXercesTrial::areNamesKnown() const {
 bool PelXercesTrial::isHeapKnown() const {
     char* const begin = Fields::freeBeginOf(document);
     const std::size_t size = Fields::freeSizeOf(document);
-    return owner.sizeFrom(begin) == size && document.allocate(sizeof(void*)) == begin &&
-           Fields::freeBeginOf(document) == begin + sizeof(void*) &&
-           Fields::freeSizeOf(document) == size - sizeof(void*) &&
-           Fields::nextSizeOf(document) > size;
+    constexpr std::size_t least = Fields::aligned(1);
+    return owner.sizeFrom(begin) == size && document.allocate(1) == begin &&
+           Fields::freeBeginOf(document) == begin + least &&
+           Fields::freeSizeOf(document) == size - least && Fields::nextSizeOf(document) > size;
 }
