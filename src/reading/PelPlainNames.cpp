@@ -105,7 +105,7 @@ bool PelPlainNames::isTooAlike(const Slot& slot) {
 }
 
 PelPlainNames::Slot& PelPlainNames::freeSlot(std::uint64_t slotHash) {
-    std::size_t i = slotHash & mask;
+    std::size_t i = static_cast<std::size_t>(slotHash) & mask;
     while (slots[i].bytes != nullptr)
         i = (i + 1) & mask;
     return slots[i];

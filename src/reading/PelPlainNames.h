@@ -30,7 +30,8 @@ public:
     /// The name that is spelled by these bytes, which have to stay; null when it is new.
     const Name* find(const void* bytes, std::size_t size) {
         sought = hash(bytes, size);
-        for (std::size_t i = sought & mask; slots[i].bytes != nullptr; i = (i + 1) & mask)
+        for (std::size_t i = static_cast<std::size_t>(sought) & mask; slots[i].bytes != nullptr;
+             i = (i + 1) & mask)
             if (slots[i].hash == sought && isSame(slots[i], bytes, size))
                 return &slots[i].name;
         return nullptr;

@@ -29,13 +29,15 @@ void PelXercesDOMTreeErrorReporter::note(bool isError, const xercesc::SAXParseEx
         text = entities.isDocument(failure->id)
                    ? failure->reason
                    : entities.nameOf(failure->id) + u": " + failure->reason;
-    keep(isError, report.getSystemId(), report.getLineNumber(), report.getColumnNumber(), text);
+    keep(isError, report.getSystemId(), static_cast<unsigned long>(report.getLineNumber()),
+         static_cast<unsigned long>(report.getColumnNumber()), text);
 }
 
 void PelXercesDOMTreeErrorReporter::note(bool isError, const XMLCh* text) {
     xercesc::ReaderMgr::LastExtEntityInfo place;
     memory.getStreams().getReaders()->getLastExtEntityInfo(place);
-    keep(isError, place.systemId, place.lineNumber, place.colNumber, text);
+    keep(isError, place.systemId, static_cast<unsigned long>(place.lineNumber),
+         static_cast<unsigned long>(place.colNumber), text);
 }
 
 void PelXercesDOMTreeErrorReporter::keep(bool isError, const PelString& id, unsigned long line,

@@ -79,6 +79,7 @@ PelXercesModelCost::PelXercesModelCost(const ContentSpecNode& model) {
         }
     }
     names = different.size();
-    steps = leaves * (names * 10 + characters) + unions * (20 + leaves / 16);
+    steps = std::uint64_t{leaves} * (std::uint64_t{names} * 10 + characters) +
+            std::uint64_t{unions} * (20 + leaves / 16);
     stepsPerState = names * (50 + leaves / 25);
 }

@@ -4,6 +4,7 @@
 #include <xercesc/validators/common/ContentSpecNode.hpp>
 
 #include <cstddef>
+#include <cstdint>
 
 /// What the engine has to do to make an automaton of a content model and to look names up in it, in
 /// steps of about a nanosecond.
@@ -15,8 +16,8 @@ struct PelXercesModelCost {
     /// `enough`.
     static std::size_t countParts(const xercesc::ContentSpecNode* model, std::size_t enough);
 
-    std::size_t leaves = 0; ///< Names, as often as they occur.
-    std::size_t names = 0;  ///< Different names.
-    std::size_t steps = 0;  ///< What is done but for the automaton's states.
+    std::size_t leaves = 0;  ///< Names, as often as they occur.
+    std::size_t names = 0;   ///< Different names.
+    std::uint64_t steps = 0; ///< What is done but for the automaton's states.
     std::size_t stepsPerState = 0;
 };

@@ -43,9 +43,10 @@ void PelXercesReadLimits::setBounds(const Bounds& newBounds) {
 }
 
 // No bound that is set is too large to be counted with.
-std::size_t PelXercesReadLimits::boundFor(std::size_t base, std::size_t perByte) const noexcept {
-    constexpr std::size_t most = std::numeric_limits<std::size_t>::max();
-    return perByte != 0 && input > (most - base) / perByte ? most : base + perByte * input;
+std::uint64_t PelXercesReadLimits::boundFor(std::size_t base, std::size_t perByte) const noexcept {
+    constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
+    return perByte != 0 && input > (most - base) / perByte ? most
+                                                           : base + std::uint64_t{perByte} * input;
 }
 
 void PelXercesReadLimits::addInput(std::size_t bytes) noexcept {

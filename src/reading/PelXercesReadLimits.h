@@ -71,7 +71,7 @@ public:
     bool opensAgain(const std::string& path) { return !files.insert(path).second; }
 
     /// The engine is about to do some work, or has just done it.
-    void addWork(Work kind, std::size_t steps) {
+    void addWork(Work kind, std::uint64_t steps) {
         shares[static_cast<std::size_t>(kind)] += steps;
         if ((work += steps) > workBound)
             exceedWork();
@@ -140,7 +140,7 @@ public:
     }
 
 private:
-    std::size_t boundFor(std::size_t base, std::size_t perByte) const noexcept;
+    std::uint64_t boundFor(std::size_t base, std::size_t perByte) const noexcept;
 
     static constexpr unsigned eventsPerLook = 32;
 
@@ -158,11 +158,11 @@ private:
 
     Bounds bounds;
     std::size_t input = 0;
-    std::size_t work = 0;
-    std::size_t workBound = 0;
+    std::uint64_t work = 0; // on 32 bits, too, there is more of it than a size can tell
+    std::uint64_t workBound = 0;
     std::size_t memory = 0;
-    std::size_t memoryBound = 0;
-    std::array<std::size_t, 6> shares{};
+    std::uint64_t memoryBound = 0;
+    std::array<std::uint64_t, 6> shares{};
     std::size_t expansion = 0;
     std::size_t longestEntity = 0;
     std::size_t references = 0;

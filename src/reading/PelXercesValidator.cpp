@@ -10,6 +10,7 @@
 #include <xercesc/validators/DTD/DTDGrammar.hpp>
 
 #include <algorithm>
+#include <cstdint>
 #include <string_view>
 
 using xercesc::DTDElementDecl;
@@ -49,7 +50,8 @@ void PelXercesValidator::validateAttrValue(const XMLAttDef* attribute, const XML
                                            const xercesc::XMLElementDecl* element) {
     const XMLCh* const values = attribute->getEnumeration();
     if (values != nullptr && *values != 0)
-        memory.getLimits().addWork(Work::values, countTokens(value) * XMLString::stringLen(values));
+        memory.getLimits().addWork(Work::values, std::uint64_t{countTokens(value)} *
+                                                     XMLString::stringLen(values));
     const XMLAttDef::AttTypes type = attribute->getType();
     if (type == XMLAttDef::ID || type == XMLAttDef::IDRef || type == XMLAttDef::IDRefs)
         memory.getNames().addIds(*getScanner()->getIDRefList(), value);
@@ -64,7 +66,8 @@ bool PelXercesValidator::checkContent(xercesc::XMLElementDecl* element, xercesc:
     if (count > few)
         for (XMLSize_t i = 0; i < childCount; ++i)
             memory.getLimits().addWork(
-                Work::content, count * (4 + XMLString::stringLen(children[i]->getRawName()) / 4));
+                Work::content,
+                std::uint64_t{count} * (4 + XMLString::stringLen(children[i]->getRawName()) / 4));
     return DTDValidator::checkContent(element, children, childCount, failingChild);
 }
 
