@@ -18,27 +18,28 @@ except ImportError as error:
     raise gdb.GdbError(f"QRNDOM's strings and handles are shown as they lie in memory: this gdb lacks "
                        f"Python modules of its own ({error})")
 
-NODE_IN_IMP = 24  # of PelXercesDOMNode: after its table, content and tree
-NODE_IN_LIST = 16  # of PelXercesDOMNodeList: after its table and tree
-CHILDREN_IN_LIST = 40  # after two links to other references
-TAG_NAME_IN_LIST = 48
+# Places are counted in words, of four or eight bytes.
+NODE_IN_IMP = 3  # of PelXercesDOMNode: after its table, content and tree
+NODE_IN_LIST = 2  # of PelXercesDOMNodeList: after its table and tree
+CHILDREN_IN_LIST = 5  # after two links to other references
+TAG_NAME_IN_LIST = 6
 LONGEST_TEXT = 60
 NO_SYMBOLS = "what it stands for is not known, since gdb has no symbols of libxerces-c"
 
 # Class of the engine: what it is, and where its name is or, for "text", its characters.
 NODES = {
-    "DOMElementImpl": ("element", 136),
-    "DOMElementNSImpl": ("element", 136),
-    "DOMAttrImpl": ("attribute", 96),
-    "DOMAttrNSImpl": ("attribute", 96),
-    "DOMTextImpl": ("text", 64),
-    "DOMCDATASectionImpl": ("CDATA section", 64),
-    "DOMCommentImpl": ("comment", 64),
-    "DOMProcessingInstructionImpl": ("processing instruction", 80),
-    "DOMDocumentTypeImpl": ("document type", 120),
-    "DOMEntityReferenceImpl": ("entity reference", 120),
-    "DOMEntityImpl": ("entity", 96),
-    "DOMNotationImpl": ("notation", 40),
+    "DOMElementImpl": ("element", 17),
+    "DOMElementNSImpl": ("element", 17),
+    "DOMAttrImpl": ("attribute", 12),
+    "DOMAttrNSImpl": ("attribute", 12),
+    "DOMTextImpl": ("text", 8),
+    "DOMCDATASectionImpl": ("CDATA section", 8),
+    "DOMCommentImpl": ("comment", 8),
+    "DOMProcessingInstructionImpl": ("processing instruction", 10),
+    "DOMDocumentTypeImpl": ("document type", 15),
+    "DOMEntityReferenceImpl": ("entity reference", 15),
+    "DOMEntityImpl": ("entity", 12),
+    "DOMNotationImpl": ("notation", 5),
     "DOMDocumentImpl": ("document", None),
     "DOMDocumentFragmentImpl": ("document fragment", None),
 }
@@ -49,14 +50,19 @@ def at(address, type_name):
     return gdb.Value(address).cast(gdb.lookup_type(type_name).pointer()).dereference()
 
 
-def pointer_at(address):
-    return int(at(address, "unsigned long"))
+def place(begin, words):
+    return begin + words * gdb.lookup_type("void").pointer().sizeof
+
+
+def pointer_at(begin, words=0):
+    return int(at(place(begin, words), "unsigned long"))
 
 
 def quoted(address, length=-1):
     """The UTF-16 text at an address, cut when it is long; to its NUL without a length."""
     text = gdb.Value(address).cast(gdb.lookup_type("char16_t").pointer())
-    cut = text.string("utf-16-le", "replace", min(length, LONGEST_TEXT))
+    order = "be" if "big endian" in gdb.execute("show endian", to_string=True) else "le"
+    cut = text.string("utf-16-" + order, "replace", min(length, LONGEST_TEXT))
     return f'"{cut}"' + ("..." if length > LONGEST_TEXT else "")
 
 
@@ -74,13 +80,13 @@ def describe_node(node):
     table = table_of(node)
     if table is None:
         return NO_SYMBOLS
-    kind, place = NODES.get(table, (None, None))
-    if place is None:
+    kind, words = NODES.get(table, (None, None))
+    if words is None:
         return kind
     if kind in WITH_TEXT:
-        buffer = pointer_at(node + place)
-        return f"{kind} {quoted(pointer_at(buffer), pointer_at(buffer + 8))}"
-    return f"{kind} {quoted(pointer_at(node + place))}"
+        buffer = pointer_at(node, words)
+        return f"{kind} {quoted(pointer_at(buffer), pointer_at(buffer, 1))}"
+    return f"{kind} {quoted(pointer_at(node, words))}"
 
 
 def describe_list(imp):
@@ -88,13 +94,13 @@ def describe_list(imp):
     # name, and then the list must hold a node.
     if table_of(imp) not in (None, "PelXercesDOMNodeList"):
         return None
-    node = describe_node(pointer_at(imp + NODE_IN_LIST))
+    node = describe_node(pointer_at(imp, NODE_IN_LIST))
     if node in (None, NO_SYMBOLS):
         return node
-    if at(imp + CHILDREN_IN_LIST, "bool"):
+    if at(place(imp, CHILDREN_IN_LIST), "bool"):
         return f"children of {node}"
-    name = imp + TAG_NAME_IN_LIST
-    return f"elements {quoted(pointer_at(name), pointer_at(name + 8))} in {node}"
+    name = place(imp, TAG_NAME_IN_LIST)
+    return f"elements {quoted(pointer_at(name), pointer_at(name, 1))} in {node}"
 
 
 class Handle:
@@ -114,7 +120,7 @@ class Handle:
 
 class NodeHandle(Handle):
     def __init__(self, value):
-        super().__init__(value, lambda imp: describe_node(pointer_at(imp + NODE_IN_IMP)))
+        super().__init__(value, lambda imp: describe_node(pointer_at(imp, NODE_IN_IMP)))
 
 
 class ListHandle(Handle):

@@ -1,7 +1,12 @@
 # SPDX-License-Identifier: MIT
 """Run by gdb on the program of shown.cpp: compares what gdb shows of each variable."""
 
+import locale
+
 import gdb
+
+# What can be printed is what the locale knows, which may be none.
+locale.setlocale(locale.LC_CTYPE, "C.UTF-8")
 
 EXPECTED = {
     "empty": 'u""',
