@@ -28,6 +28,20 @@ TEST(Strings, ComeFromEveryKindOfText) {
     EXPECT_EQ(PelString::fromLatin1(nullptr, 0), "");
 }
 
+TEST(Strings, ComeFromTextThatSaysItIsUtf8) {
+    const char8_t* const literal = u8"\u00e9\U0001F600";
+    const std::u8string text = literal, longer(u8"\u00e9\0", 3);
+    PelString assigned("old"), copied;
+    for (const PelString& made : {PelString(literal), PelString(text), PelString(std::u8string_view(text)),
+             assigned = literal, copied = text})
+        EXPECT_EQ(made.view(), u"\u00e9\U0001F600");
+    EXPECT_EQ(PelString(longer).view(), std::u16string_view(u"\u00e9\0", 2));
+    EXPECT_EQ(PelString(std::u8string_view(text).substr(0, 2)), u8"\u00e9");
+    expectAnswers({{assigned == text, "1"}, {literal != assigned, "0"}, {assigned == longer, "0"},
+        {u8"\u00e9" != assigned, "1"}, {PelString(static_cast<const char8_t*>(nullptr)), "''"},
+        {assigned = static_cast<const char8_t*>(nullptr), "''"}});
+}
+
 TEST(Strings, AreComparedWithTextAsItIs) {
     const std::string part[] = {"a", "z", "\xC3\xA9", "\xF0\x9F\x98\x80", "\xC3", "\x80\x80", "\xED\xA0\x80",
         std::string(1, '\0'), std::string(126, 'x'), "\xEF\xBF\xBD"};

@@ -26,6 +26,11 @@ class QRNDOM_API PelString {
                                         std::is_same_v<std::decay_t<Text>, const char*> ||
                                         std::is_same_v<std::decay_t<Text>, char16_t*> ||
                                         std::is_same_v<std::decay_t<Text>, const char16_t*> ||
+#ifdef __cpp_char8_t
+                                        std::is_same_v<std::decay_t<Text>, char8_t*> ||
+                                        std::is_same_v<std::decay_t<Text>, const char8_t*> ||
+                                        std::is_same_v<Text, std::u8string> ||
+#endif
                                         std::is_same_v<Text, std::string> ||
                                         std::is_same_v<Text, std::u16string>,
                                     int>;
@@ -40,8 +45,9 @@ class QRNDOM_API PelString {
     }
 
 public:
-    PelString() noexcept = default;        ///< The empty string.
-    PelString(std::nullptr_t) noexcept {}  ///< The empty string.
+    PelString() noexcept = default; ///< The empty string.
+    PelString(std::nullptr_t) noexcept {
+    }                                      ///< The empty string.
     PelString(const char16_t* text);       ///< From NUL-terminated UTF-16.
     PelString(const unsigned short* text); ///< The same from the other 16-bit type.
 
@@ -52,12 +58,14 @@ public:
     /// the library takes a PelString.
     template <class Allocator>
     PelString(const std::basic_string<char, std::char_traits<char>, Allocator>& utf8)
-        : PelString(decoded(utf8)) {}
+        : PelString(decoded(utf8)) {
+    }
 
     /// The same from a view; explicit.
     template <class Traits>
     explicit PelString(std::basic_string_view<char, Traits> utf8)
-        : PelString(decoded({utf8.data(), utf8.size()})) {}
+        : PelString(decoded({utf8.data(), utf8.size()})) {
+    }
 
     /// From UTF-16 of a given length, which may hold U+0000. As a file name or in the tree, such a
     /// string ends at its first U+0000, or is refused by operations that check the characters.
@@ -66,9 +74,28 @@ public:
     /// The same from a string.
     template <class Allocator>
     PelString(const std::basic_string<char16_t, std::char_traits<char16_t>, Allocator>& utf16)
-        : PelString(std::u16string_view(utf16)) {}
+        : PelString(std::u16string_view(utf16)) {
+    }
 
     explicit PelString(std::u16string&& text) noexcept; ///< The same without copying.
+
+#ifdef __cpp_char8_t
+    /// From NUL-terminated UTF-8 of the type that says so: u8"...", in C++20 and later.
+    PelString(const char8_t* utf8) : PelString(reinterpret_cast<const char*>(utf8)) {
+    }
+
+    /// The same of a given length.
+    template <class Allocator>
+    PelString(const std::basic_string<char8_t, std::char_traits<char8_t>, Allocator>& utf8)
+        : PelString(std::u8string_view(utf8)) {
+    }
+
+    /// The same from a view; explicit.
+    template <class Traits>
+    explicit PelString(std::basic_string_view<char8_t, Traits> utf8)
+        : PelString(decoded(bytesOf({utf8.data(), utf8.size()}))) {
+    }
+#endif
 
     PelString(const PelString& other);     ///< Copies the text.
     PelString(PelString&& other) noexcept; ///< Leaves `other` empty.
@@ -82,17 +109,29 @@ public:
     PelString& operator=(const char16_t* text);       ///< From UTF-16.
     PelString& operator=(const unsigned short* text); ///< From UTF-16.
     PelString& operator=(const char* text);           ///< From UTF-8.
+#ifdef __cpp_char8_t
+    /// From UTF-8.
+    PelString& operator=(const char8_t* utf8) {
+        return *this = reinterpret_cast<const char*>(utf8);
+    }
+#endif
 
     /// Text in ISO-8859-1: each byte is the character of that number.
     static PelString fromLatin1(const char* bytes, std::size_t size);
 
-    int isEmpty() const noexcept { return text.empty() ? 1 : 0; } ///< 1 or 0.
+    int isEmpty() const noexcept {
+        return text.empty() ? 1 : 0;
+    } ///< 1 or 0.
 
     /// The number of UTF-16 code units.
-    long length() const noexcept { return static_cast<long>(text.size()); }
+    long length() const noexcept {
+        return static_cast<long>(text.size());
+    }
 
     /// The text, followed by a NUL that the view does not count. Borrowed, as the two below.
-    std::u16string_view view() const noexcept { return text; }
+    std::u16string_view view() const noexcept {
+        return text;
+    }
 
     const unsigned short* getStringWAsUnsignedShort() const; ///< NUL-terminated code units.
 
@@ -173,7 +212,17 @@ private:
     static std::u16string decoded(std::string_view utf8);
 
     bool holds(std::string_view utf8) const noexcept;
-    bool holds(std::u16string_view other) const noexcept { return text == other; }
+#ifdef __cpp_char8_t
+    static std::string_view bytesOf(std::u8string_view utf8) noexcept {
+        return {reinterpret_cast<const char*>(utf8.data()), utf8.size()};
+    }
+    bool holds(std::u8string_view utf8) const noexcept {
+        return holds(bytesOf(utf8));
+    }
+#endif
+    bool holds(std::u16string_view other) const noexcept {
+        return text == other;
+    }
 
     void replace(std::u16string&& changed) noexcept;
     void dropForms() noexcept;
