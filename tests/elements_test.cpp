@@ -3,6 +3,7 @@
 #include "xerces/PelXercesDOMNode.h"
 #include "xerces/PelXercesRules.h"
 
+#include <algorithm>
 #include <cfloat>
 #include <charconv>
 #include <cmath>
@@ -123,13 +124,13 @@ TEST(Values, AreTheFallbackUnlessWholeAndInRange) {
             static_cast<long>(root.getAttributeOr("n", 9U)), root.getAttributeOr("n", true),
             root.getAttributeOr("n", false), root.getAttributeOr("n", -9.5) == -9.5 ? "-"s : "real"s});
     };
-    const std::pair<const char*, const char*> cases[] = {{"", "-9 -9 9 1 0 '-'"}, {"7", "7 7 7 1 0 'real'"},
+    const std::pair<const char*, std::string> cases[] = {{"", "-9 -9 9 1 0 '-'"}, {"7", "7 7 7 1 0 'real'"},
         {" 1\n", "1 1 1 1 1 'real'"}, {"0", "0 0 0 0 0 'real'"}, {"128", "128 -9 128 1 0 'real'"},
         {"-128", "-128 -128 9 1 0 'real'"}, {"-129", "-129 -9 9 1 0 'real'"},
-        {"4294967296", "4294967296 -9 9 1 0 'real'"}, {"7x", "-9 -9 9 1 0 '-'"},
-        {"7.0", "-9 -9 9 1 0 'real'"}, {"true", "-9 -9 9 1 1 '-'"}, {"false", "-9 -9 9 0 0 '-'"},
-        {"True", "-9 -9 9 1 0 '-'"}, {"9223372036854775808", "-9 -9 9 1 0 'real'"},
-        {"1e999", "-9 -9 9 1 0 '-'"}};
+        {"4294967296", (LONG_MAX > INT_MAX ? "4294967296"s : "-9"s) + " -9 9 1 0 'real'"},
+        {"7x", "-9 -9 9 1 0 '-'"}, {"7.0", "-9 -9 9 1 0 'real'"}, {"true", "-9 -9 9 1 1 '-'"},
+        {"false", "-9 -9 9 0 0 '-'"}, {"True", "-9 -9 9 1 0 '-'"},
+        {"9223372036854775808", "-9 -9 9 1 0 'real'"}, {"1e999", "-9 -9 9 1 0 '-'"}};
     for (const auto& [text, expected] : cases) EXPECT_EQ(read(text), expected) << text;
     expectAnswers({{root.getAttributeOr("absent", 5), "5"}, {null.getAttributeOr("n", 5), "5"},
         {null.getAttributeOr("n", true), "1"}, {null.setAttribute("n", 5), "null-node"}});
@@ -163,14 +164,16 @@ TEST(TypedReads, FollowTheRulesOfFormattedInput) {
         infin - inf       na - -           nan(1 - nan     nan - nan        nanx - nan       -NAN(ab_1) - -nan
         1.5em 1 1.5       12EUR 12 12      3eV 3 3         100ergs 100 100  1_0 1 1          -0xg 0 -0
         1e999 1 inf       -1e-999 -1 -0      000000000000000000000000000012 12 12
-        9223372036854775807 9223372036854775807 9223372036854775808
-        9223372036854775808 9223372036854775807 9223372036854775808
-        -9223372036854775808 -9223372036854775808 -9223372036854775808
-        -99999999999999999999 -9223372036854775808 -1e+20)");
+        9223372036854775807 MAX 9223372036854775808   9223372036854775808 MAX 9223372036854775808
+        -9223372036854775808 MIN -9223372036854775808 -99999999999999999999 MIN -1e+20)");
     for (std::string text, whole, real; table >> text >> whole >> real;) {
+        if (whole == "MAX") whole = std::to_string(LONG_MAX);
+        if (whole == "MIN") whole = std::to_string(LONG_MIN);
         EXPECT_EQ(typed(text.c_str(), -99L), whole) << text;
         EXPECT_EQ(typed(text.c_str(), -99.0), real) << text;
     }
+    for (const long edge : {LONG_MIN, LONG_MIN + 1, LONG_MAX - 1, LONG_MAX})
+        EXPECT_EQ(typed(std::to_string(edge), -99L), std::to_string(edge));
     for (const char16_t* text : {u"   ", u"- 1", u"\u00a05", u"\u0665"})
         EXPECT_EQ(typed(text, -99L) + typed(text, -99.0), "--") << PelString(text);
     EXPECT_EQ(typed(" \t\r\n\v\f7", -99L) + typed(" \t\r\n\v\f7", -99.0), "77");

@@ -39,10 +39,10 @@ TEST(Filer, PrintsNumbersByTheirFormats) {
         const PelDOM::Error code = filer.setAttribute("k", value, format);
         return answers({code, filer.currentElement().getAttribute("k")});
     };
-    const std::tuple<long, const char16_t*, const char*> wholes[] = {{42, u"", "ok '42'"},
-        {-7, u"", "ok '-7'"}, {LONG_MIN, u"", "ok '-9223372036854775808'"}, {7, u"%05d", "ok '00007'"},
-        {7, u"%5ld kg", "ok '    7 kg'"}, {255, u"%#x", "ok '0xff'"}, {9, u"100%% %hhd", "ok '100% 9'"},
-        {LONG_MAX, u"%d", "ok '9223372036854775807'"}};
+    const std::tuple<long, const char16_t*, std::string> wholes[] = {{42, u"", "ok '42'"},
+        {-7, u"", "ok '-7'"}, {LONG_MIN, u"", "ok '" + std::to_string(LONG_MIN) + "'"},
+        {7, u"%05d", "ok '00007'"}, {7, u"%5ld kg", "ok '    7 kg'"}, {255, u"%#x", "ok '0xff'"},
+        {9, u"100%% %hhd", "ok '100% 9'"}, {LONG_MAX, u"%d", "ok '" + std::to_string(LONG_MAX) + "'"}};
     for (const auto& [value, format, text] : wholes) EXPECT_EQ(printed(value, format), text);
     for (const char16_t* format : {u"no conversion", u"%d%d", u"%s", u"%n%d", u"%*d", u"%.*d", u"%f", u"%c",
              u"%d %y", u"%%", u"%", u"%100001d", u"%.100001d"})

@@ -87,7 +87,8 @@ TEST(Lists, AreMovedAndCompared) {
     EXPECT_EQ(document.getElementsByTagName("*").length(), 3);
     PelDOMNodeList one = distinct[0], two(std::move(one)), three = distinct[1];
     EXPECT_EQ(&(three = std::move(two)), &three);
-    three = std::move(*&three);
+    PelDOMNodeList& same = three;
+    three = std::move(same);
     EXPECT_TRUE(!one && !two && three == distinct[0]);
 }
 
@@ -151,7 +152,7 @@ TEST(Lists, FollowEveryChangeAtOnce) {
             if (pick(3) == 0) continue; // let it fall behind
             ASSERT_EQ(kept[i].length(), fresh[i].length());
             for (int probe = 0; probe < 4 && fresh[i].length() > 0; ++probe) {
-                const long index = static_cast<long>(random()) % fresh[i].length();
+                const auto index = static_cast<long>(pick(static_cast<std::size_t>(fresh[i].length())));
                 ASSERT_EQ(nodeOf(itemOf(kept[i], index)), nodeOf(itemOf(fresh[i], index)));
             }
         }

@@ -47,7 +47,8 @@ protected:
 };
 
 std::string utf16(const std::u16string& text) {
-    return "\xFF\xFE" + std::string(reinterpret_cast<const char*>(text.data()), 2 * text.size());
+    const std::u16string marked = u"\uFEFF" + text;
+    return std::string(reinterpret_cast<const char*>(marked.data()), 2 * marked.size());
 }
 
 std::string repeated(const std::string& text, int times) {

@@ -255,8 +255,8 @@ TEST(Writing, EscapesNothingThatItNeedNot) {
 // Encodings that have text mode in files; then others, by the engine's name and by ICU's.
 static const char* const byteOriented[] = {"UTF-8", "ISO-8859-1", "US-ASCII", "windows-1252", "ISO-8859-15",
     "KOI8-R", "Shift_JIS", "EUC-JP", "GB18030", "ISO-2022-JP"};
-static const std::pair<const char*, const char*> wide[] = {
-    {"UTF-16", "UTF-16LE"}, {"UTF-16BE", "UTF-16BE"}, {"ISO-10646-UCS-4", "UTF-32LE"}};
+static const std::pair<const char*, const char*> wide[] = {{"UTF-16", "UTF16_PlatformEndian"},
+    {"UTF-16BE", "UTF-16BE"}, {"ISO-10646-UCS-4", "UTF32_PlatformEndian"}};
 
 // Pairs fall on both sides of every edge of the engine's buffers, in text and in an attribute; what
 // an encoding cannot hold comes back as a reference; file and string say the same.
