@@ -91,7 +91,7 @@ foreach(option IN LISTS options)
     endif()
 endforeach()
 foreach(call --version -V)
-    expect(0 "qrndom-check [0-9]+\\.[0-9]+\\.[0-9]+\n" "" ${call})
+    expect(0 "qrndom-check [0-9]+\\.[0-9]+\\.[0-9]+\nXerces-C[+][+] [^\n]+\n" "" ${call})
 endforeach()
 foreach(call "--help" "--outline good.xml" "--format good.xml")
     execute_process(COMMAND sh -c "\"$0\" ${call} >/dev/full" "${TOOL}" WORKING_DIRECTORY "${SCRATCH_DIR}"

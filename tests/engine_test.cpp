@@ -3,6 +3,8 @@
 #include "xerces/PelXercesFields.h"
 #include "xerces/PelXercesTrial.h"
 
+#include <xercesc/util/XercesVersion.hpp>
+
 #include <algorithm>
 #include <cstring>
 #include <functional>
@@ -23,6 +25,11 @@ TEST_F(Engine, IsKnownWhereItWasTried) {
 #else
     EXPECT_FALSE(Fields::areKnown());
 #endif
+    services().terminate(); // as a program that has not started it
+    const PelString said = PelDOMUtilites::describeEngine();
+    services().init();
+    EXPECT_EQ(said.find("interface alone") < 0, Fields::areKnown()) << said;
+    EXPECT_EQ(said.find("Xerces-C++ " XERCES_FULLVERSIONDOT ", "), 0) << said;
 }
 
 // Each is an engine that keeps something in another way.
@@ -81,9 +88,13 @@ TEST_F(Engine, IsFoundOutWhenItsNodesAreOthers) {
         {"map's owner", [](Trial& t) { Fields::ownerOf(*Fields::attributesOf(*t.parent)) = wild; }},
         {"map's mark", [](Trial& t) { Fields::attributesOf(*t.parent)->hasDefaults(true); }},
         {"map's list",
-            [](Trial& t) { std::memcpy(&Fields::listOf(*Fields::attributesOf(*t.parent)), &wild, 8); }},
+            [](Trial& t) {
+                std::memcpy(&Fields::listOf(*Fields::attributesOf(*t.parent)), &wild, sizeof wild);
+            }},
         {"defaults' list",
-            [](Trial& t) { std::memcpy(&Fields::listOf(*Fields::defaultsOf(*t.parent)), &wild, 8); }},
+            [](Trial& t) {
+                std::memcpy(&Fields::listOf(*Fields::defaultsOf(*t.parent)), &wild, sizeof wild);
+            }},
         {"list's nodes", [=](Trial& t) { listOf(t).nodes = nullptr; }},
         {"list's node", [=](Trial& t) { listOf(t).nodes[0] = t.text; }},
         {"list's size", [=](Trial& t) { listOf(t).size = 2; }},
@@ -102,7 +113,7 @@ TEST_F(Engine, IsFoundOutWhenItsNodesAreOthers) {
         {"attribute's name", [](Trial& t) { Fields::nameOf(*t.attribute) = u"n"; }},
         {"names' length", [=](Trial& t) { nameOf(t).fLength = 2; }},
         {"names' chain", [=](Trial& t) { nameOf(t).fNext = &nameOf(t); }},
-        {"names' table", [](Trial& t) { std::memcpy(&Fields::namesOf(t.document), &wild, 8); }},
+        {"names' table", [](Trial& t) { std::memcpy(&Fields::namesOf(t.document), &wild, sizeof wild); }},
         {"names' places", [](Trial& t) { Fields::namePlacesOf(t.document) = 0; }},
         {"more places", [](Trial& t) { Fields::namePlacesOf(t.document) = 1U << 30U; }},
         {"hash", [](Trial& t) { Fields::namePlacesOf(t.document) = 64; }},

@@ -228,7 +228,8 @@ int main(int argc, char** argv) {
             std::cout << usage << "\n" << help;
             return finish(good);
         case 'V':
-            std::cout << "qrndom-check " QRNDOM_VERSION "\n";
+            std::cout << "qrndom-check " QRNDOM_VERSION "\n"
+                      << PelDOMUtilites::describeEngine() << "\n";
             return finish(good);
         default:
             return complain("");

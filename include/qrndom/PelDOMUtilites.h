@@ -32,6 +32,11 @@ public:
     /// people: "a.xml: No space left on device", whatever its code. Empty when it did.
     static PelString getLastWriteMessage();
 
+    /// The engine's release and how the library uses it here, as one line for people. "through its
+    /// interface alone" is the slow way: see QRNDOM_ENGINE_FIELDS, and releases that are not known.
+    /// Starts the engine for as long as the call takes, if it is not started.
+    static PelString describeEngine();
+
     /// A services object that has not started its engine: NOT_INITIALIZED.
     PelDOMUtilites();
 

@@ -2,6 +2,7 @@
 #include "output/PelWriteMessage.h"
 #include "reading/PelReadMessage.h"
 #include "services/PelXercesDOMUtilities.h"
+#include "xerces/PelXercesEngine.h"
 
 #include <qrndom/PelDOMUtilites.h>
 
@@ -27,6 +28,10 @@ PelString PelDOMUtilites::getLastReadMessage() {
 
 PelString PelDOMUtilites::getLastWriteMessage() {
     return PelWriteMessage::get();
+}
+
+PelString PelDOMUtilites::describeEngine() {
+    return PelXercesEngine::describe();
 }
 
 PelDOMUtilites::PelDOMUtilites() = default;

@@ -105,3 +105,22 @@ PelXercesEngine::Share::~Share() {
     if (--shares == 0)
         XMLPlatformUtils::Terminate();
 }
+
+PelString PelXercesEngine::describe() {
+    const PelString release("Xerces-C++ " XERCES_FULLVERSIONDOT);
+    try {
+        if (!start())
+            return release + u", which does not start";
+    } catch (const xercesc::XMLException&) {
+        return release + u", which does not start";
+    }
+    const bool areKnown = PelXercesFields::areKnown();
+    stop();
+    if (!areKnown)
+        return release + u", used through its interface alone";
+#ifdef QRNDOM_FAST_READ
+    return release + u", whose fields are known";
+#else
+    return release + u", whose fields are known, and whose parser reads everything";
+#endif
+}

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <qrndom/PelString.h>
+
 /// The engine's start and stop.
 ///
 /// The engine counts its starts without a lock and falls to pieces under live trees when the count
@@ -15,6 +17,10 @@ public:
     /// One stop of the engine. A stop that no start stands for does not take the engine away from
     /// shares, nor from a program that has started it by itself.
     static void stop();
+
+    /// The engine's release and how it is used, as one line for people. Starts it for as long as
+    /// the call takes.
+    static PelString describe();
 
     /// Keeps the engine up while it lives.
     class Share {
