@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 //
 // How reading, walking and writing grow with the size of the catalogue, from 1 MB to 200 MB, and
-// how making nodes of different names grows with their number.
+// how making nodes of different names, and loops that change what they go through, grow with the
+// number of these.
 
+#include "edit_loops.h"
 #include "libraries.h"
 
 #include <xercesc/util/XMLString.hpp>
@@ -156,6 +158,7 @@ int main(int argc, char** argv) try {
         registerFor<Qrndom>(document, size, repetitions);
         registerFor<Engine>(document, size, repetitions);
     }
+    registerEditLoops();
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 } catch (const std::exception& failure) {

@@ -21,7 +21,10 @@ PEERS = ["libxml2", "tinyxml2", "pugixml"]
 ORDER = ["read_file", "read_string", "messages", "walk", "children", "ranges", "tags", "attributes",
          "texts", "write_file", "write_string", "drop", "fill", "front", "csv", "memory", "grow_read",
          "grow_walk", "grow_write", "names_create", "names_attribute", "names_rename", "names_alike",
-         "names_import"]
+         "names_import"] + [
+             f"loop_{name}" for name in ("remove_first", "remove_last", "remove_middle", "remove_records",
+                                         "remove_nested", "rename_first", "rename_last", "append", "insert",
+                                         "wrap", "move", "range")]
 NAMES = {ENGINE: "engine", "libxml2": "libxml2", "tinyxml2": "TinyXML-2", "pugixml": "pugixml"}
 WORKLOADS = [
     ("Read a catalogue", "read_file/catalogue", {ENGINE: 0.18, "libxml2": 0.45, "tinyxml2": 0.95}),
