@@ -282,8 +282,23 @@ TEST(Names, ChangeInPlace) {
     for (const char16_t* name : {u"", u"1", u"a b", u"a\xD800"})
         EXPECT_EQ(a.setTagName(name), PelDOM::INVALID_VALUE) << PelString(name);
     expectAnswers({{root.setTagName("q:r"), "ok"}, {document, "#9(#10 q:r(a x=1(|t|) c d=c y=c))"}});
-    expectAnswers({{b.putAttribute("k", "v"), "ok"}, {b.setTagName("a"), "ok"}, {b, "a k=v"},
-        {services().createDocument("r").getDocumentElement().setTagName("s"), "ok"}});
+    expectAnswers({{b.putAttribute("k", "v"), "ok"}, {b.setTagName("a"), "ok"}, {b, "a k=v"}});
+}
+
+// The engine makes it of another kind, which goes by rules of namespaces.
+TEST(Names, OfACreatedRootChangeToAnyOther) {
+    const PelDOMDocument document = services().createDocument("r");
+    PelDOMElement root = document.getDocumentElement();
+    const PelDOMNodeList former = document.getElementsByTagName("r");
+    EXPECT_EQ(former.length(), 1);
+    for (const char* name : {"p:q", ":a", "a:b:c", "xmlns:p", "xml:b", "s", "p:q", "r"}) {
+        const PelDOMNodeList list = document.getElementsByTagName(name);
+        const long before = list.length();
+        expectAnswers({{root.setTagName(name), "ok"}, {root.getTagName(), answers({PelString(name)})},
+            {list.length(), "1"}, {before, "0"}, {former.length(), name == PelString("r") ? "1" : "0"}});
+    }
+    EXPECT_EQ(root.setTagName("1"), PelDOM::INVALID_VALUE);
+    EXPECT_EQ(show(document), "#9(#13 r)");
 }
 
 // Recursion would not get through this.

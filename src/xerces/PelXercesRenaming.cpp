@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/PelXercesRenaming.h"
 
+#include <xercesc/dom/DOMException.hpp>
+#include <xercesc/util/XMLString.hpp>
+
 #include <vector>
 
 using xercesc::DOMAttrImpl;
@@ -77,10 +80,18 @@ private:
 // The engine's own way also adds what the element has by default, and mistakes it where there is
 // any.
 void setName(DOMElementImpl& element, const XMLCh* name, xercesc::DOMDocumentImpl& document) {
-    if (PelXercesFields::areKnown())
+    if (PelXercesFields::areKnown()) {
         PelXercesFields::nameOf(element) = document.getPooledString(name);
-    else
+        return;
+    }
+    try {
         document.renameNode(&element, nullptr, name);
+    } catch (const xercesc::DOMException&) {
+        // The root that came with a created document is the one element that knows namespaces: it
+        // takes any name, and complains of a prefix without a namespace afterwards.
+        if (!xercesc::XMLString::equals(element.getTagName(), name))
+            throw;
+    }
 }
 
 } // namespace
