@@ -505,6 +505,73 @@ private:
         keep(node, index < listed.size() ? to(listed[index]) : Ref());
     }
 
+    // A question that changes where the list stands, to be held against a list computed anew.
+    PelDOMNode ask(const List& list, Node*& inModel) {
+        const std::vector<Node*> listed = list.nodes();
+        expectSame(list.handle.length(), static_cast<long>(listed.size()), "length");
+        PelDOMNode node;
+        inModel = nullptr;
+        if (listed.empty()) return node;
+        const std::size_t choice = in.below(4), last = listed.size() - 1;
+        const std::size_t index = choice == 0 ? 0 : choice == 1 ? last : in.byte() % listed.size();
+        expectSame(list.handle.item(static_cast<long>(index), node), PelDOM::SUCCESS, "item");
+        inModel = listed[index];
+        check(node, to(inModel));
+        return node;
+    }
+
+    // Loops that go by position and change what they find, while other lists are asked or not.
+    void editListed() {
+        if (lists.empty()) return;
+        const List& list = in.oneOf(lists);
+        for (std::size_t steps = in.below(16); steps > 0 && nodes.size() < 2000; --steps) {
+            Node* found = nullptr;
+            PelDOMNode node = ask(list, found);
+            if (found == nullptr) return;
+            edit(node, *found);
+            for (const List& other : lists)
+                if (in.below(2) == 0) ask(other, found);
+        }
+    }
+
+    void edit(PelDOMNode& node, Node& inModel) {
+        PelDOMNode parent = node.getParentNode();
+        Node& above = *inModel.parent;
+        Handle& target = some();
+        const Text tag = in.oneOf(goodNames);
+        PelDOMElement element(node);
+        const bool isElement = inModel.type == PelDOM::ELEMENT_NODE;
+        switch (in.below(6)) {
+        case 0:
+            expectSame(parent.removeChild(node), PelDOM::SUCCESS, "removeChild");
+            return inModel.unlink();
+        case 1:
+            expectSame(element.setTagName(PelString(tag)), isElement ? PelDOM::SUCCESS : PelDOM::NULL_NODE,
+                "setTagName");
+            if (isElement) inModel.rename(tag);
+            return;
+        case 2:
+            expectCode("appendTextElement", appendInModel(to(&inModel), tag, u"t"),
+                [&] { return element.appendTextElement(PelString(tag), "t"); });
+            return;
+        case 3:
+            if (target.ref.node == nullptr || !target.ref.node->takes(inModel, nullptr, nullptr)) return;
+            expectSame(target.handle.insertBefore(node, PelDOMNode()), PelDOM::SUCCESS, "insertBefore");
+            return target.ref.node->append(inModel);
+        default: {
+            if (!isElement || above.type != PelDOM::ELEMENT_NODE) return;
+            const bool isWrapping = in.below(2) == 0;
+            PelDOMElement made = node.getOwnerDocument().createElement(PelString(tag));
+            Node& added = make(inModel.document, PelDOM::ELEMENT_NODE, tag);
+            expectSame(parent.insertBefore(made, node), PelDOM::SUCCESS, "insertBefore");
+            above.insert(added, &inModel);
+            if (!isWrapping) return;
+            expectSame(made.appendChild(node), PelDOM::SUCCESS, "appendChild");
+            added.append(inModel);
+        }
+        }
+    }
+
     void list() {
         const auto [handle, ref] = some();
         const bool isElement = ref.is(PelDOM::ELEMENT_NODE);
@@ -760,7 +827,8 @@ private:
         &World::useFiler, &World::useFiler, &World::dump, &World::init, &World::terminate, &World::release,
         &World::checkAll, &World::createOther, &World::createOther, &World::insert, &World::insert,
         &World::insert, &World::insert, &World::copy, &World::copy, &World::rename, &World::makeGarbage,
-        &World::step, &World::step, &World::setContent, &World::move, &World::loop, &World::loop};
+        &World::step, &World::step, &World::setContent, &World::move, &World::loop, &World::loop,
+        &World::editListed, &World::editListed};
 
     // The engine takes long to start. One start of our own keeps it up, except in one run of eight.
     static inline bool isHeld = false;

@@ -15,6 +15,8 @@ static PelDOMNodeList elementsOf(const PelDOMElement& root, const PelString& nam
     return list;
 }
 
+static void remove(const PelDOMNode& node) { node.getParentNode().removeChild(node); }
+
 static PelString names(const PelDOMNodeList& list) {
     PelString joined;
     for (long i = 0; i < list.length(); ++i) joined += PelDOMElement(itemOf(list, i)).getTagName();
@@ -218,4 +220,79 @@ TEST(Lists, OfManyNodesAreWalkedWhileTheTreeGrows) {
         PelDOMElement(itemOf(children, count - 1 - i)).appendTextElement("note", "t");
     }
     EXPECT_EQ(elementsOf(root, "note").length(), count / 2);
+}
+
+// Each element that was looked at, each change of each other one, within the list's root and outside it; a
+// fresh list says what is right.
+TEST(Lists, OfElementsKeepTheirPlaceThroughAnyChange) {
+    constexpr long count = 11;
+    for (long i = 0; i < count * count * count * 7 * 2; ++i) {
+        const long looked = i % count, changed = i / count % count, third = i / count / count % count;
+        const long way = i / (count * count * count) % 7;
+        const char* const name = i % 2 == 0 ? "a" : "*";
+        if (way != 0 && way != 6 && third != 0) continue;
+        PelDOMDocument document = parse("<o><a/><r><a><b/>t<a><a/></a></a><b><a/><b/></b><a/></r><a/></o>");
+        const PelDOMElement o = document.getDocumentElement(), r(childAt(o, 1));
+        const PelDOMNodeList all = elementsOf(o, "*"), list = elementsOf(r, name);
+        PelDOMElement element(itemOf(all, changed)), other(itemOf(all, third)),
+            parent(element.getParentNode());
+        PelDOMElement made = document.createElement("a");
+        made.appendTextElement("a", "t");
+        itemOf(list, looked);
+        const std::function<void()> ways[] = {[&] { other.insertBefore(element, other.getFirstChild()); },
+            [&] { parent.removeChild(element); },
+            [&] { parent.insertBefore(document.createElement("a"), element); },
+            [&] { element.appendTextElement("a", "t"); },
+            [&] { element.setTagName(element.getTagName() == "a" ? "b" : "a"); },
+            [&] { parent.replaceChild(made, element), made.appendChild(element); },
+            [&] { parent.removeChild(element), remove(other); }};
+        ways[way]();
+        const PelDOMNodeList fresh = elementsOf(r, name);
+        const long length = fresh.length();
+        ASSERT_EQ(list.length(), length) << i;
+        for (long j = 0; j < length; ++j) {
+            const long index = (looked + (changed % 2 == 0 ? j : length + length - j)) % length;
+            ASSERT_EQ(nodeOf(itemOf(list, index)), nodeOf(itemOf(fresh, index))) << i << " " << index;
+        }
+    }
+}
+
+// Loops that DOM users write. A list that began anew, or climbed to its root, for each change would not get
+// through them.
+TEST(Lists, OfManyElementsAreWalkedWhileAnyOfThemChange) {
+    constexpr long count = 40000;
+    using Step = std::function<void(const PelDOMNodeList& list, PelDOMDocument& document)>;
+    const auto removes = [](long part) {
+        return [part](const PelDOMNodeList& list, auto&) { remove(itemOf(list, list.length() * part / 8)); };
+    };
+    const auto renames = [](long part) {
+        return [part](const PelDOMNodeList& list, auto&) {
+            PelDOMElement(itemOf(list, (list.length() - 1) * part / 8)).setTagName("y");
+        };
+    };
+    const auto removesLast = [](const PelDOMNodeList& list, auto&) {
+        remove(itemOf(list, list.length() - 1));
+    };
+    const auto wrapsFirst = [](const PelDOMNodeList& list, PelDOMDocument& document) {
+        const PelDOMNode first = itemOf(list, 0);
+        PelDOMElement wrapper = document.createElement("y");
+        first.getParentNode().replaceChild(wrapper, first);
+        wrapper.appendChild(first);
+        PelDOMElement(first).setTagName("z");
+    };
+    const std::pair<Step, const char*> loops[] = {{removes(0), "<x>t</x>"}, {removesLast, "<x><y/></x>"},
+        {removes(4), "<x>t<y/></x>"}, {renames(0), "<x/>"}, {renames(8), "<x>t</x>"}, {removesLast, "<x>t"},
+        {wrapsFirst, "<x/>"}};
+    for (const auto& [step, piece] : loops) {
+        std::string text = "<r>";
+        for (long i = 0; i < count; ++i) text += piece;
+        for (long i = 0; i < count && std::string(piece) == "<x>t"; ++i) text += "</x>";
+        PelDOMDocument document = parse((text + "</r>").c_str());
+        const PelDOMNodeList list = document.getElementsByTagName("x");
+        for (long left = count; left > 0; --left) {
+            ASSERT_EQ(list.length(), left) << piece;
+            step(list, document);
+        }
+        EXPECT_EQ(list.length(), 0);
+    }
 }

@@ -287,6 +287,22 @@ TEST(Ranges, OfAllElementsBelowGoOnBehindWhatIsRemoved) {
     }
 }
 
+// A loop that climbed to its root for each removal would not get through this.
+TEST(Ranges, OfNestedElementsGoOnWhileTextsAreRemoved) {
+    constexpr int depth = 100000;
+    std::string text;
+    for (int i = 0; i < depth; ++i) text += "<e>t";
+    for (int i = 0; i < depth; ++i) text += "t</e>";
+    const PelDOMDocument document = parse(text.c_str());
+    int seen = 0;
+    for (PelDOMNode node : document.getElementsByTagName("*")) {
+        ASSERT_EQ(node.removeChild(node.getFirstChild()), PelDOM::SUCCESS);
+        ASSERT_EQ(
+            node.removeChild(node.getLastChild()), ++seen < depth ? PelDOM::SUCCESS : PelDOM::NULL_NODE);
+    }
+    EXPECT_EQ(seen, depth);
+}
+
 TEST(Ranges, MayBeManyAtOnceAndEndInAnyOrder) {
     const PelDOMElement root = rootOf("<r><a/><b/><c/><d/></r>");
     std::vector<PelDOMIterator<PelDOMNode>> loops;

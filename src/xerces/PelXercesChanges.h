@@ -3,23 +3,22 @@
 
 #include <xercesc/dom/DOMNode.hpp>
 
-#include <array>
-#include <cstddef>
-
-/// The latest changes to the structure of a tree, from which its live lists bring what they
-/// remember up to date without walking the tree again.
+/// Tells those who remember something of a tree of each change to its structure.
 class PelXercesChanges {
 public:
-    /// A node that became a child or ceased to be one. The nodes may be gone since: they are there
-    /// to be compared with others, not to be followed. Names stay as long as the tree.
+    /// A node that became a child or ceased to be one, or an element with another name. What is
+    /// below the node is as it was; the neighbours are those of the node's present or former place.
     struct Change {
-        const xercesc::DOMNode* parent = nullptr; ///< Null when only a name changed.
-        const xercesc::DOMNode* node = nullptr;
-        xercesc::DOMNode* previous = nullptr; ///< Its neighbours as a child; the previous one of a
-        xercesc::DOMNode* next = nullptr;     ///< node without a next is not always set.
-        const XMLCh* name = nullptr;          ///< Null unless it is an element.
-        bool isRemoval = false;
-        bool isLeaf = false; ///< It had no children then.
+        enum Kind { INSERTION, REMOVAL, RENAMING };
+
+        Kind kind = INSERTION;
+        xercesc::DOMNode* parent = nullptr;
+        xercesc::DOMNode* node = nullptr;
+        xercesc::DOMNode* previous = nullptr; ///< Of a removed node.
+        xercesc::DOMNode* next = nullptr;
+        const XMLCh* name = nullptr;       ///< Null unless it is an element.
+        const XMLCh* formerName = nullptr; ///< Of a renamed element.
+        bool isLeaf = false;               ///< It has no children.
     };
 
     /// Told of every change, right after it.
@@ -28,6 +27,8 @@ public:
         Watcher() = default;
         Watcher(const Watcher&) = delete;
         Watcher& operator=(const Watcher&) = delete;
+
+        /// May end with this watcher being dropped, but no other one.
         virtual void follow(const Change& change) noexcept = 0;
 
     protected:
@@ -40,13 +41,17 @@ public:
         Watcher* next = nullptr;
     };
 
-    void record(const Change& change) {
-        latest[total++ % latest.size()] = change;
-        for (Watcher* watcher = watchers; watcher != nullptr; watcher = watcher->next)
+    void record(const Change& change) noexcept {
+        isChanged = true;
+        for (Watcher* watcher = watchers; watcher != nullptr;) {
+            Watcher* const next = watcher->next;
             watcher->follow(change);
+            watcher = next;
+        }
     }
 
     void add(Watcher& watcher) noexcept {
+        watcher.previous = nullptr;
         watcher.next = watchers;
         if (watchers != nullptr)
             watchers->previous = &watcher;
@@ -59,16 +64,10 @@ public:
             watcher.next->previous = watcher.previous;
     }
 
-    /// The number of changes so far.
-    std::size_t count() const { return total; }
-
-    /// Whether the changes from `first` on can still be asked for.
-    bool remembers(std::size_t first) const { return total - first <= latest.size(); }
-
-    const Change& operator[](std::size_t number) const { return latest[number % latest.size()]; }
+    /// Whether there was any change so far.
+    bool hasAny() const { return isChanged; }
 
 private:
-    std::array<Change, 32> latest;
-    std::size_t total = 0;
     Watcher* watchers = nullptr;
+    bool isChanged = false;
 };

@@ -42,18 +42,18 @@ PelDOMNodeImp* PelXercesCursor::getNode() const {
 }
 
 void PelXercesCursor::follow(const PelXercesChanges::Change& change) noexcept {
-    if (!change.isRemoval || next == nullptr)
+    if (change.kind != PelXercesChanges::Change::REMOVAL || next == nullptr)
         return;
     const DOMNode& root = *selected.root.getNode();
-    const bool losesNext = isWithin(next, change.node);
-    const bool losesLast = isWithin(last, change.node);
+    const bool losesNext = goesWith(change, next);
+    const bool losesLast = goesWith(change, last);
     if (losesNext && losesLast)
         next = nullptr;
     else if (losesNext)
         next =
             change.next != nullptr ? change.next : PelXercesWalk::nextBehind(root, change.parent);
     else if (losesLast)
-        last = change.previous == nullptr ? const_cast<DOMNode*>(change.parent)
+        last = change.previous == nullptr ? change.parent
                : isDeep()                 ? PelXercesWalk::lastWithin(change.previous)
                                           : change.previous;
 }
@@ -62,11 +62,20 @@ bool PelXercesCursor::isDeep() const {
     return selected.kind == PelXercesSelected::ELEMENTS;
 }
 
-// Whether a node that is to come goes along with `top`.
-bool PelXercesCursor::isWithin(const DOMNode* node, const DOMNode* top) const {
-    while (isDeep() && node != top && node->getParentNode() != selected.root.getNode())
-        node = node->getParentNode();
-    return node == top;
+// Whether a node that is to come is gone with the removed one. It is looked for from above it and
+// from the removed one at once, for either way may be long.
+bool PelXercesCursor::goesWith(const PelXercesChanges::Change& removal, const DOMNode* node) const {
+    if (!isDeep() || removal.isLeaf)
+        return node == removal.node;
+    const DOMNode* const root = selected.root.getNode();
+    DOMNode* below = removal.node;
+    for (const DOMNode* over = node;; over = over->getParentNode()) {
+        if (over == removal.node || below == node)
+            return true;
+        if (over == root || below == root || below == nullptr)
+            return false;
+        below = PelXercesWalk::nextInTree(*removal.node, below);
+    }
 }
 
 bool PelXercesCursor::isSelected(const DOMNode& node) {

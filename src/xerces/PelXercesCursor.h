@@ -30,7 +30,7 @@ public:
 private:
     void follow(const PelXercesChanges::Change& change) noexcept override;
     bool isDeep() const;
-    bool isWithin(const xercesc::DOMNode* node, const xercesc::DOMNode* top) const;
+    bool goesWith(const PelXercesChanges::Change& removal, const xercesc::DOMNode* node) const;
     bool isSelected(const xercesc::DOMNode& node);
 
     const PelXercesSelected selected;

@@ -20,11 +20,13 @@ bool isForbidden(const PelXercesNodeRef& parent, const xercesc::DOMNode& child) 
            parent->getNodeType() != xercesc::DOMNode::DOCUMENT_NODE;
 }
 
+using Change = PelXercesChanges::Change;
+
 // What lists are told of a child that has come, or is about to go.
-PelXercesChanges::Change changeOf(xercesc::DOMNode& child, bool isRemoval) {
-    PelXercesChanges::Change change;
+Change changeOf(xercesc::DOMNode& child, Change::Kind kind) {
+    Change change;
+    change.kind = kind;
     change.node = &child;
-    change.isRemoval = isRemoval;
     change.isLeaf = child.getFirstChild() == nullptr;
     if (child.getNodeType() == xercesc::DOMNode::ELEMENT_NODE)
         change.name = child.getNodeName();
@@ -54,7 +56,7 @@ void unlink(PelXercesTree& tree, xercesc::DOMNode& child) {
     xercesc::DOMNode* const parent = child.getParentNode();
     if (parent == nullptr)
         return;
-    const PelXercesChanges::Change change = changeOf(child, true);
+    const Change change = changeOf(child, Change::REMOVAL);
     if (xercesc::DOMElementImpl* const element = linkedElement(*parent))
         PelXercesLinks::remove(*element, child);
     else
@@ -71,7 +73,7 @@ void link(const PelXercesNodeRef& parent, xercesc::DOMNode& child, xercesc::DOMN
         PelXercesLinks::insert(*element, child, before);
     else
         parent->insertBefore(&child, before);
-    parent.getTree().changes.record(changeOf(child, false));
+    parent.getTree().changes.record(changeOf(child, Change::INSERTION));
 }
 
 // The same for a new and empty node, as the last child of an element.
@@ -81,7 +83,8 @@ void linkNew(PelXercesTree& tree, xercesc::DOMElementImpl& parent, Node& child, 
         PelXercesLinks::append(parent, child);
     else
         parent.appendChild(&child);
-    tree.changes.record({&parent, &child, nullptr, nullptr, name, false, true});
+    tree.changes.record(
+        {Change::INSERTION, &parent, &child, nullptr, nullptr, name, nullptr, true});
 }
 
 } // namespace
@@ -96,14 +99,18 @@ void PelXercesEditing::append(const PelXercesNodeRef& parent, const PelXercesNod
     if (isForbidden(parent, child))
         throw xercesc::DOMException(xercesc::DOMException::HIERARCHY_REQUEST_ERR, 0,
                                     &PelXercesMemory::get());
-    PelXercesChanges::Change removal;
+    Change removal;
     if (child.getParentNode() != nullptr)
-        removal = changeOf(child, true);
+        removal = changeOf(child, Change::REMOVAL);
     parent->appendChild(&child);
     PelXercesChanges& changes = parent.getTree().changes;
-    if (removal.parent != nullptr)
+    if (removal.parent != nullptr) {
+        // Now that the engine allows it: a removal is told while the node is nowhere.
+        parent->removeChild(&child);
         changes.record(removal);
-    changes.record(changeOf(child, false));
+        parent->appendChild(&child);
+    }
+    changes.record(changeOf(child, Change::INSERTION));
 }
 
 void PelXercesEditing::appendTextElement(const PelXercesNodeRef& parent, const XMLCh* name,
@@ -176,12 +183,15 @@ void PelXercesEditing::replaceChildren(const PelXercesNodeRef& parent, const XML
         linkNew(tree, *parent.as<xercesc::DOMElementImpl>(), *made, nullptr);
 }
 
-// The lists of elements with the old name lose it, those with the new one gain it.
 void PelXercesEditing::rename(const PelXercesNodeRef& element, const XMLCh* name) {
     auto& renamed = *element.as<xercesc::DOMElementImpl>();
     const XMLCh* const former = renamed.getTagName();
     PelXercesRenaming::rename(renamed, name, element.getTree().nodes);
-    PelXercesChanges& changes = element.getTree().changes;
-    for (const XMLCh* const concerned : {former, renamed.getTagName()})
-        changes.record({nullptr, &renamed, nullptr, nullptr, concerned, false, true});
+    Change change;
+    change.kind = Change::RENAMING;
+    change.parent = renamed.getParentNode();
+    change.node = &renamed;
+    change.name = renamed.getTagName();
+    change.formerName = former;
+    element.getTree().changes.record(change);
 }

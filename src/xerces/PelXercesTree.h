@@ -43,7 +43,7 @@ public:
 
     /// How many children a node has; 0 if they have to be counted.
     std::size_t knownChildCount(const xercesc::DOMNode& parent) const {
-        return changes.count() == 0 ? childCounts.of(parent) : 0;
+        return changes.hasAny() ? 0 : childCounts.of(parent);
     }
 
     PelXercesChanges changes;
