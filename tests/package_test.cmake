@@ -18,6 +18,12 @@ file(REMOVE_RECURSE "${SCRATCH_DIR}")
 set(prefix "${SCRATCH_DIR}/installed")
 run(${CMAKE_COMMAND} --install "${BUILD_DIR}" --prefix "${prefix}")
 
+# The tool finds the library from where it was installed.
+file(GLOB tool "${prefix}/*/qrndom-check")
+if(tool)
+    run("${tool}" "${DOCUMENT}")
+endif()
+
 # The README's first program is its first block of C++.
 file(READ "${README}" readme)
 string(REGEX MATCH "```cpp\n([^`]*)```" block "${readme}")
