@@ -59,10 +59,11 @@ static PelXercesReadLimits::Bounds unhurried() {
 }
 
 // What a read by the engine says; nothing when it gives a document.
-static std::string refusal(
-    const std::string& xml, const std::string& file = "", PelXercesReadLimits::Bounds own = unhurried()) {
+static std::string refusal(const std::string& xml, const std::string& file = "",
+    PelXercesReadLimits::Bounds own = unhurried(),
+    PelXercesReadSettings::Method method = PelXercesReadSettings::Method::fastNodes) {
     PelXercesReadSettings settings;
-    settings.method = PelXercesReadSettings::Method::fastNodes;
+    settings.method = method;
     settings.bounds = own;
     PelXercesReader reader(settings);
     const bool isRead(
@@ -89,6 +90,60 @@ TEST(Limits, HoldForPlainDocumentsToo) {
                           .document != nullptr,
             isRead)
             << xml.substr(0, 30) << " of " << xml.size() << " bytes";
+}
+
+// Whatever bounds are set: what can be near one is read by the engine, whose verdict counts.
+TEST(Limits, MayBeSetForPlainDocumentsToo) {
+    services().init();
+    if (!PelXercesFields::areKnown())
+        GTEST_SKIP() << "nothing is scanned where the engine's fields are not known";
+    using Bounds = PelXercesReadLimits::Bounds;
+    constexpr std::size_t most = SIZE_MAX;
+    const std::string three = "<a b=''>" + std::string(1000, 'x') + "&amp;<c/></a>";
+    const std::string large = "<a " + repeat(300, "k$='' ") + ">" + repeat(100, "<b/>") + "</a>";
+    const struct {
+        int line;
+        std::vector<std::size_t Bounds::*> which;
+        std::size_t value;
+        std::string xml;
+        bool isScanned;
+    } rows[] = {
+        {__LINE__, {&Bounds::names}, 3, three, true},
+        {__LINE__, {&Bounds::names}, 2, three, false},
+        {__LINE__, {&Bounds::names}, most, namesOf(bounds.names), true},
+        {__LINE__, {&Bounds::work}, 15150, large, true},
+        {__LINE__, {&Bounds::work}, 14849, large, false},
+        {__LINE__,
+            {&Bounds::work, &Bounds::workPerByte, &Bounds::memory, &Bounds::memoryPerByte, &Bounds::expansion,
+                &Bounds::expansionPerByte, &Bounds::milliseconds, &Bounds::nanosecondsPerByte,
+                &Bounds::entityExpansions, &Bounds::references, &Bounds::names, &Bounds::modelParts,
+                &Bounds::listCharacters, &Bounds::reportCharacters},
+            most, three, true},
+        {__LINE__,
+            {&Bounds::workPerByte, &Bounds::expansion, &Bounds::expansionPerByte, &Bounds::entityExpansions,
+                &Bounds::modelParts, &Bounds::listCharacters, &Bounds::reportCharacters},
+            0, three, true},
+        {__LINE__, {&Bounds::references}, 1, three, true},
+        {__LINE__, {&Bounds::references}, 0, three, false},
+        {__LINE__, {&Bounds::memory}, 3 << 20, three, true},
+        {__LINE__, {&Bounds::memory}, 1 << 20, three, false},
+        {__LINE__, {&Bounds::memoryPerByte}, 0, three, true},
+        {__LINE__, {&Bounds::memoryPerByte}, 0, within(std::string(300000, 'x')), false},
+        {__LINE__, {&Bounds::milliseconds}, 200, three, true},
+        {__LINE__, {&Bounds::milliseconds}, 199, within(""), false},
+        {__LINE__, {&Bounds::nanosecondsPerByte}, 0, three, true},
+        {__LINE__, {&Bounds::nanosecondsPerByte}, 0, within(std::string(4000000, 'x')), false},
+    };
+    using Method = PelXercesReadSettings::Method;
+    for (const auto& row : rows) {
+        Bounds own;
+        for (std::size_t Bounds::*const bound : row.which) own.*bound = row.value;
+        const auto scanned = PelPlainScanner::read(
+            row.xml.data(), row.xml.size(), PelPlainScanner::Encoding::utf8, u"Dummy", own);
+        EXPECT_EQ(scanned.document != nullptr, row.isScanned) << "line " << row.line;
+        EXPECT_EQ(refusal(row.xml, "", own, Method::plainScanner), refusal(row.xml, "", own))
+            << "line " << row.line;
+    }
 }
 
 // A refusal is silent but for its message; what is just within a bound is read.

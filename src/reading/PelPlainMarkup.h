@@ -20,7 +20,7 @@ public:
 
     PelPlainMarkup(const Unit* source, const Unit* sourceEnd, PelPlainTree& ownTree)
         : Cursor(source, sourceEnd, ownTree.getDocument()), tree(ownTree),
-          names(tree.getDocument()) {}
+          names(tree.getDocument(), tree.getBounds()) {}
 
     /// The whole document.
     bool read();

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "reading/PelPlainNames.h"
 
-#include "reading/PelXercesReadLimits.h"
 #include "xerces/PelXercesFields.h"
 
 #include <algorithm>
@@ -46,13 +45,15 @@ std::uint64_t orderOf(const std::u16string& name) {
 
 } // namespace
 
-PelPlainNames::PelPlainNames(DOMDocumentImpl& ownDocument)
-    : document(ownDocument), slots(firstSize), mask(firstSize - 1), seed(processSeed()) {
+PelPlainNames::PelPlainNames(DOMDocumentImpl& ownDocument,
+                             const PelXercesReadLimits::Bounds& readBounds)
+    : document(ownDocument), bounds(readBounds), slots(firstSize), mask(firstSize - 1),
+      seed(processSeed()) {
 }
 
 const PelPlainNames::Name* PelPlainNames::add(const void* bytes, std::size_t size,
                                               const std::u16string& name) {
-    if (++count > PelXercesReadLimits::Bounds().names)
+    if (++count > bounds.names)
         return nullptr;
     if (count * 2 > slots.size())
         grow();
@@ -90,7 +91,7 @@ bool PelPlainNames::isSame(const Slot& slot, const void* bytes, std::size_t size
 
 // As long as there are few names, all of them may share a place.
 bool PelPlainNames::areTooAlike(const Slot& newest) {
-    const std::size_t few = PelXercesReadLimits::Bounds().alikeNames;
+    const std::size_t few = bounds.alikeNames;
     if (count != few + 1)
         return count > few && isTooAlike(newest);
     return std::any_of(slots.begin(), slots.end(), [this](const Slot& slot) {
@@ -100,7 +101,7 @@ bool PelPlainNames::areTooAlike(const Slot& newest) {
 
 // That a name is one of attributes only does not matter here: this is about being near a bound.
 bool PelPlainNames::isTooAlike(const Slot& slot) {
-    const std::size_t most = PelXercesReadLimits::Bounds().alikeNames;
+    const std::size_t most = bounds.alikeNames;
     return treeNames.add(slot.name.pooled) > most || elementNames.add(slot.name.pooled) > most;
 }
 

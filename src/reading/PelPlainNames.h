@@ -2,6 +2,7 @@
 #pragma once
 
 #include "reading/PelXercesNameTable.h"
+#include "reading/PelXercesReadLimits.h"
 
 #include <xercesc/util/XercesDefs.hpp>
 
@@ -25,7 +26,8 @@ public:
     };
 
     /// `document` must have no name so far.
-    explicit PelPlainNames(xercesc::DOMDocumentImpl& document);
+    PelPlainNames(xercesc::DOMDocumentImpl& document,
+                  const PelXercesReadLimits::Bounds& readBounds);
 
     /// The name that is spelled by these bytes, which have to stay; null when it is new.
     const Name* find(const void* bytes, std::size_t size) {
@@ -60,6 +62,7 @@ private:
     void grow();
 
     xercesc::DOMDocumentImpl& document;
+    const PelXercesReadLimits::Bounds& bounds;
     std::vector<Slot> slots;
     std::size_t mask;
     std::size_t count = 0;

@@ -17,10 +17,10 @@ namespace {
 
 template <class Source>
 PelXercesNewDocument readAs(const void* bytes, std::size_t size, const XMLCh* systemId,
-                            const XMLCh* encoding) {
+                            const XMLCh* encoding, const PelXercesReadLimits::Bounds& bounds) {
     using Unit = typename Source::Unit;
     const auto* const text = static_cast<const Unit*>(bytes);
-    PelPlainTree tree(systemId, encoding);
+    PelPlainTree tree(systemId, encoding, bounds);
     PelPlainMarkup<Source> markup(text, text + size / sizeof(Unit), tree);
     return markup.read() ? tree.take() : PelXercesNewDocument();
 }
@@ -40,16 +40,19 @@ bool PelPlainScanner::mayBePlain(const void* bytes, std::size_t size) {
 }
 
 PelXercesNewDocument PelPlainScanner::read(const void* bytes, std::size_t size, Encoding encoding,
-                                           const XMLCh* systemId) {
+                                           const XMLCh* systemId,
+                                           const PelXercesReadLimits::Bounds& bounds) {
     try {
         // The process can tell the engine to take other characters for line ends too.
-        if (xercesc::XMLPlatformUtils::isNELRecognized() || !PelXercesFields::areKnown())
+        if (xercesc::XMLPlatformUtils::isNELRecognized() || !PelXercesFields::areKnown() ||
+            !bounds.areFarFrom(size))
             return {};
         if (encoding == Encoding::utf8)
-            return readAs<PelPlainUtf8>(bytes, size, systemId, XMLUni::fgUTF8EncodingString);
+            return readAs<PelPlainUtf8>(bytes, size, systemId, XMLUni::fgUTF8EncodingString,
+                                        bounds);
         if (size % sizeof(XMLCh) != 0)
             return {};
-        return readAs<PelPlainUtf16>(bytes, size, systemId, nativeUtf16());
+        return readAs<PelPlainUtf16>(bytes, size, systemId, nativeUtf16(), bounds);
     } catch (...) { // no memory left, most likely: for the engine to find out
         return {};
     }

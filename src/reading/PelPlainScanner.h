@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "reading/PelXercesReadLimits.h"
 #include "xerces/PelXercesTree.h"
 
 #include <cstddef>
@@ -20,7 +21,8 @@ public:
     /// Whether a document that begins with these bytes can be a plain one in UTF-8.
     static bool mayBePlain(const void* bytes, std::size_t size);
 
-    /// None when this is no plain document. UTF-16 is aligned as its units are.
+    /// None when this is no plain document within these bounds. UTF-16 is aligned as its units are.
     static PelXercesNewDocument read(const void* bytes, std::size_t size, Encoding encoding,
-                                     const XMLCh* systemId);
+                                     const XMLCh* systemId,
+                                     const PelXercesReadLimits::Bounds& bounds = {});
 };

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "reading/PelPlainTree.h"
 
-#include "reading/PelXercesReadLimits.h"
 #include "xerces/PelXercesLinks.h"
 #include "xerces/PelXercesMemory.h"
 
@@ -36,9 +35,10 @@ const XMLCh* shortOf(PelPlainText& text) {
 
 } // namespace
 
-PelPlainTree::PelPlainTree(const XMLCh* systemId, const XMLCh* encoding)
-    : owner(
-          xercesc::DOMImplementation::getImplementation()->createDocument(&PelXercesMemory::get())),
+PelPlainTree::PelPlainTree(const XMLCh* systemId, const XMLCh* encoding,
+                           const PelXercesReadLimits::Bounds& readBounds)
+    : bounds(readBounds), owner(xercesc::DOMImplementation::getImplementation()->createDocument(
+                              &PelXercesMemory::get())),
       document(static_cast<DOMDocumentImpl&>(*owner)), nodes(document) {
     document.setErrorChecking(false);
     document.setDocumentURI(systemId);
@@ -108,7 +108,6 @@ bool PelPlainTree::endTag() {
 // never shrinks.
 bool PelPlainTree::isNearLimits() {
     constexpr std::size_t few = 256;
-    const PelXercesReadLimits::Bounds bounds;
     attributeWork += mostPlaces;
     if (attributeWork > bounds.work)
         return true;

@@ -15,9 +15,11 @@ public:
     using Name = PelPlainNames::Name;
 
     /// `encoding` is what the bytes are in.
-    PelPlainTree(const XMLCh* systemId, const XMLCh* encoding);
+    PelPlainTree(const XMLCh* systemId, const XMLCh* encoding,
+                 const PelXercesReadLimits::Bounds& readBounds);
 
     xercesc::DOMDocumentImpl& getDocument() const { return document; }
+    const PelXercesReadLimits::Bounds& getBounds() const { return bounds; }
 
     /// What the XML declaration says; `encoding` is empty when it names none.
     void declare(const std::u16string& encoding, bool isStandalone);
@@ -60,6 +62,7 @@ private:
     void append(Node& node);
     xercesc::DOMTextImpl& makeText(PelPlainText& text);
 
+    const PelXercesReadLimits::Bounds& bounds;
     PelXercesDocumentPtr owner;
     xercesc::DOMDocumentImpl& document;
     PelXercesChildCounts childCounts;

@@ -23,6 +23,17 @@ constexpr const char16_t* kindsOfWork[] = {u"too much work for the attributes of
                                            u"too much work for content models",
                                            u"too much work for finding files"};
 
+// No bound that is set is too large to be counted with.
+constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
+
+constexpr std::uint64_t productOf(std::uint64_t one, std::uint64_t other) {
+    return one != 0 && other > most / one ? most : one * other;
+}
+
+constexpr std::uint64_t sumOf(std::uint64_t one, std::uint64_t other) {
+    return other > most - one ? most : one + other;
+}
+
 // How newer releases of the engine keep a reader and its entity. When there is no memory for that,
 // they destroy the reader before twice.
 struct ReaderOfEntity {
@@ -42,11 +53,24 @@ void PelXercesReadLimits::setBounds(const Bounds& newBounds) {
     addInput(0);
 }
 
-// No bound that is set is too large to be counted with.
+// The engine's parser reads such documents with less than half of this memory and a third of this
+// time. It takes one reader for the document itself.
+bool PelXercesReadLimits::Bounds::areFarFrom(std::size_t size) const noexcept {
+    constexpr std::uint64_t memoryOfAny = std::uint64_t{2} << 20;
+    constexpr std::uint64_t memoryOfByte = 280;
+    constexpr std::uint64_t millisecondsOfAny = 200;
+    constexpr std::uint64_t nanosecondsOfByte = 400;
+    constexpr std::uint64_t perMillisecond = 1'000'000;
+    const std::uint64_t time = productOf(milliseconds, perMillisecond);
+    return sumOf(memory, productOf(memoryPerByte, size)) >=
+               sumOf(memoryOfAny, productOf(memoryOfByte, size)) &&
+           sumOf(time, productOf(nanosecondsPerByte, size)) >=
+               sumOf(millisecondsOfAny * perMillisecond, productOf(nanosecondsOfByte, size)) &&
+           references > 0;
+}
+
 std::uint64_t PelXercesReadLimits::boundFor(std::size_t base, std::size_t perByte) const noexcept {
-    constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
-    return perByte != 0 && input > (most - base) / perByte ? most
-                                                           : base + std::uint64_t{perByte} * input;
+    return sumOf(base, productOf(perByte, input));
 }
 
 void PelXercesReadLimits::addInput(std::size_t bytes) noexcept {

@@ -6,10 +6,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <set>
 #include <string>
-#include <type_traits>
 
 /// What one read has taken, and what it may take for the input that it has got, so that little
 /// input cannot take much time or memory. Whoever sees something that counts reports it here,
@@ -39,13 +37,11 @@ public:
         std::size_t modelParts = 10'000;
         std::size_t listCharacters = std::size_t{1} << 16;
         std::size_t reportCharacters = std::size_t{4} << 20;
+
+        /// Whether no document without a type, of this size in bytes, can come near these bounds,
+        /// but for those on names and on work, which depend on more than the size.
+        bool areFarFrom(std::size_t size) const noexcept;
     };
-
-    static_assert(std::has_unique_object_representations_v<Bounds>);
-
-    friend bool operator==(const Bounds& one, const Bounds& other) noexcept {
-        return std::memcmp(&one, &other, sizeof(Bounds)) == 0;
-    }
 
     enum class Work { attributes, declarations, values, content, models, files };
 

@@ -29,11 +29,6 @@ struct PelXercesReadSettings {
     PelXercesReadLimits::Bounds bounds;
     Method method = usualMethod;
 
-    /// Whether a document without a type is read as the services read it.
-    bool areUsualWithoutType() const {
-        return validation != PelDOMReader::ALWAYS && bounds == PelXercesReadLimits::Bounds();
-    }
-
     bool isAnythingExternalRead() const {
         return isExternalDTDRead && areExternalEntitiesRead;
     }

@@ -86,20 +86,20 @@ PelXercesNodeRef PelXercesReader::readText(const PelString& name, const void* by
 }
 
 PelXercesNewDocument PelXercesReader::scan(const void* bytes, std::size_t size,
-                                           const XMLCh* encoding, const XMLCh* systemId) {
+                                           const XMLCh* encoding, const XMLCh* systemId) const {
     using Encoding = PelPlainScanner::Encoding;
     if (encoding == nullptr)
-        return PelPlainScanner::read(bytes, size, Encoding::utf8, systemId);
+        return PelPlainScanner::read(bytes, size, Encoding::utf8, systemId, settings.bounds);
     if (xercesc::XMLString::equals(encoding, PelPlainScanner::nativeUtf16()))
-        return PelPlainScanner::read(bytes, size, Encoding::nativeUtf16, systemId);
+        return PelPlainScanner::read(bytes, size, Encoding::nativeUtf16, systemId, settings.bounds);
     return {};
 }
 
 // What keeps the scanner from reading keeps the engine from it as well, and then there is a
-// message. The scanner knows nothing of settings.
+// message. The scanner knows no settings but the bounds.
 template <class Scan, class Parse>
 PelXercesNodeRef PelXercesReader::read(Scan scanDocument, Parse parse) {
-    if (settings.method == Method::plainScanner && settings.areUsualWithoutType()) {
+    if (settings.method == Method::plainScanner && settings.validation != PelDOMReader::ALWAYS) {
         PelXercesNewDocument scanned;
         try {
             scanned = scanDocument();

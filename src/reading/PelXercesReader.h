@@ -47,8 +47,8 @@ private:
     template <class Parse>
     PelXercesNodeRef readByEngine(Parse parse);
     void note(const XMLCh* text) noexcept;
-    static PelXercesNewDocument scan(const void* bytes, std::size_t size, const XMLCh* encoding,
-                                     const XMLCh* systemId);
+    PelXercesNewDocument scan(const void* bytes, std::size_t size, const XMLCh* encoding,
+                              const XMLCh* systemId) const;
 
     const PelXercesEngine::Share engine;
     const PelXercesReadSettings settings;
