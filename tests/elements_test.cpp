@@ -71,7 +71,10 @@ std::string written(Value value) {
     EXPECT_EQ(root.setAttribute("n", value), PelDOM::SUCCESS);
     const std::string text = root.getAttribute("n").toUtf8();
     const Value read = root.getAttributeOr("n", Value(77));
-    EXPECT_EQ(std::memcmp(&read, &value, sizeof value == 16 ? 10 : sizeof value), 0) << text;
+    // What x87 has of a long double is less than its size.
+    constexpr std::size_t significant =
+        std::numeric_limits<Value>::digits == 64 && sizeof value > 8 ? 10 : sizeof value;
+    EXPECT_EQ(std::memcmp(&read, &value, significant), 0) << text;
     double real = 0;
     if (std::is_floating_point_v<Value> && sizeof value <= sizeof real) {
         EXPECT_EQ(root.getAttribute("n", real), PelDOM::SUCCESS);

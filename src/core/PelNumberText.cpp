@@ -98,7 +98,8 @@ PelString printReal(Number number) {
         return u"NaN";
     if (std::isinf(number))
         return number < 0 ? u"-INF" : u"INF";
-    constexpr Number beyondLong = -static_cast<Number>(std::numeric_limits<long>::min());
+    // Of 64 bits everywhere, so that a number has the same text on all processors.
+    constexpr Number beyondLong = -static_cast<Number>(std::numeric_limits<long long>::min());
     const bool fitsLong =
         number >= -beyondLong && number < beyondLong && std::trunc(number) == number;
 #ifndef __cpp_lib_to_chars
