@@ -249,7 +249,7 @@ TEST(Rules, TellWhatXmlAllows) {
     for (const auto& [text, expected] : cases) {
         std::string allowed;
         for (const bool is : {Rules::isName(text, document(0)), Rules::isName(text, document(1)),
-                 Rules::isText(text), Rules::isCDATA(text), Rules::isComment(text),
+                 Rules::isText(text, document(0)), Rules::isCDATA(text), Rules::isComment(text),
                  Rules::isInstructionTarget(text, document(0)), Rules::isInstruction(text)})
             allowed += is ? '1' : '0';
         EXPECT_EQ(allowed, expected) << PelString(text);
