@@ -140,6 +140,33 @@ TEST_F(Reading, NamesFilesAsTheCallerAndTheDocumentNameThem) {
     EXPECT_EQ(PelDOMUtilites::getLastReadMessage(), PelString()); // the services' own
 }
 
+// Places in files are told in characters as well, and of what lies behind them nothing is read.
+TEST_F(Reading, LooksForPlacesNoFurtherThanItHasTo) {
+    const auto bytesRead = [] {
+        std::size_t count = 0;
+        std::ifstream("/proc/self/io").ignore(std::numeric_limits<std::streamsize>::max(), ' ') >> count;
+        return count;
+    };
+    Reader reader;
+    write("large", "<!e" + repeated("x", 8'000'000));
+    const std::size_t before = bytesRead();
+    EXPECT_EQ(
+        read(reader, "<!DOCTYPE a SYSTEM 'large'><a/>"), "null; E large:1:3: markup declaration expected");
+    EXPECT_LT(bytesRead() - before, 1'000'000u);
+
+    const std::string smile = "\xF0\x9F\x98\x80", line = repeated(smile, 3'000) + "x\n",
+                      lines = repeated(line, 9);
+    write("e", lines + repeated(smile, 3'000) + "<e/>" + lines + smile + "<e/>");
+    write("f", lines + smile + "<f/>");
+    const std::string e = "; E e:10:3003: no declaration found for element 'e'"
+                          "; E e:19:4: no declaration found for element 'e'";
+    const std::string f = "; E f:10:4: no declaration found for element 'f'";
+    const std::string told =
+        read(reader, "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e SYSTEM 'e'><!ENTITY f SYSTEM 'f'>]>"
+                     "<a>&e;&f;&f;&e;</a>");
+    EXPECT_EQ(told, "null" + e + f + f + e);
+}
+
 TEST_F(Reading, ReadsAsItIsSet) {
     const auto none = [](Reader&) {};
     const auto never = [](Reader& reader) { reader.setValidation(Reader::NEVER); };

@@ -1,21 +1,32 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/PelConverterCheck.h"
+
 #include <cstddef>
 #include <utility>
 #include <vector>
 
-/// Where in a text the characters stand that take two UTF-16 units.
+/// Where in a text the characters stand that take two UTF-16 units, as far as it was looked at.
 class PelPairPlaces {
 public:
-    /// Of bytes in an encoding, by any of its names; none where nobody knows it.
-    PelPairPlaces(const char* encoding, const void* bytes, std::size_t size);
+    /// In an encoding, by any of its names; none where nobody knows it.
+    explicit PelPairPlaces(const char* encoding);
 
-    /// How many of them end before a column, in units from 1, of a line.
+    /// The text goes on with these bytes.
+    void add(const void* bytes, std::size_t size);
+
+    /// Whether all that stands before a column, in units from 1, of a line is known.
+    bool isKnown(unsigned long line, unsigned long column) const;
+
+    /// How many of them end before it.
     unsigned long countBefore(unsigned long line, unsigned long column) const;
 
 private:
-    using Place = std::pair<unsigned long, unsigned long>; // line and column of the second unit
+    using Place = std::pair<unsigned long, unsigned long>; // line and column
 
-    std::vector<Place> places;
+    PelConverter::Handle converter; // none: there is no more to know
+    Place end{1, 0};                // of the last unit
+    char16_t last = 0;
+    std::vector<Place> places; // of the second units
 };

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "reading/PelXercesEntities.h"
 
-#include "core/PelPlatform.h"
-
+#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -19,30 +18,20 @@ bool isRelative(const PelString& name) {
     return text.substr(0, 1) != u"/" && text.find(u"://") == text.npos;
 }
 
-// The bytes of a regular file; none when it cannot be read again.
-std::string bytesOf(const std::string& path) {
-    PelPlatform::InputFile file(path, PelPlatform::InputFile::Kind::regularFile);
-    std::string bytes;
-    std::array<char, 0x10000> piece{};
-    for (long count = 0; file.isOpen() && (count = file.read(piece.data(), piece.size())) > 0;)
-        bytes.append(piece.data(), static_cast<std::size_t>(count));
-    return bytes;
-}
-
 } // namespace
 
 void PelXercesEntities::addDocument(const PelString& id, const PelString& name,
                                     const PelString& base, const void* bytes, std::size_t size) {
     documentId = id;
-    entities[id] = {name, folderOf(base), PelPlatform::fileSystemName(name), bytes, size, {}};
+    entities[id] = {name, folderOf(base), PelPlatform::fileSystemName(name), bytes, size, 0, {}};
 }
 
 void PelXercesEntities::add(const PelString& id, const PelString& parentId, const PelString& name) {
     const auto parent = entities.find(parentId);
     const PelString shown =
         parent != entities.end() && isRelative(name) ? parent->second.folder + name : name;
-    entities.insert(
-        {id, {shown, folderOf(shown), PelPlatform::fileSystemName(id), nullptr, 0, {}}});
+    entities.try_emplace(
+        id, Entity{shown, folderOf(shown), PelPlatform::fileSystemName(id), nullptr, 0, 0, {}});
 }
 
 PelString PelXercesEntities::nameOf(const PelString& id) const {
@@ -56,10 +45,31 @@ unsigned long PelXercesEntities::inCharacters(const PelString& id, const char* e
     if (found == entities.end())
         return column;
     Entity& entity = found->second;
-    if (!entity.pairs) {
-        const std::string file = entity.bytes == nullptr ? bytesOf(entity.path) : std::string();
-        entity.pairs.emplace(encoding, entity.bytes != nullptr ? entity.bytes : file.data(),
-                             entity.bytes != nullptr ? entity.size : file.size());
+    if (!entity.pairs)
+        entity.pairs.emplace(encoding);
+    while (!entity.pairs->isKnown(line, column) && addPiece(entity)) {
     }
     return column - entity.pairs->countBefore(line, column);
+}
+
+// What the engine has read of it, and what lies ahead, may be gigabytes.
+bool PelXercesEntities::addPiece(Entity& entity) {
+    std::array<char, 0x4000> piece{};
+    if (entity.bytes != nullptr) {
+        const std::size_t size = std::min(piece.size(), entity.size - entity.done);
+        entity.pairs->add(static_cast<const char*>(entity.bytes) + entity.done, size);
+        entity.done += size;
+        return size > 0;
+    }
+    if (std::exchange(looked.entity, &entity) != &entity) {
+        looked.file.emplace(entity.path, PelPlatform::InputFile::Kind::regularFile);
+        for (std::size_t left = entity.done; left > 0; left -= std::min(left, piece.size()))
+            looked.file->read(piece.data(), std::min(left, piece.size()));
+    }
+    const long size = looked.file->isOpen() ? looked.file->read(piece.data(), piece.size()) : 0;
+    if (size <= 0)
+        return false;
+    entity.pairs->add(piece.data(), static_cast<std::size_t>(size));
+    entity.done += static_cast<std::size_t>(size);
+    return true;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/PelPairPlaces.h"
+#include "core/PelPlatform.h"
 
 #include <qrndom/PelString.h>
 
@@ -52,11 +53,21 @@ private:
         std::string path;
         const void* bytes = nullptr;
         std::size_t size = 0;
+        std::size_t done = 0; // bytes that `pairs` has seen
         std::optional<PelPairPlaces> pairs;
     };
 
+    /// The entity whose file is open, of which the next messages will tell more.
+    struct Looked {
+        const Entity* entity = nullptr;
+        std::optional<PelPlatform::InputFile> file;
+    };
+
+    bool addPiece(Entity& entity);
+
     PelString documentId;
     std::map<PelString, Entity> entities;
+    Looked looked;
     std::optional<Failure> failure;
     bool isSubsetNext = false;
 };
