@@ -42,8 +42,9 @@ inline void failIfDue() {
     throw std::bad_alloc();
 }
 
-/// Whether that allocation of `use` failed. It may throw for that, and nothing else.
-inline bool failsAt(long allocation, const std::function<void()>& use) {
+/// Whether that allocation of `use` failed. It may throw for that, and nothing else; in the engine's own
+/// words only where it starts that.
+inline bool failsAt(long allocation, const std::function<void()>& use, bool isStart = false) {
     hasMetLossyEngine = false;
     untilFailure = allocation;
     try {
@@ -51,7 +52,7 @@ inline bool failsAt(long allocation, const std::function<void()>& use) {
     } catch (const std::bad_alloc&) {
     } catch (...) { // by its name: each library has a type of its own for some of the engine's exceptions
         const std::string name = abi::__cxa_current_exception_type()->name();
-        if (name != typeid(xercesc::OutOfMemoryException).name()) throw;
+        if (!isStart || name != typeid(xercesc::OutOfMemoryException).name()) throw;
     }
     return std::exchange(untilFailure, -1) < 0;
 }

@@ -19,7 +19,7 @@
 /// Threads  one thread at a time for a reader. Readers share nothing among them, nor with the
 ///          reads of the services.
 /// Errors   a null document, and messages, of which none is printed; only running out of memory
-///          throws.
+///          throws, std::bad_alloc, where it does not give a message.
 /// Cost     a read takes time and memory in the size of its input, within the limits; a reader
 ///          that is used again saves starting the engine.
 ///

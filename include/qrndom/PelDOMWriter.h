@@ -19,7 +19,7 @@ class PelDOMNode;
 ///          between writers, nor with the writes of the services.
 /// Errors   SUCCESS when everything has arrived; NULL_NODE for a null handle; else INTERNAL_ERROR.
 ///          A failed write leaves its target as it was, except where writeFile says otherwise.
-///          Only running out of memory throws, and leaves the target as it was too.
+///          Only running out of memory throws, std::bad_alloc, and leaves the target as it was too.
 /// Cost     time in the size of what is written; memory for a piece of it, and for its depth.
 ///
 /// What is written reads back as the same tree. A document gets an XML declaration, and each of its

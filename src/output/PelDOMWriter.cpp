@@ -10,9 +10,11 @@
 #include <qrndom/PelDOMNode.h>
 #include <qrndom/PelDOMWriter.h>
 
+#include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/XMLException.hpp>
 
 #include <algorithm>
+#include <new>
 #include <ostream>
 #include <string_view>
 #include <utility>
@@ -66,6 +68,8 @@ struct PelDOMWriter::Body {
             fail(name, refusal.reason);
         } catch (const xercesc::XMLException& exception) {
             fail(name, exception.getMessage());
+        } catch (const xercesc::OutOfMemoryException&) {
+            throw std::bad_alloc();
         }
         return PelDOM::INTERNAL_ERROR;
     }

@@ -10,6 +10,7 @@
 
 #include <array>
 #include <istream>
+#include <new>
 #include <optional>
 #include <streambuf>
 #include <string>
@@ -98,12 +99,16 @@ struct PelDOMReader::Body {
             fail(name, u"the engine does not start");
             return PelDOMDocument();
         }
-        PelXercesReader reader(settings);
-        const PelXercesNodeRef node = readBy(reader);
-        messages = std::move(reader.getMessages());
-        if (!node && messages.empty() && settings.maxMessages > 0)
-            fail(name, u"not enough memory");
-        return node ? PelDOMDocument(PelXercesDOMNode::make(node)) : PelDOMDocument();
+        try {
+            PelXercesReader reader(settings);
+            const PelXercesNodeRef node = readBy(reader);
+            messages = std::move(reader.getMessages());
+            if (!node && messages.empty() && settings.maxMessages > 0)
+                fail(name, u"not enough memory");
+            return node ? PelDOMDocument(PelXercesDOMNode::make(node)) : PelDOMDocument();
+        } catch (const xercesc::OutOfMemoryException&) {
+            throw std::bad_alloc();
+        }
     }
 
     bool startEngine() {

@@ -113,10 +113,11 @@ PelXercesNodeRef PelXercesReader::read(Scan scanDocument, Parse parse) {
 
 template <class Parse>
 PelXercesNodeRef PelXercesReader::readByEngine(Parse parse) {
-    Machine machine(*this);
+    std::optional<Machine> machine;
     bool hasFailed = true;
     try {
-        parse(machine);
+        machine.emplace(*this);
+        parse(*machine);
         hasFailed = false;
     } catch (const xercesc::XMLException& exception) {
         note(exception.getMessage());
@@ -129,13 +130,14 @@ PelXercesNodeRef PelXercesReader::readByEngine(Parse parse) {
     } catch (...) {
         if (settings.areExceptionsPrinted && limits.getExcess() == nullptr)
             std::cerr << "An error occured during parsing\n " << std::endl;
-        note(limits.getExcess() != nullptr ? limits.getExcess() : u"not enough memory");
+        if (machine)
+            note(limits.getExcess() != nullptr ? limits.getExcess() : u"not enough memory");
     }
     limits.watchMemory(false);
     memory.getNames().setGrammar(nullptr); // it takes memory while it is destroyed
     if (hasFailed || reporter.getSawErrors())
         return {};
-    PelXercesDocumentPtr document(machine.parser.adoptDocument());
+    PelXercesDocumentPtr document(machine->parser.adoptDocument());
     return document ? PelXercesTree::share(engine, {std::move(document)}) : PelXercesNodeRef();
 }
 

@@ -14,9 +14,11 @@
 #include "xerces/PelXercesTree.h"
 
 #include <xercesc/dom/DOM.hpp>
+#include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
+#include <new>
 #include <optional>
 
 namespace {
@@ -93,7 +95,11 @@ PelDOM::Error PelXercesDOMUtilities::writeDocument(const PelDOMDocument& documen
                                                    int terminator) {
     PelXercesDocumentWriter writer(target, toFile != 0, newlines != 0, terminator != 0);
     PelLog::trace(u"PelXercesDOMUtilities::writeDocument()", this);
-    return writer.write(document);
+    try {
+        return writer.write(document);
+    } catch (const xercesc::OutOfMemoryException&) { // also of the engine's own memory
+        throw std::bad_alloc();
+    }
 }
 
 PelDOM::Error PelXercesDOMUtilities::writeDocument(const PelDOMDocument& document,
@@ -106,21 +112,30 @@ PelDOM::Error PelXercesDOMUtilities::writeDocument(const PelDOMDocument& documen
     return writeDocument(document, target, 1, 1, 0);
 }
 
+// Without memory there is no document, wherever it runs out.
 template <class Read>
 PelDOMDocument PelXercesDOMUtilities::read(const PelString& argument, Read readBy) {
-    PelLog::trace(u"PelXercesDOMUtilities::readDocument()", this);
-    if (!isReadyFor(argument)) {
-        PelReadMessage::set(PelString(), getErrorStatus() == PelDOM::SUCCESS
-                                             ? u"there is nothing to read"
-                                             : u"the engine does not start");
-        return PelDOMDocument();
+    try {
+        PelLog::trace(u"PelXercesDOMUtilities::readDocument()", this);
+        if (!isReadyFor(argument)) {
+            PelReadMessage::set(PelString(), getErrorStatus() == PelDOM::SUCCESS
+                                                 ? u"there is nothing to read"
+                                                 : u"the engine does not start");
+            return PelDOMDocument();
+        }
+        PelReadMessage::clear();
+        PelXercesReader reader;
+        if (const PelXercesNodeRef node = readBy(reader))
+            return documentOn(node);
+        if (!reader.getMessages().empty()) {
+            PelReadMessage::set(reader.getMessages());
+            return PelDOMDocument();
+        }
+    } catch (const xercesc::OutOfMemoryException&) {
+    } catch (const std::bad_alloc&) {
     }
-    PelReadMessage::clear();
-    PelXercesReader reader;
-    const PelXercesNodeRef node = readBy(reader);
-    if (!node)
-        PelReadMessage::set(reader.getMessages());
-    return documentOn(node);
+    PelReadMessage::set(PelString(), u"not enough memory");
+    return PelDOMDocument();
 }
 
 // Starts the engine if need be, even for an argument that is of no use.

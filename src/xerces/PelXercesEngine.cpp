@@ -2,9 +2,9 @@
 #include "xerces/PelXercesEngine.h"
 
 #include "xerces/PelXercesFields.h"
+#include "xerces/PelXercesMemory.h"
 
 #include <xercesc/dom/DOM.hpp>
-#include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 
 #include <mutex>
@@ -91,7 +91,7 @@ void PelXercesEngine::stop() {
 PelXercesEngine::Share::Share() {
     const std::lock_guard<std::mutex> lock(lifecycle);
     if (shares == 0 && !startLocked())
-        throw xercesc::OutOfMemoryException();
+        throw PelXercesOutOfMemory();
     ++shares;
 }
 

@@ -25,8 +25,8 @@ public:
     /// Keeps the engine up while it lives.
     class Share {
     public:
-        /// Starts the engine if no other share has. Throws the engine's OutOfMemoryException where
-        /// it cannot be started, and lets the engine's exceptions through.
+        /// Starts the engine if no other share has. Throws PelXercesOutOfMemory where it cannot be
+        /// started, and lets the engine's exceptions through.
         Share();
         Share(const Share& other) noexcept;
         Share& operator=(const Share&) = delete;

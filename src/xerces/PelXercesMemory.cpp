@@ -3,10 +3,6 @@
 
 #include "core/PelPlatform.h"
 
-#include <xercesc/util/OutOfMemoryException.hpp>
-
-#include <new>
-
 namespace {
 
 // The nodes of all but small trees lie in blocks of just this size, filled from front to back.
@@ -27,7 +23,7 @@ void* PelXercesMemory::allocate(XMLSize_t size) {
             PelPlatform::willBeFilled(memory, size);
         return memory;
     } catch (const std::bad_alloc&) {
-        throw xercesc::OutOfMemoryException();
+        throw PelXercesOutOfMemory();
     }
 }
 

@@ -2,8 +2,13 @@
 #pragma once
 
 #include <xercesc/framework/MemoryManager.hpp>
+#include <xercesc/util/OutOfMemoryException.hpp>
 
 #include <cstddef>
+#include <new>
+
+/// No memory is left: to the engine in its own words, to the library's callers in the standard's.
+class PelXercesOutOfMemory final : public xercesc::OutOfMemoryException, public std::bad_alloc {};
 
 /// The memory of trees, and of the exceptions that come from them: plain heap, through an object
 /// that is never destroyed. The engine's own manager goes with the engine, which an exception on
@@ -14,7 +19,7 @@ public:
 
     xercesc::MemoryManager* getExceptionMemoryManager() override { return &get(); }
 
-    /// Throws the engine's OutOfMemoryException.
+    /// Throws PelXercesOutOfMemory.
     void* allocate(XMLSize_t size) override;
     void deallocate(void* memory) override;
 };
