@@ -20,6 +20,7 @@ protected:
         write("inner.ent", "inner");
         write("sub/outer.ent", "(&e;)");
         write("a.dtd", "<!ELEMENT a ANY><!ENTITY f 'from the DTD'>");
+        write("list.dtd", "<!ELEMENT a ANY><!ENTITY % p \"b CDATA '&x;'\"><!ATTLIST a %p;>");
         testing::internal::CaptureStderr();
     }
 
@@ -183,6 +184,7 @@ TEST_F(Reading, ReadsAsItIsSet) {
     const std::string model = "<!DOCTYPE a [<!ELEMENT a (b)><!ELEMENT b EMPTY>]><a> <b/> </a>";
     const std::string wrong =
         "<!DOCTYPE a [<!ELEMENT a EMPTY><!ATTLIST a b CDATA #REQUIRED>]><a><c/><d/></a>";
+    const std::string gone = "null; W d.xml:1:31: gone.dtd is left out, since it cannot be read";
     const std::string missing = "; E d.xml:1:67: missing required attribute 'b'";
     const std::string unknown = "; E d.xml:1:69: no declaration found for element 'c'";
     const struct {
@@ -207,6 +209,21 @@ TEST_F(Reading, ReadsAsItIsSet) {
             "a; W d.xml:1:31: gone.dtd is left out, since it cannot be read"},
         {__LINE__, never, "<!DOCTYPE a [<!ENTITY e SYSTEM 'gone.ent'>]><a>&e;</a>",
             "null; E d.xml:1:51: gone.ent: no such file"},
+        {__LINE__, never, "<!DOCTYPE a SYSTEM 'gone.dtd'><a b='5&nbsp;&euro;'/>",
+            gone + "; E d.xml:1:44: entity 'nbsp' not found"},
+        {__LINE__, never, "<!DOCTYPE a [%p;]><a b='&x;'/>", "null; E d.xml:1:28: entity 'x' not found"},
+        {__LINE__, never,
+            "<!DOCTYPE a SYSTEM 'gone.dtd' [<!ENTITY e 'e'><!ATTLIST a b CDATA '&e;&lt;'>]><a c='&e;'/>",
+            "a b=e< c=e; W d.xml:1:79: gone.dtd is left out, since it cannot be read"},
+        {__LINE__, never, "<!DOCTYPE a SYSTEM 'gone.dtd' [<!ATTLIST a b CDATA 'd&nbsp;e'>]><a/>",
+            "null; E d.xml:1:60: entity 'nbsp' not found"},
+        {__LINE__, none, "<!DOCTYPE a SYSTEM 'a.dtd' [<!ATTLIST a b CDATA 'd&nbsp;e'>]><a/>",
+            "null; E d.xml:1:57: entity 'nbsp' not found"},
+        {__LINE__, never, "<!DOCTYPE a SYSTEM 'list.dtd'><a/>",
+            "null; E list.dtd:1:61: entity 'x' not found"},
+        {__LINE__, none, "<!DOCTYPE a SYSTEM 'list.dtd'><a/>", "null; E list.dtd:1:61: entity 'x' not found"},
+        {__LINE__, none, "<!DOCTYPE a SYSTEM 'a.dtd' [<!ATTLIST a b CDATA ''>]><a>&x;&y;</a>",
+            "null; E d.xml:1:60: entity 'x' not found; E d.xml:1:63: entity 'y' not found"},
         {__LINE__, always, "<a/>", "null; E d.xml:1:3: no declaration found for element 'a'"},
         {__LINE__, always, model, "a(b)"},
         {__LINE__, spaces, model, "a(| | b | |)"},

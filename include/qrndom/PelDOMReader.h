@@ -66,7 +66,8 @@ public:
     /// With IF_DECLARED, the default, documents with a document type that declares something, in
     /// the document or in an external subset, have to be valid. With NEVER declarations are only
     /// read for the entities and default attributes in them, and an external subset that cannot be
-    /// read is left out, with a warning. With ALWAYS a document without a type is refused.
+    /// read is left out, with a warning; a reference to what is declared nowhere is an error all
+    /// the same. With ALWAYS a document without a type is refused.
     void setValidation(Validation validation) noexcept;
 
     /// As it was set.

@@ -30,6 +30,8 @@ void* PelXercesReadMemory::allocate(XMLSize_t size) {
         names.addDeclaredElements();
         limits.addModelPart();
     }
+    if (listScanner != nullptr && PelXercesReadLimits::isFor<xercesc::XMLReader>(size))
+        listScanner->setHasNoDTD(true);
     if (size == converterPlaces)
         size *= converterLayers;
     limits.addMemory(size, blockOverhead);

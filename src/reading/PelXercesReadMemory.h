@@ -7,6 +7,8 @@
 #include "reading/PelXercesReadLimits.h"
 #include "xerces/PelXercesMemory.h"
 
+#include <xercesc/internal/XMLScanner.hpp>
+
 #include <cstddef>
 #include <unordered_map>
 
@@ -25,8 +27,13 @@ public:
     /// Whether memory is zero when it is new.
     void setCleared(bool isToBeCleared) noexcept { isCleared = isToBeCleared; }
 
+    /// Whose attribute list is being scanned, if any. There every reference counts as one that has
+    /// to be declared, also when a parameter entity in the list has made the engine doubt it.
+    void setListScanner(xercesc::XMLScanner* scanner) noexcept { listScanner = scanner; }
+
 private:
     bool isCleared = false;
+    xercesc::XMLScanner* listScanner = nullptr;
     PelXercesEntities entities;
     PelXercesReadLimits limits;
     PelXercesNameLimits names{limits};

@@ -63,10 +63,6 @@ void PelXercesTreeBuilder::startElement(const xercesc::XMLElementDecl& declarati
     limits.addEvent();
     if (isRoot)
         limits.watchMemory(true); // from here on the engine clears nothing up before the end
-    // Without validation the engine drops references to entities that are declared nowhere, as soon
-    // as there is a DTD that might declare them.
-    if (isRoot && getValidationScheme() == Val_Never)
-        getScanner()->setHasNoDTD(true);
     names.addStartTag(attributes, count);
     for (XMLSize_t i = 0; i < count; ++i)
         requirePairs(attributes.elementAt(i)->getValue());

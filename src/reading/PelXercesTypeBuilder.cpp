@@ -72,7 +72,7 @@ std::u16string inPlainWords(const XMLCh* domain, unsigned int code, std::u16stri
 
 PelXercesTypeBuilder::PelXercesTypeBuilder(PelXercesReadMemory& readMemory)
     : XercesDOMParser(new (&readMemory) PelXercesValidator(readMemory), &readMemory),
-      limits(readMemory.getLimits()), names(readMemory.getNames()),
+      limits(readMemory.getLimits()), names(readMemory.getNames()), memory(readMemory),
       entities(readMemory.getEntities()) {
     getScanner()->getValidator()->setErrorReporter(this); // the engine does so for its own only
     readMemory.getStreams().setReaders(getScanner()->getReaderMgr());
@@ -114,6 +114,7 @@ void PelXercesTypeBuilder::doctypeDecl(const xercesc::DTDElementDecl& root, cons
     hasExternalSubset = hasExternal;
     entities.expectSubset(hasExternal && !hasSubset);
     XercesDOMParser::doctypeDecl(root, publicId, systemId, hasSubset, hasExternal);
+    refuseUndeclaredReferences();
 }
 
 void PelXercesTypeBuilder::startIntSubset() {
@@ -126,6 +127,19 @@ void PelXercesTypeBuilder::endIntSubset() {
     isInSubset = false;
     entities.expectSubset(hasExternalSubset);
     XercesDOMParser::endIntSubset();
+    refuseUndeclaredReferences();
+}
+
+void PelXercesTypeBuilder::endExtSubset() {
+    XercesDOMParser::endExtSubset();
+    refuseUndeclaredReferences();
+}
+
+// Where something external might declare an entity, the engine drops references to one that is not
+// declared, unless it validates.
+void PelXercesTypeBuilder::refuseUndeclaredReferences() {
+    if (getValidationScheme() == Val_Never)
+        getScanner()->setHasNoDTD(true);
 }
 
 void PelXercesTypeBuilder::doctypeComment(const XMLCh* comment) {
@@ -163,6 +177,16 @@ void PelXercesTypeBuilder::attDef(const xercesc::DTDElementDecl& element,
         subset.addAttribute(attribute);
 }
 
+// In defaults only those documents miss an entity that have to be valid in any case.
+void PelXercesTypeBuilder::startAttList(const xercesc::DTDElementDecl& element) {
+    XercesDOMParser::startAttList(element);
+    if (getValidationScheme() == Val_Always)
+        return;
+    mayBeDeclared = !getScanner()->getHasNoDTD();
+    getScanner()->setHasNoDTD(true);
+    memory.setListScanner(getScanner());
+}
+
 // The engine makes nodes of all defaults of the element anew, those of earlier lists too, each at
 // its place among the others.
 void PelXercesTypeBuilder::endAttList(const xercesc::DTDElementDecl& element) {
@@ -181,6 +205,9 @@ void PelXercesTypeBuilder::endAttList(const xercesc::DTDElementDecl& element) {
         names.addList(element);
     }
     growNameTable(1);
+    if (mayBeDeclared)
+        getScanner()->setHasNoDTD(false);
+    memory.setListScanner(nullptr);
     XercesDOMParser::endAttList(element);
 }
 

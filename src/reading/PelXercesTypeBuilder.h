@@ -27,10 +27,12 @@ public:
                      const XMLCh* systemId, bool hasSubset, bool hasExternal) override;
     void startIntSubset() override;
     void endIntSubset() override;
+    void endExtSubset() override;
     void doctypeComment(const XMLCh* comment) override;
     void elementDecl(const xercesc::DTDElementDecl& declaration, bool isIgnored) override;
     void attDef(const xercesc::DTDElementDecl& element, const xercesc::DTDAttDef& attribute,
                 bool isIgnored) override;
+    void startAttList(const xercesc::DTDElementDecl& element) override;
     void endAttList(const xercesc::DTDElementDecl& element) override;
     void entityDecl(const xercesc::DTDEntityDecl& entity, bool isParameter,
                     bool isIgnored) override;
@@ -49,10 +51,13 @@ protected:
 
 private:
     void requireSmall(const xercesc::ContentSpecNode* model);
+    void refuseUndeclaredReferences();
 
+    PelXercesReadMemory& memory;
     PelXercesEntities& entities;
     bool areTypesRefused = false;
     bool hasExternalSubset = false;
     bool isInSubset = false;
+    bool mayBeDeclared = false; // entities that are not, by something external
     PelXercesSubset subset{fInternalSubset};
 };
