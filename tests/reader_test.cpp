@@ -105,6 +105,9 @@ TEST_F(Reading, TellsEachFaultAtItsPlaceInLinesAndCharacters) {
         {__LINE__, "<!DOCTYPE a SYSTEM '/dev/null'>\n<a/>", "1:32: /dev/null: is no regular file"},
         {__LINE__, "<!DOCTYPE a SYSTEM 'http://x.test/a.dtd'>\n<a/>",
             "1:42: http://x.test/a.dtd: an address on the network is not read"},
+        {__LINE__, "<!DOCTYPE a SYSTEM 'urn:x:a.dtd'>\n<a/>",
+            "1:34: urn:x:a.dtd: an address of this kind is not read"},
+        {__LINE__, "<!DOCTYPE a SYSTEM 'file:/gone/a.dtd'>\n<a/>", "1:39: file:/gone/a.dtd: no such file"},
         {__LINE__, "<!DOCTYPE a SYSTEM 'file:///%00'>\n<a/>", "1:34: file:///%00: no file has such a name"},
         {__LINE__, "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e 'e'>]>\n<a>\n" + repeated("&e;", 50'001) + "</a>",
             "3:150004: parser has encountered more than '50000' entity expansions in the document; this is "
@@ -130,6 +133,11 @@ TEST_F(Reading, NamesFilesAsTheCallerAndTheDocumentNameThem) {
     for (const std::string& name : {folder + "/sub/e.ent", "file://" + folder + "/sub/e.ent"}) {
         write("sub/d.xml", "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e SYSTEM '" + name + "'>]>\n<a>&e;</a>");
         EXPECT_EQ(file("sub/d.xml"), "null; E " + name + ":2:5: entity 'x' not found");
+    }
+    for (const std::string name : {"part:1", "1:1", ":"}) { // no address if there is such a file
+        write(("sub/" + name).c_str(), "&x;");
+        write("sub/d.xml", "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e SYSTEM '" + name + "'>]>\n<a>&e;</a>");
+        EXPECT_EQ(file("sub/d.xml"), "null; E sub/" + name + ":1:4: entity 'x' not found");
     }
     EXPECT_EQ(file("gone.xml"), "null; E gone.xml:0:0: no such file");
     EXPECT_EQ(file("sub"), "null; E sub:0:0: is a folder");
@@ -209,6 +217,10 @@ TEST_F(Reading, ReadsAsItIsSet) {
             "a; W d.xml:1:31: gone.dtd is left out, since it cannot be read"},
         {__LINE__, never, "<!DOCTYPE a [<!ENTITY e SYSTEM 'gone.ent'>]><a>&e;</a>",
             "null; E d.xml:1:51: gone.ent: no such file"},
+        {__LINE__, never, "<!DOCTYPE a SYSTEM 'urn:x:a.dtd'><a/>",
+            "a; W d.xml:1:34: urn:x:a.dtd is left out, since it cannot be read"},
+        {__LINE__, noDTD, "<!DOCTYPE a SYSTEM 'urn:x:a.dtd'><a/>",
+            "a; W d.xml:1:34: urn:x:a.dtd is not read, as it was set"},
         {__LINE__, never, "<!DOCTYPE a SYSTEM 'gone.dtd'><a b='5&nbsp;&euro;'/>",
             gone + "; E d.xml:1:44: entity 'nbsp' not found"},
         {__LINE__, never, "<!DOCTYPE a [%p;]><a b='&x;'/>", "null; E d.xml:1:28: entity 'x' not found"},

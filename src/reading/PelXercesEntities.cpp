@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
 #include <string_view>
 
 namespace {
@@ -13,9 +14,12 @@ PelString folderOf(const PelString& name) {
     return PelString(text.substr(0, text.rfind(u'/') + 1));
 }
 
-bool isRelative(const PelString& name) {
-    const std::u16string_view text = name.view();
-    return text.substr(0, 1) != u"/" && text.find(u"://") == text.npos;
+// A file may be called as an address is.
+bool isRelative(const PelString& name, const PelString& id) {
+    const std::size_t folder = id.view().rfind(name.view());
+    const bool isFileBeside = folder != std::u16string_view::npos && folder > 0 &&
+                              folder + name.view().size() == id.view().size();
+    return !name.startsWith(u"/") && (!PelXercesEntities::hasScheme(name) || isFileBeside);
 }
 
 } // namespace
@@ -29,9 +33,18 @@ void PelXercesEntities::addDocument(const PelString& id, const PelString& name,
 void PelXercesEntities::add(const PelString& id, const PelString& parentId, const PelString& name) {
     const auto parent = entities.find(parentId);
     const PelString shown =
-        parent != entities.end() && isRelative(name) ? parent->second.folder + name : name;
+        parent != entities.end() && isRelative(name, id) ? parent->second.folder + name : name;
     entities.try_emplace(
         id, Entity{shown, folderOf(shown), PelPlatform::fileSystemName(id), nullptr, 0, 0, {}});
+}
+
+bool PelXercesEntities::hasScheme(const PelString& name) {
+    constexpr std::u16string_view letters = u"abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ";
+    const std::u16string_view text = name.view();
+    const std::u16string_view scheme = text.substr(0, text.find(u':'));
+    return scheme.size() < text.size() && scheme.find_first_of(letters) == 0 &&
+           scheme.find_first_not_of(std::u16string(letters).append(u"0123456789+-.")) ==
+               scheme.npos;
 }
 
 PelString PelXercesEntities::nameOf(const PelString& id) const {

@@ -29,6 +29,9 @@ public:
     /// An entity to which the one with the identifier `parentId` refers by `name`.
     void add(const PelString& id, const PelString& parentId, const PelString& name);
 
+    /// Whether the name of an entity begins as an address does: "urn:", "http:".
+    static bool hasScheme(const PelString& name);
+
     /// The identifier itself where nothing else is known.
     PelString nameOf(const PelString& id) const;
 

@@ -90,6 +90,11 @@ PelXercesLocalResolver::resolveEntity(xercesc::XMLResourceIdentifier* resource) 
         xercesc::XMLBuffer plainName;
         xercesc::XMLUri::normalizeURI(name, plainName);
         file.reset(new (&memory) PelXercesFileSource(base, plainName.getRawBuffer(), memory));
+        if (PelXercesEntities::hasScheme(name) &&
+            !(settings.isAnythingExternalRead() && file->isReadable())) {
+            whyUnreadable = u"an address of this kind is not read";
+            file.reset();
+        }
     } else if (isLocalFile(url)) {
         const PelString path = withoutEscapes(url.getPath());
         if (path.isEmpty() == 0)
