@@ -105,13 +105,12 @@ void PelXercesListPlace::goForwardTo(std::size_t index) {
 
 void PelXercesListPlace::goBackTo(std::size_t index) {
     while (placeIndex > index) {
-        DOMNode* const before =
-            next != nullptr ? next->getPreviousSibling() : above->getLastChild();
-        if (before != nullptr && !isOfChildren() && before->getLastChild() != nullptr) {
-            above = before;
-            next = nullptr;
-            continue;
-        }
+        DOMNode* before = next != nullptr ? next->getPreviousSibling() : above->getLastChild();
+        if (before != nullptr && !isOfChildren())
+            while (DOMNode* const child = before->getLastChild()) {
+                above = before;
+                before = child;
+            }
         next = before;
         if (next == nullptr) {
             next = above;
