@@ -244,6 +244,13 @@ TEST_F(Reading, ReadsAsItIsSet) {
             "null; E d.xml:1:45: documents with a document type are refused, as it was set"},
         {__LINE__, refuse, utf16(u"<!DOCTYPE a><a/>"),
             "null; E d.xml:1:13: documents with a document type are refused, as it was set"},
+        {__LINE__, refuse, "<?xml version='1.0' encoding='UTF-7'?>+ADwAIQ-DOCTYPE a><a/>",
+            "null; E d.xml:1:51: documents with a document type are refused, as it was set"},
+        {__LINE__, refuse, // the same in IBM037
+            "\x4C\x6F\xA7\x94\x93\x40\xA5\x85\x99\xA2\x89\x96\x95\x7E\x7D\xF1\x4B\xF0\x7D\x40\x85\x95\x83\x96"
+            "\x84\x89\x95\x87\x7E\x7D\x89\x82\x94\xF0\xF3\xF7\x7D\x6F\x6E\x4C\x5A\xC4\xD6\xC3\xE3\xE8\xD7\xC5"
+            "\x40\x81\x6E\x4C\x81\x61\x6E",
+            "null; E d.xml:1:52: documents with a document type are refused, as it was set"},
         {__LINE__, none, wrong,
             "null" + missing + unknown + "; E d.xml:1:73: no declaration found for element 'd'" +
                 "; E d.xml:1:79: element 'c' is not allowed for content model 'EMPTY'"},
