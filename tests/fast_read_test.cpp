@@ -115,7 +115,7 @@ TEST_F(WaysOfReading, GiveTheSameTree) {
          })
         sameTree(text, "");
     EXPECT_EQ(sameTree("<r><a b='1'>t</a><!--c-->u</r>", ""), 6);
-    EXPECT_EQ(sameTree(u8"<?xm\U0001F600l a?><r><\U00010000 \U00010000=''/><?\U00010000?></r>", ""), 5);
+    EXPECT_EQ(sameTree("<?xm\U0001F600l a?><r><\U00010000 \U00010000=''/><?\U00010000?></r>", ""), 5);
     std::string wide = "<r>";
     for (int i = 0; i < 3000; ++i)
         wide += "<e a='" + std::to_string(i) + "' b='x'>" +

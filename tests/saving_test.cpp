@@ -273,8 +273,8 @@ TEST(Saving, RefusesWhatNoReaderWouldTake) {
 }
 
 TEST(Saving, WritesNamesBeyondTheBasicPlane) {
-    const char* const body = u8"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<?xm\U0001F600l "
-                             u8"a?>\n<r><\U00010000 \U00010000=\"\"/><?\U00010000 b?></r>\n";
+    const char* const body = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<?xm\U0001F600l "
+                             "a?>\n<r><\U00010000 \U00010000=\"\"/><?\U00010000 b?></r>\n";
     PelDOMDocument document = readBytes(body);
     EXPECT_EQ(saved(document), body);
     PelDOMElement root = document.getDocumentElement();
