@@ -165,15 +165,15 @@ TEST_F(Reading, LooksForPlacesNoFurtherThanItHasTo) {
 
     const std::string smile = "\xF0\x9F\x98\x80", line = repeated(smile, 3'000) + "x\n",
                       lines = repeated(line, 9);
-    write("e", lines + repeated(smile, 3'000) + "<e/>" + lines + smile + "<e/>");
+    write("e", lines + repeated(smile, 3'000) + "<e/>&f;" + lines + smile + "<e/>");
     write("f", lines + smile + "<f/>");
-    const std::string e = "; E e:10:3003: no declaration found for element 'e'"
-                          "; E e:19:4: no declaration found for element 'e'";
     const std::string f = "; E f:10:4: no declaration found for element 'f'";
+    const std::string e = "; E e:10:3003: no declaration found for element 'e'" + f +
+                          "; E e:19:4: no declaration found for element 'e'";
     const std::string told =
         read(reader, "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e SYSTEM 'e'><!ENTITY f SYSTEM 'f'>]>"
-                     "<a>&e;&f;&f;&e;</a>");
-    EXPECT_EQ(told, "null" + e + f + f + e);
+                     "<a>&e;&f;&e;</a>");
+    EXPECT_EQ(told, "null" + e + f + e);
 }
 
 TEST_F(Reading, ReadsAsItIsSet) {
