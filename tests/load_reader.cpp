@@ -23,7 +23,7 @@ static struct LastReader {
 } lastReader;
 
 /// Whether reads succeed and fail as they should, on this thread and on one that ends before.
-extern "C" int read() {
+extern "C" int readsRight() {
     bool isRight = true;
     const auto use = [&] {
         isRight = isRight && messageOf("<a>").isEmpty() == 0 &&
