@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Any bytes as a document: all ways of reading it agree, every handle and list into it answers, and
 // what is written of it reads as the same tree again.
-#include "reading/PelXercesReader.h"
+#include "read/PelXercesReader.h"
 #include "support.h"
-#include "xerces/PelXercesDOMNode.h"
+#include "xerces/handles/PelXercesDOMNode.h"
 
 #include <xercesc/dom/DOM.hpp>
 

@@ -2,7 +2,7 @@
 // Random calls on handles, lists, filers and services, each compared with a plain model of the trees.
 #include "support.h"
 #include "tree_model.h"
-#include "xerces/PelXercesDOMNode.h"
+#include "xerces/handles/PelXercesDOMNode.h"
 
 #include <xercesc/util/PlatformUtils.hpp>
 

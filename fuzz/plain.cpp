@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Any bytes as a document, in UTF-8 and as UTF-16 in memory: the scanner of plain documents and the
 // engine's parser come to the same verdict, message and tree.
-#include "reading/PelPlainScanner.h"
-#include "reading/PelXercesReader.h"
+#include "read/PelXercesReader.h"
+#include "read/scan/PelPlainScanner.h"
 #include "same_tree.h"
 #include "support.h"
 

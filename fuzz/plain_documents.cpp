@@ -6,7 +6,7 @@
 //
 // A document on which the target ends the process is left in plain_documents.last.
 #include "support.h"
-#include "xerces/PelXercesFields.h"
+#include "xerces/engine/PelXercesFields.h"
 
 #include <algorithm>
 #include <csignal>

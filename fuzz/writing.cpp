@@ -2,7 +2,7 @@
 // Any bytes as a document, read with settings drawn from them: what is written of it reads as the same tree
 // again and is written as the same bytes, with the usual settings and with others drawn likewise.
 #include "support.h"
-#include "xerces/PelXercesDOMNode.h"
+#include "xerces/handles/PelXercesDOMNode.h"
 
 #include <xercesc/dom/DOM.hpp>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support.h"
-#include "xerces/PelXercesDOMNode.h"
-#include "xerces/PelXercesRules.h"
+#include "xerces/handles/PelXercesDOMNode.h"
+#include "xerces/tree/PelXercesRules.h"
 
 #include <algorithm>
 #include <cfloat>

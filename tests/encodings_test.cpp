@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "core/PelEncodingCheck.h"
+#include "read/input/PelEncodingCheck.h"
 #include "support.h"
 
 using namespace std::string_literals;

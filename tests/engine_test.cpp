@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support.h"
-#include "xerces/PelXercesFields.h"
-#include "xerces/PelXercesTrial.h"
+#include "xerces/engine/PelXercesFields.h"
+#include "xerces/engine/PelXercesLayoutCheck.h"
 
 #include <xercesc/util/XercesVersion.hpp>
 
@@ -12,7 +12,7 @@
 namespace {
 
 using Fields = PelXercesFields;
-using Trial = PelXercesTrial;
+using Trial = PelXercesLayoutCheck;
 
 struct Engine : testing::Test {
     static void SetUpTestSuite() { services().init(); }

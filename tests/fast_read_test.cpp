@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "../fuzz/same_tree.h"
-#include "reading/PelPlainScanner.h"
-#include "reading/PelPlainUtf8.h"
-#include "reading/PelXercesReader.h"
+#include "read/PelXercesReader.h"
+#include "read/scan/PelPlainScanner.h"
+#include "read/scan/PelPlainUtf8.h"
 #include "support.h"
-#include "xerces/PelXercesFields.h"
+#include "xerces/engine/PelXercesFields.h"
 
 #include <xercesc/util/PlatformUtils.hpp>
 

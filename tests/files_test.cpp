@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "core/PelPlatform.h"
-#include "reading/PelReadMessage.h"
+#include "read/PelReadMessage.h"
 #include "support.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "counted_imp.h"
 #include "support.h"
-#include "xerces/PelXercesDOMDocument.h"
-#include "xerces/PelXercesDOMElement.h"
-#include "xerces/PelXercesDOMText.h"
+#include "xerces/handles/PelXercesDOMDocument.h"
+#include "xerces/handles/PelXercesDOMElement.h"
+#include "xerces/handles/PelXercesDOMText.h"
 
 TEST(Handles, OwnOneImplementationEach) {
     PelDOMNode first(new CountedImp);

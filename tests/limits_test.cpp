@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "core/PelPlatform.h"
-#include "reading/PelPlainScanner.h"
-#include "reading/PelXercesReader.h"
+#include "read/PelXercesReader.h"
+#include "read/scan/PelPlainScanner.h"
 #include "support.h"
-#include "xerces/PelXercesFields.h"
+#include "xerces/engine/PelXercesFields.h"
 
 #include <pthread.h>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support.h"
-#include "xerces/PelXercesDOMNode.h"
+#include "xerces/handles/PelXercesDOMNode.h"
 
 #include <random>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "failing_memory.h"
 #include "support.h"
-#include "xerces/PelXercesDOMNode.h"
-#include "xerces/PelXercesFields.h"
+#include "xerces/engine/PelXercesFields.h"
+#include "xerces/handles/PelXercesDOMNode.h"
 
 static PelDOMElement rootOf(const PelDOMDocument& document) { return document.getDocumentElement(); }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support.h"
-#include "xerces/PelXercesDOMNode.h"
-#include "xerces/PelXercesDeclaration.h"
+#include "xerces/handles/PelXercesDOMNode.h"
+#include "xerces/tree/PelXercesDeclaration.h"
 
 #include <unicode/unistr.h>
 #include <xercesc/dom/DOM.hpp>

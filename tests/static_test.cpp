@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support.h"
-#include "xerces/PelXercesDOMNode.h"
-#include "xerces/PelXercesDeclaration.h"
+#include "xerces/handles/PelXercesDOMNode.h"
+#include "xerces/tree/PelXercesDeclaration.h"
 
 static std::string write(const char16_t* encoding) {
     const PelDOMDocument document = services().createDocument("r");

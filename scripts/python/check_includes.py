@@ -2,6 +2,8 @@
 """Checks that the library's files include only what their folder may.
 
     scripts/check-includes      (ends with 1, and names file and line, if one does not)
+
+docs/pictures/folders.dot says which folder may include which.
 """
 
 import pathlib
@@ -9,30 +11,7 @@ import re
 import sys
 
 HOME = pathlib.Path(__file__).resolve().parent.parent.parent
-
-# Every folder may include itself, the standard library, and what stands here. The public headers are
-# folders as well, in groups; only PelPlatform* may know the operating system, only PelXercesFields.h the
-# engine's own classes of nodes. The "processor" is what compilers give of its instructions.
-ALLOWED = {
-    "public core": [],
-    "public handles": ["public core"],
-    "public services": ["public core", "public handles"],
-    "public filer": ["public core", "public handles"],
-    "public umbrella": ["public core", "public handles", "public services", "public filer"],
-    "core": ["public core", "platform", "ICU"],
-    "platform": ["public core", "operating system"],
-    "model": ["public core", "public handles", "core"],
-    "fields": ["engine", "engine's nodes"],
-    "xerces": ["public core", "public handles", "core", "platform", "model", "fields", "engine"],
-    "reading": ["public core", "public handles", "public services", "core", "platform", "fields", "xerces",
-                "engine", "processor"],
-    "output": ["public core", "public handles", "public services", "core", "platform", "xerces",
-               "engine"],
-    "services": ["public core", "public handles", "public services", "core", "platform", "xerces",
-                 "reading", "output", "engine"],
-    "filer": ["public core", "public handles", "public filer", "core"],
-    "diag": ["public core", "public handles", "core"],
-}
+PICTURE = HOME / "docs/pictures/folders.dot"
 
 PUBLIC = {
     "PelDOM.h": "public core",
@@ -43,34 +22,69 @@ PUBLIC = {
     "PelDOMUtilites.h": "public services",
     "PelDOMWriter.h": "public services",
     "PelDOMFiler.h": "public filer",
-    "QRNDOM.h": "public umbrella",
 }
+
+# What only some files may include, whatever their folder.
+SINGLE = {
+    "operating system": r"core/PelPlatform",
+    "engine's nodes": r"xerces/engine/PelXercesFields\.h",
+    "processor": r"read/scan/",
+}
+
+
+def reachable():
+    """Of each folder in the picture, all that its arrows lead to, itself among them."""
+    arrows = {}
+    for begin, end in re.findall(r'^ *"([^"]+)" -> "([^"]+)"', PICTURE.read_text(), re.MULTILINE):
+        arrows.setdefault(begin, set()).add(end)
+        arrows.setdefault(end, set())
+    for begin in arrows:
+        found, open_ends = set(), list(arrows[begin])
+        while open_ends:
+            end = open_ends.pop()
+            if end not in found:
+                found.add(end)
+                open_ends += arrows[end]
+        if begin in found:
+            sys.exit(f"{PICTURE.name}: the arrows lead from {begin} back to it")
+        yield begin, found | {begin}
+
+
+MAY_INCLUDE = dict(reachable())
 
 
 def folder_of(path):
     """The folder, or group, of a path such as "qrndom/PelDOM.h", "core/PelLog.h" or "xercesc/dom/DOM.hpp"."""
     folder, _, name = path.rpartition("/")
+    if path == "qrndom/QRNDOM.h":
+        return "umbrella"
     if folder == "qrndom":
         return PUBLIC.get(name, "public handles")
-    if path.startswith("core/PelPlatform"):
-        return "platform"
-    if path == "xerces/PelXercesFields.h":
-        return "fields"
     if path.startswith("xercesc/dom/impl/"):
         return "engine's nodes"
-    if path.startswith(("xercesc/", "unicode/")):
-        return "engine" if path.startswith("xercesc/") else "ICU"
-    if folder in ALLOWED:
-        return folder
+    if path.startswith("xercesc/"):
+        return "engine"
+    if path.startswith("unicode/"):
+        return "ICU"
     if path == "emmintrin.h":
         return "processor"
+    if folder in MAY_INCLUDE:
+        return folder
     return "standard library" if re.fullmatch(r"\w+", path) else "operating system"
+
+
+def is_allowed(own, name, other):
+    if other in SINGLE:
+        return re.match(SINGLE[other], name) is not None
+    if own == "umbrella":
+        return other.startswith("public")
+    return other == "standard library" or other in MAY_INCLUDE[own]
 
 
 def wrong_includes(file, name):
     own = folder_of(name)
-    if own not in ALLOWED:
-        return [f"{file}: its folder is not known; add it in scripts/check-includes"]
+    if own not in MAY_INCLUDE and own != "umbrella":
+        return [f"{file}: its folder is not known; add it to {PICTURE.name}"]
     wrong = []
     for number, line in enumerate(file.read_text().splitlines(), 1):
         found = re.match(r'\s*#\s*include\s*(["<])([^">]+)', line)
@@ -78,10 +92,10 @@ def wrong_includes(file, name):
             continue
         quote, path = found.groups()
         other = folder_of(path)
-        inside = other in ALLOWED and not other.startswith("public")
+        inside = other in MAY_INCLUDE and not other.startswith(("public", "engine", "ICU"))
         if (quote == '"') != inside:
             wrong.append(f'{file}:{number}: "..." is for "folder/File.h" under src, <...> for all else')
-        elif other not in (own, "standard library") and other not in ALLOWED[own]:
+        elif not is_allowed(own, name, other):
             wrong.append(f"{file}:{number}: {own} may not include {path} ({other})")
     return wrong
 

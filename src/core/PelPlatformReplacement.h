@@ -32,7 +32,7 @@ public:
     bool isSurelyInPlace() const noexcept { return isFolderSynced; }
 
     /// What did not go well, for people.
-    std::string getTrouble() const;
+    std::string getErrorText() const;
 
 private:
     enum class Kind { unusable, absent, replaced, inPlace };

@@ -224,7 +224,7 @@ bool PelPlatformReplacement::inherit() {
     return (own.st_mode & allBits) == wanted || fchmod(file, wanted) == 0;
 }
 
-std::string PelPlatformReplacement::getTrouble() const {
+std::string PelPlatformReplacement::getErrorText() const {
     return (isTemporaryMissing ? "no temporary file beside it: " : "") +
            PelPlatform::errorText(error);
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "output/PelWriteMessage.h"
-#include "reading/PelReadMessage.h"
+#include "read/PelReadMessage.h"
 #include "services/PelXercesDOMUtilities.h"
-#include "xerces/PelXercesEngine.h"
+#include "write/PelWriteMessage.h"
+#include "xerces/engine/PelXercesEngine.h"
 
 #include <qrndom/PelDOMUtilites.h>
 

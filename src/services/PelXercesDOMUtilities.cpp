@@ -2,16 +2,16 @@
 #include "services/PelXercesDOMUtilities.h"
 
 #include "core/PelLog.h"
-#include "output/PelWriteMessage.h"
-#include "output/PelXercesDocumentWriter.h"
-#include "reading/PelPlainScanner.h"
-#include "reading/PelReadMessage.h"
-#include "reading/PelXercesReader.h"
-#include "xerces/PelXercesDOMNode.h"
-#include "xerces/PelXercesDeclaration.h"
-#include "xerces/PelXercesEngine.h"
-#include "xerces/PelXercesMemory.h"
-#include "xerces/PelXercesTree.h"
+#include "read/PelReadMessage.h"
+#include "read/PelXercesReader.h"
+#include "read/scan/PelPlainScanner.h"
+#include "write/PelWriteMessage.h"
+#include "write/PelXercesDocumentWriter.h"
+#include "xerces/engine/PelXercesEngine.h"
+#include "xerces/engine/PelXercesMemory.h"
+#include "xerces/handles/PelXercesDOMNode.h"
+#include "xerces/tree/PelXercesDeclaration.h"
+#include "xerces/tree/PelXercesTree.h"
 
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>

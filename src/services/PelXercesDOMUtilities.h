@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "reading/PelXercesReader.h"
+#include "read/PelXercesReader.h"
 
 #include <qrndom/PelDOMUtilites.h>
 

@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: MIT
+#include "read/PelXercesReader.h"
+
+#include "read/input/PelXercesChecked.h"
+#include "read/input/PelXercesFileSource.h"
+#include "read/scan/PelPlainScanner.h"
+#include "xerces/tree/PelXercesTree.h"
+
+#include <xercesc/dom/DOMException.hpp>
+#include <xercesc/framework/MemBufInputSource.hpp>
+#include <xercesc/util/XMLException.hpp>
+#include <xercesc/util/XMLString.hpp>
+
+#include <iostream>
+#include <new>
+#include <optional>
+#include <utility>
+
+using Method = PelXercesReadSettings::Method;
+
+PelXercesReader::PelXercesReader(const PelXercesReadSettings& readSettings)
+    : settings(readSettings) {
+    limits.setBounds(settings.bounds);
+}
+
+PelXercesReader::ParserSetup::ParserSetup(PelXercesReader& reader)
+    : resolver(reader.memory, reader.settings, reader.reporter),
+      parser(reader.memory, reader.settings.method != Method::engine) {
+    switch (reader.settings.validation) {
+    case PelDOMReader::NEVER:
+        parser.setValidationScheme(PelXercesTreeBuilder::Val_Never);
+        break;
+    case PelDOMReader::IF_DECLARED:
+        parser.setValidationScheme(PelXercesTreeBuilder::Val_Auto);
+        break;
+    case PelDOMReader::ALWAYS:
+        parser.setValidationScheme(PelXercesTreeBuilder::Val_Always);
+        break;
+    }
+    if (reader.settings.documentType == PelDOMReader::REFUSE)
+        parser.refuseDocumentTypes();
+    parser.setDoNamespaces(false);
+    parser.setDoSchema(false);
+    parser.setValidationSchemaFullChecking(false);
+    parser.setCreateEntityReferenceNodes(false);
+    parser.setIncludeIgnorableWhitespace(reader.settings.isIgnorableWhitespaceKept);
+    parser.setXMLEntityResolver(&resolver);
+    references.setEntityExpansionLimit(reader.settings.bounds.entityExpansions);
+    parser.setSecurityManager(&references);
+    parser.setErrorHandler(&reader.reporter);
+    parser.setValidationConstraintFatal(reader.settings.maxMessages <= 1); // one error is enough
+}
+
+PelXercesNodeRef PelXercesReader::readFile(const PelString& name) {
+    std::optional<PelXercesFileSource> source;
+    const auto scanFile = [&] {
+        source.emplace(name, memory);
+        return source->load()
+                   ? scan(source->getBytes(), source->getSize(), nullptr, source->getSystemId())
+                   : PelXercesNewDocument();
+    };
+    return read(scanFile, [&](ParserSetup& setup) {
+        if (!source)
+            source.emplace(name, memory);
+        memory.getEntities().addDocument(source->getSystemId(), name, name);
+        setup.parser.parse(*source);
+    });
+}
+
+PelXercesNodeRef PelXercesReader::readText(const PelString& name, const void* bytes,
+                                           std::size_t size, const XMLCh* encoding) {
+    PelString systemId = u"Dummy";
+    if (settings.base.isEmpty() == 0)
+        systemId = PelXercesFileSource(settings.base, memory).getSystemId();
+    const XMLCh* const id = systemId.view().data();
+    const auto scanText = [&] { return scan(bytes, size, encoding, id); };
+    return read(scanText, [&](ParserSetup& setup) {
+        limits.addInput(size);
+        PelXercesChecked<xercesc::MemBufInputSource> source(
+            memory, static_cast<const XMLByte*>(bytes), size, id, false);
+        memory.getEntities().addDocument(systemId, name, settings.base, bytes, size);
+        if (encoding != nullptr)
+            source.setEncoding(encoding);
+        setup.parser.parse(source);
+    });
+}
+
+PelXercesNewDocument PelXercesReader::scan(const void* bytes, std::size_t size,
+                                           const XMLCh* encoding, const XMLCh* systemId) const {
+    using Encoding = PelPlainScanner::Encoding;
+    if (encoding == nullptr)
+        return PelPlainScanner::read(bytes, size, Encoding::utf8, systemId, settings.bounds);
+    if (xercesc::XMLString::equals(encoding, PelPlainScanner::nativeUtf16()))
+        return PelPlainScanner::read(bytes, size, Encoding::nativeUtf16, systemId, settings.bounds);
+    return {};
+}
+
+// What keeps the scanner from reading keeps the engine from it as well, and then there is a
+// message. The scanner knows no settings but the bounds.
+template <class Scan, class Parse>
+PelXercesNodeRef PelXercesReader::read(Scan scanDocument, Parse parse) {
+    if (settings.method == Method::plainScanner && settings.validation != PelDOMReader::ALWAYS) {
+        PelXercesNewDocument scanned;
+        try {
+            scanned = scanDocument();
+        } catch (...) { // nothing is scanned
+        }
+        if (scanned.document)
+            return PelXercesTree::share(engine, std::move(scanned));
+    }
+    return readByEngine(parse);
+}
+
+template <class Parse>
+PelXercesNodeRef PelXercesReader::readByEngine(Parse parse) {
+    std::optional<ParserSetup> setup;
+    bool hasFailed = true;
+    try {
+        setup.emplace(*this);
+        parse(*setup);
+        hasFailed = false;
+    } catch (const xercesc::XMLException& exception) {
+        note(exception.getMessage());
+    } catch (const xercesc::DOMException& exception) {
+        if (settings.areExceptionsPrinted)
+            std::cerr << "A DOM error occured during parsing\n   DOMException code: "
+                      << exception.code << std::endl;
+        if (!reporter.getSawErrors())
+            note(exception.getMessage());
+    } catch (...) {
+        if (settings.areExceptionsPrinted && limits.getExcess() == nullptr)
+            std::cerr << "An error occured during parsing\n " << std::endl;
+        if (setup)
+            note(limits.getExcess() != nullptr ? limits.getExcess() : u"not enough memory");
+    }
+    limits.watchMemory(false);
+    memory.getNames().setGrammar(nullptr); // it takes memory while it is destroyed
+    if (hasFailed || reporter.getSawErrors())
+        return {};
+    PelXercesDocumentPtr document(setup->parser.adoptDocument());
+    return document ? PelXercesTree::share(engine, {std::move(document)}) : PelXercesNodeRef();
+}
+
+// Without memory for a message there is none.
+void PelXercesReader::note(const XMLCh* text) noexcept {
+    try {
+        reporter.note(true, text);
+    } catch (const std::bad_alloc&) {
+    }
+}

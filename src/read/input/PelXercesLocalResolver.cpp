@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+#include "read/input/PelXercesLocalResolver.h"
+
+#include "read/input/PelXercesChecked.h"
+#include "read/input/PelXercesDOMTreeErrorReporter.h"
+#include "read/input/PelXercesFileSource.h"
+#include "read/input/PelXercesReadMemory.h"
+#include "read/input/PelXercesReadSettings.h"
+
+#include <xercesc/framework/MemBufInputSource.hpp>
+#include <xercesc/framework/URLInputSource.hpp>
+#include <xercesc/framework/XMLBuffer.hpp>
+#include <xercesc/sax/Locator.hpp>
+#include <xercesc/util/XMLURL.hpp>
+#include <xercesc/util/XMLUni.hpp>
+#include <xercesc/util/XMLUri.hpp>
+
+#include <string>
+#include <string_view>
+
+using xercesc::XMLString;
+using xercesc::XMLURL;
+
+namespace {
+
+#ifdef QRNDOM_REMOTE_ENTITIES
+constexpr bool areRemoteRead = true;
+#else
+constexpr bool areRemoteRead = false;
+#endif
+
+/// A source that is never opened.
+class UnreadableSource final : public xercesc::InputSource {
+public:
+    UnreadableSource(const XMLCh* systemId, const XMLCh* why, PelXercesReadMemory& readMemory)
+        : InputSource(systemId, &readMemory), reason(why), memory(readMemory) {}
+
+    xercesc::BinInputStream* makeStream() const override {
+        memory.getEntities().setFailure(getSystemId(), reason);
+        return nullptr;
+    }
+
+private:
+    const XMLCh* const reason;
+    PelXercesReadMemory& memory;
+};
+
+int hexValue(char digit) {
+    constexpr std::string_view digits = "0123456789abcdef0123456789ABCDEF";
+    const std::size_t found = digits.find(digit);
+    return found == digits.npos ? -1 : static_cast<int>(found % 16);
+}
+
+// The bytes that a URL's path stands for, as UTF-8; nothing for a path with a NUL.
+PelString withoutEscapes(const PelString& urlPath) {
+    const std::string escaped = urlPath.toUtf8();
+    std::string path;
+    for (std::size_t i = 0; i < escaped.size(); ++i) {
+        const int high =
+            escaped[i] == '%' && i + 2 < escaped.size() ? hexValue(escaped[i + 1]) : -1;
+        const int low = high >= 0 ? hexValue(escaped[i + 2]) : -1;
+        path.push_back(low >= 0 ? static_cast<char>(high * 16 + low) : escaped[i]);
+        if (low >= 0)
+            i += 2;
+    }
+    return path.find('\0') == path.npos ? PelString(path.c_str()) : PelString();
+}
+
+bool isLocalFile(const XMLURL& url) {
+    const XMLCh* const host = url.getHost();
+    return url.getProtocol() == XMLURL::File &&
+           (host == nullptr ||
+            XMLString::compareIStringASCII(host, xercesc::XMLUni::fgLocalHostString) == 0);
+}
+
+} // namespace
+
+xercesc::InputSource*
+PelXercesLocalResolver::resolveEntity(xercesc::XMLResourceIdentifier* resource) {
+    PelXercesEntities& entities = memory.getEntities();
+    const bool isSubset = entities.takeExpectsSubset();
+    const XMLCh* const name = resource->getSystemId();
+    const XMLCh* base = resource->getBaseURI();
+    if (base == nullptr || *base == 0)
+        base = resource->getLocator() != nullptr ? resource->getLocator()->getSystemId() : u"";
+    XMLURL url;
+    std::unique_ptr<PelXercesFileSource> file;
+    const XMLCh* whyUnreadable = nullptr;
+    if (!url.setURL(base, name, url) || url.isRelative()) {
+        xercesc::XMLBuffer plainName;
+        xercesc::XMLUri::normalizeURI(name, plainName);
+        file.reset(new (&memory) PelXercesFileSource(base, plainName.getRawBuffer(), memory));
+        if (PelXercesEntities::hasScheme(name) &&
+            !(settings.isAnythingExternalRead() && file->isReadable())) {
+            whyUnreadable = u"an address of this kind is not read";
+            file.reset();
+        }
+    } else if (isLocalFile(url)) {
+        const PelString path = withoutEscapes(url.getPath());
+        if (path.isEmpty() == 0)
+            file.reset(new (&memory) PelXercesFileSource(PelString(), path, memory));
+        else
+            whyUnreadable = u"no file has such a name";
+    } else if (!areRemoteRead) {
+        whyUnreadable = u"an address on the network is not read";
+    }
+    const XMLCh* const id = file ? file->getSystemId() : name;
+    entities.add(id, base, name);
+    if (!settings.isAnythingExternalRead())
+        return leaveOut(id, u"is not read, as it was set");
+    if (isSubset && settings.validation == PelDOMReader::NEVER &&
+        (whyUnreadable != nullptr || (file && !file->isReadable())))
+        return leaveOut(id, u"is left out, since it cannot be read");
+    if (whyUnreadable != nullptr)
+        return new (&memory) UnreadableSource(name, whyUnreadable, memory);
+    if (file)
+        return file.release();
+    return new (&memory) PelXercesChecked<xercesc::URLInputSource>(memory, url);
+}
+
+xercesc::InputSource* PelXercesLocalResolver::leaveOut(const XMLCh* id, const XMLCh* reason) {
+    reporter.note(false, (memory.getEntities().nameOf(id) + u" " + reason).view().data());
+    return new (&memory) xercesc::MemBufInputSource(nullptr, 0, id, false, &memory);
+}

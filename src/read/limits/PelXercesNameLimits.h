@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "read/limits/PelXercesNameTable.h"
+
+#include <xercesc/framework/XMLAttr.hpp>
+#include <xercesc/framework/XMLRefInfo.hpp>
+#include <xercesc/util/RefHashTableOf.hpp>
+#include <xercesc/util/RefVectorOf.hpp>
+#include <xercesc/validators/DTD/DTDGrammar.hpp>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <unordered_map>
+#include <unordered_set>
+
+class PelXercesReadLimits;
+
+/// Bounds on the names of one read: how many there are, and how many of them share a place in one
+/// of the tables that the engine keeps them in.
+class PelXercesNameLimits {
+public:
+    using Attributes = xercesc::RefVectorOf<xercesc::XMLAttr>;
+    enum class Kind { entity, parameterEntity, notation };
+
+    explicit PelXercesNameLimits(PelXercesReadLimits& readLimits) : limits(readLimits) {}
+
+    /// Declarations are kept in this grammar from now on; null: nowhere.
+    void setGrammar(const xercesc::Grammar* newGrammar);
+
+    /// Elements may have come into the grammar, by their declarations or in those of others.
+    void addDeclaredElements();
+
+    /// These have been declared, for the first time or again.
+    void addDeclared(Kind kind, const XMLCh* name, bool isNew);
+    void addDeclared(const xercesc::DTDElementDecl& element, const xercesc::DTDAttDef& attribute);
+
+    /// An attribute has a value of type ID, IDREF or IDREFS.
+    void addIds(const xercesc::RefHashTableOf<xercesc::XMLRefInfo>& known, const XMLCh* value);
+
+    /// An element or an attribute has come into the tree. A name is at the same address as long as
+    /// the tree lives.
+    void addElement(const XMLCh* name) {
+        if (!elements.isRecent(name))
+            addRareElement(name);
+    }
+    void addAttribute(const XMLCh* name) {
+        if (!attributes.isRecent(name))
+            addRareAttribute(name);
+    }
+
+    /// How many names the tree has, or more.
+    std::size_t countInTree() const noexcept { return pooled; }
+
+    /// An attribute list of this element ends.
+    void addList(const xercesc::DTDElementDecl& element);
+
+    /// All that a start tag has.
+    void addStartTag(const Attributes& tag, std::size_t count);
+
+private:
+    // Names by their addresses.
+    struct Seen {
+        bool isRecent(const XMLCh* name) noexcept {
+            const XMLCh*& last = recent[reinterpret_cast<std::uintptr_t>(name) / 8 % recent.size()];
+            const bool isLast = last == name;
+            last = name;
+            return isLast;
+        }
+
+        std::unordered_set<const XMLCh*> all;
+        std::array<const XMLCh*, 256> recent{};
+    };
+
+    void add(PelXercesNameTable& table, const XMLCh* name);
+    void addListed(std::size_t kind, const XMLCh* name, bool isNew);
+    void addRareElement(const XMLCh* name);
+    void addRareAttribute(const XMLCh* name);
+    void addToTree(const XMLCh* name);
+
+    PelXercesReadLimits& limits;
+    const xercesc::DTDGrammar* grammar = nullptr;
+    std::size_t knownElements = 0;
+    Seen elements;
+    Seen attributes;
+    std::size_t tagPlaces = 0;
+    std::size_t pooled = 0;
+
+    // The engine's own tables: of the places that they begin with, and of those that they stay
+    // with.
+    PelXercesNameTable treeNames{257, 4};
+    PelXercesNameTable undeclaredElements{29};
+    PelXercesNameTable declaredElements{109};
+    PelXercesNameTable declared[3] = {PelXercesNameTable(109), PelXercesNameTable(109),
+                                      PelXercesNameTable(109)};
+    PelXercesNameTable listed[3] = {PelXercesNameTable(193, 0), PelXercesNameTable(193, 0),
+                                    PelXercesNameTable(193, 0)};
+    PelXercesNameTable ids{109};
+    std::unordered_map<const xercesc::DTDElementDecl*, PelXercesNameTable> attributesOf;
+    std::unordered_set<const xercesc::DTDElementDecl*> withLists;
+};

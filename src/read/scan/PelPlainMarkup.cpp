@@ -1,0 +1,290 @@
+// SPDX-License-Identifier: MIT
+#include "read/scan/PelPlainMarkup.h"
+
+#include "read/scan/PelPlainUtf16.h"
+#include "read/scan/PelPlainUtf8.h"
+
+#include <xercesc/util/XMLString.hpp>
+
+#include <cstring>
+
+using namespace std::literals;
+
+template <class Source>
+bool PelPlainMarkup<Source>::read() {
+    skipMark();
+    return readDeclaration() && readOutside() && readStartTag() && readContent() && readOutside() &&
+           at == end;
+}
+
+template <class Source>
+void PelPlainMarkup<Source>::skipMark() {
+    if (Source::isUtf8)
+        skip("\xEF\xBB\xBF"sv);
+}
+
+template <class Source>
+bool PelPlainMarkup<Source>::readDeclaration() {
+    if (!isAt("<?xml"sv) || end - at < 6 || !isSpace(at[5]))
+        return true;
+    at += 5;
+    std::u16string version;
+    std::u16string encoding;
+    std::u16string standalone;
+    if (!readDeclared("version"sv, version) || version != u"1.0" ||
+        !readDeclared("encoding"sv, encoding) || !readDeclared("standalone"sv, standalone))
+        return false;
+    // UTF-16 in memory is what it is, whatever it says.
+    const bool isKnown =
+        encoding.empty() ||
+        (Source::isUtf8 ? xercesc::XMLString::compareIStringASCII(encoding.c_str(), u"UTF-8") == 0
+                        : xercesc::XMLString::isValidEncName(encoding.c_str()));
+    if (!isKnown || !(standalone.empty() || standalone == u"yes" || standalone == u"no"))
+        return false;
+    skipSpace();
+    tree.declare(encoding, standalone == u"yes");
+    return skip("?>"sv);
+}
+
+// One of the declaration's three pairs, if it is the next; else the value stays empty.
+template <class Source>
+bool PelPlainMarkup<Source>::readDeclared(std::string_view name, std::u16string& value) {
+    const Unit* const begin = at;
+    if (!skipSpace() || !skip(name)) {
+        at = begin;
+        return true;
+    }
+    skipSpace();
+    if (!skip('='))
+        return false;
+    skipSpace();
+    const char quote = isAt('"') ? '"' : '\'';
+    if (!skip(quote))
+        return false;
+    const Unit* last = at;
+    while (last != end && *last > ' ' && *last < 0x80 && *last != static_cast<Unit>(quote))
+        ++last;
+    value.assign(at, last);
+    at = last;
+    return skip(quote) && !value.empty();
+}
+
+// The name that ends here.
+template <class Source>
+const PelPlainNames::Name* PelPlainMarkup<Source>::nameFrom(const Unit* begin) {
+    const std::size_t size = static_cast<std::size_t>(at - begin) * sizeof(Unit);
+    const PelPlainNames::Name* const known = names.find(begin, size);
+    return known != nullptr ? known : names.add(begin, size, unitsFrom(begin));
+}
+
+// What may stand before and after the root, up to the root or the end.
+template <class Source>
+bool PelPlainMarkup<Source>::readOutside() {
+    for (;;) {
+        skipSpace();
+        if (isAt("<!--"sv)) {
+            if (!readComment())
+                return false;
+        } else if (isAt("<?"sv)) {
+            if (!readInstruction())
+                return false;
+        } else {
+            return true;
+        }
+    }
+}
+
+template <class Source>
+bool PelPlainMarkup<Source>::readStartTag() {
+    if (!skip('<'))
+        return false;
+    const Unit* const begin = at;
+    if (!skipName())
+        return false;
+    open.push_back({begin, static_cast<std::size_t>(at - begin)});
+    const PelPlainNames::Name* const name = nameFrom(begin);
+    if (name == nullptr)
+        return false;
+    tree.openElement(*name);
+    for (;;) {
+        const bool hasSpace = skipSpace();
+        if (skip('>'))
+            return tree.endTag();
+        if (isAt('/')) {
+            open.pop_back();
+            if (!skip("/>"sv) || !tree.endTag())
+                return false;
+            tree.closeElement();
+            return true;
+        }
+        if (!hasSpace || !readAttribute())
+            return false;
+    }
+}
+
+template <class Source>
+bool PelPlainMarkup<Source>::readAttribute() {
+    const Unit* const begin = at;
+    if (!skipName())
+        return false;
+    const PelPlainNames::Name* const name = nameFrom(begin);
+    if (name == nullptr)
+        return false;
+    skipSpace();
+    if (!skip('='))
+        return false;
+    skipSpace();
+    text.clear();
+    if (!(skip('"') ? readValue<'"'>() : skip('\'') && readValue<'\''>()))
+        return false;
+    tree.addAttribute(*name, text);
+    return true;
+}
+
+template <class Source>
+template <char quote>
+bool PelPlainMarkup<Source>::readValue() {
+    constexpr std::string_view terminator = quote == '"' ? "\""sv : "'"sv;
+    while (copy<PelPlainQuoted<quote>>(terminator)) {
+        if (skip(quote))
+            return true;
+        if (isAt('&')) {
+            if (!readReference())
+                return false;
+        } else if (isSpace(*at)) { // no blank, so it becomes one
+            if (!skip("\r\n"sv))
+                ++at;
+            text.put(u' ');
+        } else {
+            return false;
+        }
+    }
+    return false;
+}
+
+template <class Source>
+bool PelPlainMarkup<Source>::readEndTag() {
+    const Tag tag = open.back();
+    at += 2;
+    if (static_cast<std::size_t>(end - at) < tag.length ||
+        std::memcmp(at, tag.name, tag.length * sizeof(Unit)) != 0)
+        return false;
+    at += tag.length;
+    skipSpace();
+    open.pop_back();
+    tree.closeElement();
+    return skip('>');
+}
+
+// Up to the end of the root.
+template <class Source>
+bool PelPlainMarkup<Source>::readContent() {
+    while (!open.empty()) {
+        if (!isAt('<') && !readText())
+            return false;
+        if (!readMarkup())
+            return false;
+    }
+    return true;
+}
+
+template <class Source>
+bool PelPlainMarkup<Source>::readMarkup() {
+    if (end - at < 2)
+        return false;
+    switch (at[1]) {
+    case '/':
+        return readEndTag();
+    case '!':
+        return isAt("<!--"sv) ? readComment() : isAt("<![CDATA["sv) && readCdata();
+    case '?':
+        return readInstruction();
+    default:
+        return readStartTag();
+    }
+}
+
+template <class Source>
+bool PelPlainMarkup<Source>::readText() {
+    text.clear();
+    while (copy<PelPlainContent>("<"sv)) {
+        if (isAt('<')) {
+            tree.addText(text);
+            return true;
+        }
+        if (isAt('&')) {
+            if (!readReference())
+                return false;
+        } else if (isAt(']') && !isAt("]]>"sv)) {
+            text.put(u']');
+            ++at;
+        } else {
+            return false;
+        }
+    }
+    return false;
+}
+
+template <class Source>
+bool PelPlainMarkup<Source>::readComment() {
+    at += 4;
+    text.clear();
+    while (copy<PelPlainComment>("-->"sv)) {
+        if (!isAt('-'))
+            return false;
+        if (isAt("--"sv)) {
+            tree.addComment(text);
+            return skip("-->"sv);
+        }
+        text.put(u'-');
+        ++at;
+    }
+    return false;
+}
+
+template <class Source>
+bool PelPlainMarkup<Source>::readCdata() {
+    at += 9;
+    text.clear();
+    while (copy<PelPlainCdata>("]]>"sv)) {
+        if (!isAt(']'))
+            return false;
+        if (skip("]]>"sv)) {
+            tree.addCdata(text);
+            return true;
+        }
+        text.put(u']');
+        ++at;
+    }
+    return false;
+}
+
+template <class Source>
+bool PelPlainMarkup<Source>::readInstruction() {
+    at += 2;
+    const Unit* const begin = at;
+    if (!skipName())
+        return false;
+    const std::u16string target = unitsFrom(begin);
+    if (xercesc::XMLString::compareIStringASCII(target.c_str(), u"xml") == 0)
+        return false;
+    text.clear();
+    if (!skipSpace()) {
+        tree.addInstruction(target, text);
+        return skip("?>"sv);
+    }
+    while (copy<PelPlainInstruction>("?>"sv)) {
+        if (!isAt('?'))
+            return false;
+        if (skip("?>"sv)) {
+            tree.addInstruction(target, text);
+            return true;
+        }
+        text.put(u'?');
+        ++at;
+    }
+    return false;
+}
+
+template class PelPlainMarkup<PelPlainUtf8>;
+template class PelPlainMarkup<PelPlainUtf16>;

@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: MIT
+#include "read/scan/PelPlainTree.h"
+
+#include "xerces/engine/PelXercesLinks.h"
+#include "xerces/engine/PelXercesMemory.h"
+
+#include <xercesc/dom/DOMImplementation.hpp>
+#include <xercesc/util/XMLUni.hpp>
+
+#include <algorithm>
+
+using Fields = PelXercesFields;
+using xercesc::DOMAttrImpl;
+using xercesc::DOMDocumentImpl;
+using xercesc::DOMElementImpl;
+using xercesc::DOMMemoryManager;
+using xercesc::DOMNode;
+
+namespace {
+
+// Up to here sorting by insertion is faster.
+constexpr std::size_t fewAttributes = 12;
+
+// Gives a node, whose text is too long for its constructor, what was put together for it.
+template <class Node>
+Node& withText(Node* node, PelPlainText& text) {
+    if (text.isLong())
+        Fields::bufferOf(*node) = text.take();
+    return *node;
+}
+
+const XMLCh* shortOf(PelPlainText& text) {
+    return text.isLong() ? u"" : text.terminated();
+}
+
+} // namespace
+
+PelPlainTree::PelPlainTree(const XMLCh* systemId, const XMLCh* encoding,
+                           const PelXercesReadLimits::Bounds& readBounds)
+    : bounds(readBounds), owner(xercesc::DOMImplementation::getImplementation()->createDocument(
+                              &PelXercesMemory::get())),
+      document(static_cast<DOMDocumentImpl&>(*owner)), nodes(document) {
+    document.setErrorChecking(false);
+    document.setDocumentURI(systemId);
+    document.setInputEncoding(encoding);
+}
+
+void PelPlainTree::declare(const std::u16string& encoding, bool isStandalone) {
+    document.setXmlStandalone(isStandalone);
+    document.setXmlVersion(xercesc::XMLUni::fgVersion1_0);
+    document.setXmlEncoding(encoding.c_str());
+    if (!encoding.empty())
+        document.setInputEncoding(encoding.c_str());
+}
+
+PelXercesNewDocument PelPlainTree::take() {
+    document.setErrorChecking(true);
+    return {std::move(owner), std::move(childCounts)};
+}
+
+void PelPlainTree::openElement(const Name& name) {
+    DOMElementImpl& element = nodes.makeElement();
+    Fields::nameOf(element) = name.pooled;
+    if (levels.empty())
+        document.appendChild(&element);
+    else
+        append(element);
+    levels.push_back({&element, nullptr, nullptr, nullptr, 0});
+}
+
+void PelPlainTree::addAttribute(const Name& name, PelPlainText& value) {
+    DOMAttrImpl& attribute = nodes.makeAttribute();
+    Fields::nameOf(attribute) = name.pooled;
+    xercesc::DOMNodeImpl& node = Fields::nodeOf(attribute);
+    Fields::ownerOf(node) = levels.back().element;
+    node.isOwned(true);
+    PelXercesLinks::append(attribute, makeText(value));
+    attributes.push_back({name, &attribute});
+}
+
+// The engine keeps attributes in the order of their names.
+bool PelPlainTree::endTag() {
+    if (isNearLimits())
+        return false;
+    if (attributes.empty())
+        return true;
+    const auto isBefore = [](const Attribute& one, const Attribute& two) {
+        return PelPlainNames::isBefore(one.name, two.name);
+    };
+    if (attributes.size() > fewAttributes)
+        std::sort(attributes.begin(), attributes.end(), isBefore);
+    else
+        for (auto next = attributes.begin() + 1; next < attributes.end(); ++next)
+            for (auto at = next; at != attributes.begin() && isBefore(*at, *(at - 1)); --at)
+                std::swap(*at, *(at - 1));
+    DOMNode** const list =
+        nodes.makeAttributeList(*Fields::attributesOf(*levels.back().element), attributes.size());
+    for (std::size_t i = 0; i < attributes.size(); ++i) {
+        list[i] = attributes[i].node;
+        if (i > 0 && attributes[i].name.pooled == attributes[i - 1].name.pooled)
+            return false;
+    }
+    attributes.clear();
+    return true;
+}
+
+// The engine keeps a tag's attributes in a table that it goes through after each tag, and that
+// never shrinks.
+bool PelPlainTree::isNearLimits() {
+    constexpr std::size_t few = 256;
+    attributeWork += mostPlaces;
+    if (attributeWork > bounds.work)
+        return true;
+    if (attributes.size() <= few)
+        return false;
+    mostPlaces = std::max(mostPlaces, attributes.size() / 2);
+    PelXercesNameTable table(7, 16);
+    return std::any_of(attributes.begin(), attributes.end(), [&](const Attribute& attribute) {
+        return table.add(attribute.name.pooled) > bounds.alikeNames;
+    });
+}
+
+void PelPlainTree::closeElement() {
+    const Level& level = levels.back();
+    if (level.first != nullptr)
+        level.first->previousSibling = level.last;
+    childCounts.add(*level.element, level.count);
+    levels.pop_back();
+}
+
+void PelPlainTree::addText(PelPlainText& text) {
+    append(makeText(text));
+}
+
+void PelPlainTree::addCdata(PelPlainText& text) {
+    append(withText(new (&document, DOMMemoryManager::CDATA_SECTION_OBJECT)
+                        xercesc::DOMCDATASectionImpl(&document, shortOf(text)),
+                    text));
+}
+
+void PelPlainTree::addComment(PelPlainText& text) {
+    append(withText(new (&document, DOMMemoryManager::COMMENT_OBJECT)
+                        xercesc::DOMCommentImpl(&document, shortOf(text)),
+                    text));
+}
+
+void PelPlainTree::addInstruction(const std::u16string& target, PelPlainText& data) {
+    append(withText(static_cast<xercesc::DOMProcessingInstructionImpl*>(
+                        document.createProcessingInstruction(target.c_str(), shortOf(data))),
+                    data));
+}
+
+// As the engine's appendChildFast, but for the first child's link to the last, which is set when
+// the element closes.
+template <class Node>
+void PelPlainTree::append(Node& node) {
+    if (levels.empty()) {
+        Fields::parentOf(document).appendChildFast(&node);
+        return;
+    }
+    Level& level = levels.back();
+    xercesc::DOMNodeImpl& inner = Fields::nodeOf(node);
+    xercesc::DOMChildNode& links = Fields::linksOf(node);
+    Fields::ownerOf(inner) = level.element;
+    inner.isOwned(true);
+    if (level.first == nullptr) {
+        Fields::firstChildOf(*level.element) = &node;
+        inner.isFirstChild(true);
+        level.first = &links;
+    } else {
+        level.lastLinks->nextSibling = &node;
+        links.previousSibling = level.last;
+    }
+    level.last = &node;
+    level.lastLinks = &links;
+    ++level.count;
+}
+
+xercesc::DOMTextImpl& PelPlainTree::makeText(PelPlainText& text) {
+    return text.isLong() ? withText(&nodes.makeText(u"", 0), text)
+                         : nodes.makeText(text.begin(), text.size());
+}

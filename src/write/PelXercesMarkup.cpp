@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: MIT
+#include "write/PelXercesMarkup.h"
+
+#include "write/PelXercesRefusal.h"
+#include "write/characters/PelXercesCharacterSet.h"
+#include "write/characters/PelXercesEncoder.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+using Treatment = PelXercesEscapes::Treatment;
+
+namespace {
+
+bool isSurrogate(char16_t unit) {
+    return (unit & 0xF800) == 0xD800;
+}
+
+bool isPair(char16_t high, char16_t low) {
+    return (high & 0xFC00) == 0xD800 && (low & 0xFC00) == 0xDC00;
+}
+
+char32_t characterAt(const char16_t* units) {
+    return isPair(units[0], units[1])
+               ? 0x10000 + ((units[0] - 0xD800U) << 10) + (units[1] - 0xDC00U)
+               : units[0];
+}
+
+// Of a unit beyond ASCII.
+bool stands(char16_t unit, const PelXercesEscapes& place) {
+    if (unit >= 0xD800 && (isSurrogate(unit) || (unit >= 0xFFFE && place.isChecked)))
+        return false;
+    // Readers of XML 1.1 take two of these for line ends, and the rest only as references.
+    return !place.isVersion11 || (unit >= 0xA0 && unit != 0x2028);
+}
+
+std::u16string_view entityFor(char16_t unit) {
+    switch (unit) {
+    case u'&':
+        return u"&amp;";
+    case u'<':
+        return u"&lt;";
+    case u'>':
+        return u"&gt;";
+    case u'"':
+        return u"&quot;";
+    case u'\n':
+        return u"&#xA;";
+    case u'\r':
+        return u"&#xD;";
+    default:
+        return u"&#x9;";
+    }
+}
+
+[[noreturn]] void refuse(const char16_t* units, const PelXercesEscapes& place, bool isInEncoding) {
+    const bool isInXml = *units < 0xFFFE && (*units >= u' ' || place.isVersion11);
+    PelString reason;
+    if (isSurrogate(*units) && !isPair(units[0], units[1]))
+        reason.format(u"%s holds half a surrogate pair, U+%04X", place.name, unsigned{*units});
+    else
+        reason.format(!isInXml       ? u"%s holds U+%04X, which XML forbids"
+                      : isInEncoding ? u"%s holds U+%04X, which XML takes as a reference only"
+                                     : u"%s holds U+%04X, which the encoding does not have",
+                      place.name, static_cast<unsigned>(characterAt(units)));
+    throw PelXercesRefusal{reason};
+}
+
+} // namespace
+
+PelXercesMarkup::PelXercesMarkup(PelXercesCharacterSet& outputRepertoire,
+                                 PelXercesEncoder* outputEncoder)
+    : repertoire(outputRepertoire), encoder(outputEncoder),
+      isUniversal(outputRepertoire.holdsEverything()) {
+}
+
+PelXercesMarkup& PelXercesMarkup::add(const char16_t* characters, const PelXercesEscapes& place) {
+    if (characters == nullptr)
+        return *this;
+    for (;;) {
+        characters = addStanding(characters, place);
+        if (*characters == 0)
+            break;
+        characters = addOther(characters, place);
+    }
+    return *this;
+}
+
+const char16_t* PelXercesMarkup::addStanding(const char16_t* characters,
+                                             const PelXercesEscapes& place) {
+    const char16_t* end = characters;
+    const auto isPlain = [&place](char16_t unit) {
+        return unit < place.ascii.size() ? place.ascii[unit] == Treatment::stands
+                                         : stands(unit, place);
+    };
+    if (isUniversal)
+        while (isPlain(*end))
+            ++end;
+    else
+        while (isPlain(*end) && repertoire.holds(*end))
+            ++end;
+    appendLong({characters, static_cast<std::size_t>(end - characters)});
+    return end;
+}
+
+// What is long need not be gathered first: there are no surrogate pairs in it to be kept whole.
+void PelXercesMarkup::appendLong(std::u16string_view text) {
+    while (encoder != nullptr && text.size() > enough) {
+        flush();
+        encoder->encode(text.substr(0, enough));
+        text.remove_prefix(enough);
+    }
+    append(text);
+    flushIfEnough();
+}
+
+Treatment PelXercesMarkup::treatmentOf(const char16_t* characters,
+                                       const PelXercesEscapes& place) const {
+    const char16_t unit = *characters;
+    if (unit < place.ascii.size() && place.ascii[unit] != Treatment::stands)
+        return place.ascii[unit];
+    if (isSurrogate(unit)) {
+        if (!isPair(unit, characters[1]))
+            return Treatment::refused;
+        return isUniversal || repertoire.holds(unit, characters[1]) ? Treatment::stands
+                                                                    : place.otherwise;
+    }
+    if (unit >= 0xFFFE && place.isChecked)
+        return Treatment::refused;
+    return (unit < place.ascii.size() || stands(unit, place)) &&
+                   (isUniversal || repertoire.holds(unit))
+               ? Treatment::stands
+               : place.otherwise;
+}
+
+const char16_t* PelXercesMarkup::addOther(const char16_t* characters,
+                                          const PelXercesEscapes& place) {
+    const std::size_t units = isSurrogate(*characters) ? 2 : 1;
+    switch (treatmentOf(characters, place)) {
+    case Treatment::ends:
+    case Treatment::stands:
+        append(characters, units);
+        break;
+    case Treatment::entity:
+        append(entityFor(*characters));
+        break;
+    case Treatment::reference:
+        addReference(characterAt(characters));
+        break;
+    case Treatment::newline:
+        if (characters[1] != u'\n')
+            append(u"\n");
+        break;
+    case Treatment::bracket:
+        if (characters[1] == u']' && characters[2] == u'>')
+            append(u"]]]]><![CDATA[>");
+        else
+            append(u"]");
+        return characters + (characters[1] == u']' && characters[2] == u'>' ? 3 : 1);
+    case Treatment::refused:
+        refuse(characters, place, isUniversal || (units == 1 && repertoire.holds(*characters)));
+    }
+    return characters + units;
+}
+
+PelXercesMarkup& PelXercesMarkup::addLine(std::size_t spaces) {
+    append(u"\n");
+    if (gathered.size() - used < spaces)
+        grow(spaces);
+    std::fill_n(&gathered[used], spaces, u' ');
+    used += spaces;
+    flushIfEnough();
+    return *this;
+}
+
+void PelXercesMarkup::flush() {
+    if (encoder == nullptr)
+        return;
+    encoder->encode({gathered.data(), used});
+    used = 0;
+}
+
+std::u16string PelXercesMarkup::takeText() {
+    gathered.resize(used);
+    return std::move(gathered);
+}
+
+void PelXercesMarkup::grow(std::size_t length) {
+    gathered.resize(std::max(used + length, 2 * gathered.size()));
+}
+
+void PelXercesMarkup::addReference(char32_t character) {
+    std::array<char, 8> digits{};
+    const auto result = std::to_chars(digits.data(), digits.data() + digits.size(),
+                                      static_cast<unsigned long>(character), 16);
+    append(u"&#x");
+    for (const char* digit = digits.data(); digit != result.ptr; ++digit) {
+        const auto unit = static_cast<char16_t>(*digit >= 'a' ? *digit - 'a' + 'A' : *digit);
+        append(&unit, 1);
+    }
+    append(u";");
+}

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#include "xerces/tree/PelXercesNodeRef.h"
+
+#include "xerces/engine/PelXercesLinks.h"
+#include "xerces/tree/PelXercesDeclaration.h"
+
+PelDOM::NodeType PelXercesNodeRef::typeOf(const xercesc::DOMNode* engineNode) {
+    if (engineNode == nullptr)
+        return PelDOM::NO_NODE;
+    const auto type = static_cast<PelDOM::NodeType>(PelXercesLinks::typeOf(*engineNode));
+    const bool mayBeDeclaration = type == PelDOM::PROCESSING_INSTRUCTION_NODE;
+    return mayBeDeclaration && PelXercesDeclaration::isDeclaration(*engineNode)
+               ? PelDOM::XML_DECL_NODE
+               : type;
+}
