@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/PelNumberText.h"
 
+#include "core/PelCharacters.h"
 #include "core/PelRealText.h"
 
 #include <algorithm>
@@ -13,14 +14,12 @@
 
 namespace {
 
-constexpr std::u16string_view xmlSpace = u" \t\n\r";
-
 // Without the white space around it; empty for text beyond ASCII.
 std::string trimmed(std::u16string_view text) {
-    const std::size_t begin = text.find_first_not_of(xmlSpace);
+    const std::size_t begin = text.find_first_not_of(PelCharacters::space);
     if (begin == text.npos)
         return std::string();
-    const std::size_t end = text.find_last_not_of(xmlSpace) + 1;
+    const std::size_t end = text.find_last_not_of(PelCharacters::space) + 1;
     std::string narrow;
     for (const char16_t unit : text.substr(begin, end - begin)) {
         if (unit > 0x7F)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "core/PelTextConversion.h"
 
+#include "core/PelCharacters.h"
+
 #include <unicode/ustring.h>
 
 #include <algorithm>
@@ -33,7 +35,7 @@ std::size_t chunkEnd(std::u16string_view utf16, std::size_t begin) {
     if (utf16.size() - begin <= chunkUnits)
         return utf16.size();
     const std::size_t end = begin + chunkUnits;
-    return U16_IS_TRAIL(utf16[end]) && U16_IS_LEAD(utf16[end - 1]) ? end - 1 : end;
+    return PelCharacters::isPair(utf16[end - 1], utf16[end]) ? end - 1 : end;
 }
 
 // With replacement and enough room, running out of memory is all that can go wrong.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "core/PelThreadMessage.h"
 
+#include "core/PelCharacters.h"
+
 #include <algorithm>
 #include <string_view>
 #include <type_traits>
@@ -20,7 +22,7 @@ void PelThreadMessage::set(const PelString& line) noexcept {
         kept.remove_prefix(kept.size() - text.size());
     std::copy(kept.begin(), kept.end(), text.begin());
     length = kept.size();
-    if (isLong && (text[1] & 0xFC00) == 0xDC00)
+    if (isLong && PelCharacters::isLowSurrogate(text[1]))
         text[1] = ellipsis; // for its other half as well
     if (isLong)
         text[0] = ellipsis;

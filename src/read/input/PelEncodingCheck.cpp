@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "read/input/PelEncodingCheck.h"
 
+#include "core/PelCharacters.h"
 #include "read/input/PelConverterCheck.h"
 
 #include <algorithm>
@@ -139,13 +140,13 @@ class Utf16Check final : public SequenceCheck<4> {
         if (size < 2)
             return isCutOff;
         const unsigned unit = unitAt(bytes);
-        if (unit == 0 || (unit & 0xFC00) == 0xDC00)
+        if (unit == 0 || PelCharacters::isLowSurrogate(unit))
             return isIllFormed;
-        if ((unit & 0xFC00) != 0xD800)
+        if (!PelCharacters::isHighSurrogate(unit))
             return 2;
         if (size < 4)
             return isCutOff;
-        return (unitAt(bytes + 2) & 0xFC00) == 0xDC00 ? 4 : isIllFormed;
+        return PelCharacters::isLowSurrogate(unitAt(bytes + 2)) ? 4 : isIllFormed;
     }
 
     std::size_t passWhole(const Byte* bytes, std::size_t size) const override {

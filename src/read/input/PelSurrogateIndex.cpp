@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "read/input/PelSurrogateIndex.h"
 
-#include <unicode/utf16.h>
+#include "core/PelCharacters.h"
 
 #include <algorithm>
 #include <array>
@@ -34,7 +34,7 @@ void PelSurrogateIndex::add(const void* bytes, std::size_t size) {
                 continue;
             }
             column += *unit == byteOrderMark && line == 1 && column == 0 ? 0 : 1;
-            if (U16_IS_TRAIL(*unit))
+            if (PelCharacters::isLowSurrogate(*unit))
                 places.push_back(end);
         }
     }

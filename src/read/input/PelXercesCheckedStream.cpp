@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "read/input/PelXercesCheckedStream.h"
 
+#include "core/PelCharacters.h"
+
 #include <qrndom/PelString.h>
 
 #include <xercesc/framework/XMLRecognizer.hpp>
@@ -46,11 +48,8 @@ std::size_t markSize(const Family& family, const XMLByte* bytes, std::size_t siz
     return isThere ? mark : 0;
 }
 
-constexpr std::u16string_view space = u" \t\r\n";
-
 bool isDeclaration(std::u16string_view text) {
-    return text.substr(0, 5) == u"<?xml" && text.size() > 5 &&
-           space.find(text[5]) != std::u16string_view::npos;
+    return text.substr(0, 5) == u"<?xml" && text.size() > 5 && PelCharacters::isSpace(text[5]);
 }
 
 // The declaration that a text begins with, without its last character; or nothing.
@@ -74,15 +73,15 @@ std::string namedEncoding(std::u16string_view declaration) {
     };
     declaration.remove_prefix(std::min<std::size_t>(5, declaration.size()));
     while (true) {
-        skip(space);
+        skip(PelCharacters::space);
         const std::u16string_view name =
             declaration.substr(0, declaration.find_first_of(u"= \t\r\n"));
         declaration.remove_prefix(name.size());
-        skip(space);
+        skip(PelCharacters::space);
         if (declaration.empty() || declaration.front() != u'=')
             return {};
         declaration.remove_prefix(1);
-        skip(space);
+        skip(PelCharacters::space);
         const std::size_t end =
             declaration.empty() ? std::u16string_view::npos : declaration.find(declaration[0], 1);
         if (end == std::u16string_view::npos)

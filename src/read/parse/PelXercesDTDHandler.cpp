@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "read/parse/PelXercesDTDHandler.h"
 
+#include "core/PelCharacters.h"
 #include "read/limits/PelXercesModelCost.h"
 #include "read/parse/PelXercesValidator.h"
 #include "xerces/engine/PelXercesFields.h"
@@ -264,6 +265,6 @@ void PelXercesDTDHandler::growNameTable(std::size_t more) {
 // The scanner looks for the other half of a surrogate pair everywhere but at the end of a literal.
 void PelXercesDTDHandler::requirePairs(const XMLCh* literal) {
     const XMLSize_t length = XMLString::stringLen(literal);
-    if (length > 0 && (literal[length - 1] & 0xFC00) == 0xD800)
+    if (length > 0 && PelCharacters::isHighSurrogate(literal[length - 1]))
         getScanner()->emitError(xercesc::XMLErrs::Expected2ndSurrogateChar);
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "read/parse/PelXercesSubset.h"
 
+#include "core/PelCharacters.h"
+
 #include <xercesc/util/XMLString.hpp>
 
 #include <string_view>
@@ -10,12 +12,6 @@ using xercesc::ContentSpecNode;
 using xercesc::XMLAttDef;
 
 namespace {
-
-// Whether XML 1.1 takes a unit as a reference only, or would take it for the end of a line.
-bool needsReference11(char16_t unit) {
-    const bool isControl = unit < u' ' && unit != u'\t' && unit != u'\n' && unit != u'\r';
-    return isControl || (unit >= 0x7F && unit <= 0x9F) || unit == 0x2028;
-}
 
 bool isRepetition(ContentSpecNode::NodeTypes type) {
     return type == ContentSpecNode::ZeroOrOne || type == ContentSpecNode::ZeroOrMore ||
@@ -182,7 +178,7 @@ void PelXercesSubset::addIdentifier(const XMLCh* identifier) {
 void PelXercesSubset::addQuoted(const XMLCh* value, const char16_t* escaped) {
     text.append(u'"');
     for (; *value != 0; ++value) {
-        const bool isControl = isXml11 && needsReference11(*value);
+        const bool isControl = isXml11 && PelCharacters::needsReference11(*value);
         if (!isControl && std::u16string_view(escaped).find(*value) == std::u16string_view::npos) {
             text.append(*value);
             continue;

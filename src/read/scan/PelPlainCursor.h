@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/PelCharacters.h"
 #include "read/scan/PelPlainText.h"
 
 #include <xercesc/util/XMLChar.hpp>
@@ -37,10 +38,6 @@ protected:
     PelPlainCursor(const Unit* begin, const Unit* sourceEnd, xercesc::DOMDocumentImpl& document)
         : at(begin), end(sourceEnd), text(document) {}
 
-    static constexpr bool isSpace(Unit unit) {
-        return unit == ' ' || unit == '\t' || unit == '\n' || unit == '\r';
-    }
-
     bool isAt(char expected) const { return at != end && *at == static_cast<Unit>(expected); }
 
     bool skip(char expected) {
@@ -68,7 +65,7 @@ protected:
 
     bool skipSpace() {
         const Unit* const begin = at;
-        while (at != end && isSpace(*at))
+        while (at != end && PelCharacters::isSpace(*at))
             ++at;
         return at != begin;
     }
@@ -145,12 +142,6 @@ private:
     static constexpr Entity entities[] = {
         {"amp;", u'&'}, {"lt;", u'<'}, {"gt;", u'>'}, {"quot;", u'"'}, {"apos;", u'\''}};
 
-    static bool isCharacter(unsigned long value) {
-        return value == '\t' || value == '\n' || value == '\r' ||
-               (value >= ' ' && value < 0xD800) || (value >= 0xE000 && value <= 0xFFFD) ||
-               (value >= 0x10000 && value <= 0x10FFFF);
-    }
-
     bool skipWideName(bool isFirstOne) {
         for (; at != end; isFirstOne = false) {
             if (*at < 0x80) {
@@ -173,7 +164,7 @@ private:
     bool readCharacterReference() {
         const bool isHex = skip('x');
         const Unit* const begin = at;
-        unsigned long value = 0;
+        char32_t value = 0;
         for (; at != end && value <= 0x10FFFF; ++at) {
             const Unit unit = *at;
             if (unit >= '0' && unit <= '9')
@@ -183,13 +174,13 @@ private:
             else
                 break;
         }
-        if (at == begin || !isCharacter(value) || !skip(';'))
+        if (at == begin || !PelCharacters::isCharacter(value) || !skip(';'))
             return false;
         if (value < 0x10000) {
             text.put(static_cast<char16_t>(value));
         } else {
-            text.put(static_cast<char16_t>(0xD7C0 + (value >> 10)));
-            text.put(static_cast<char16_t>(0xDC00 | (value & 0x3FF)));
+            text.put(PelCharacters::highSurrogateOf(value));
+            text.put(PelCharacters::lowSurrogateOf(value));
         }
         return true;
     }

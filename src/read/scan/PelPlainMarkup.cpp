@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "read/scan/PelPlainMarkup.h"
 
+#include "core/PelCharacters.h"
 #include "read/scan/PelPlainUtf16.h"
 #include "read/scan/PelPlainUtf8.h"
 
@@ -25,7 +26,7 @@ void PelPlainMarkup<Source>::skipMark() {
 
 template <class Source>
 bool PelPlainMarkup<Source>::readDeclaration() {
-    if (!isAt("<?xml"sv) || end - at < 6 || !isSpace(at[5]))
+    if (!isAt("<?xml"sv) || end - at < 6 || !PelCharacters::isSpace(at[5]))
         return true;
     at += 5;
     std::u16string version;
@@ -151,7 +152,7 @@ bool PelPlainMarkup<Source>::readValue() {
         if (isAt('&')) {
             if (!readReference())
                 return false;
-        } else if (isSpace(*at)) { // no blank, so it becomes one
+        } else if (PelCharacters::isSpace(*at)) { // no blank, so it becomes one
             if (!skip("\r\n"sv))
                 ++at;
             text.put(u' ');

@@ -53,7 +53,6 @@ private:
     using Cursor::at;
     using Cursor::end;
     using Cursor::isAt;
-    using Cursor::isSpace;
     using Cursor::readReference;
     using Cursor::skip;
     using Cursor::skipName;

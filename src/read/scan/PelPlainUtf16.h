@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/PelCharacters.h"
 #include "read/scan/PelPlainRuns.h"
 
 /// UTF-16 in the machine's byte order, as the scanner of plain documents reads it; see
@@ -26,8 +27,8 @@ public:
     static bool copyCharacter(const Unit*& at, const Unit* end, char16_t*& out) {
         if (at == end || *at < 0x80 || *at > 0xFFFD)
             return false;
-        const bool isPair = (*at & 0xF800) == 0xD800;
-        if (isPair && ((*at & 0x400) != 0 || end - at < 2 || (at[1] & 0xFC00) != 0xDC00))
+        const bool isPair = PelCharacters::isSurrogate(*at);
+        if (isPair && (end - at < 2 || !PelCharacters::isPair(at[0], at[1])))
             return false;
         if (isPair)
             *out++ = *at++;

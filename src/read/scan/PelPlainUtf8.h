@@ -39,7 +39,7 @@ public:
         }
         if (lead >= 0xE0 && lead <= 0xEF && left >= 3 && isTail(at[1]) && isTail(at[2])) {
             const unsigned unit = (lead & 0x0F) << 12 | tail(at[1]) << 6 | tail(at[2]);
-            if (unit < 0x800 || (unit & 0xF800) == 0xD800 || unit > 0xFFFD)
+            if (unit < 0x800 || PelCharacters::isSurrogate(unit) || unit > 0xFFFD)
                 return false;
             *out++ = static_cast<char16_t>(unit);
             at += 3;
@@ -51,8 +51,8 @@ public:
                 (lead & 7) << 18 | tail(at[1]) << 12 | tail(at[2]) << 6 | tail(at[3]);
             if (character < 0x10000 || character > 0x10FFFF)
                 return false;
-            *out++ = static_cast<char16_t>(0xD7C0 + (character >> 10));
-            *out++ = static_cast<char16_t>(0xDC00 | (character & 0x3FF));
+            *out++ = PelCharacters::highSurrogateOf(character);
+            *out++ = PelCharacters::lowSurrogateOf(character);
             at += 4;
             return true;
         }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/PelCharacters.h"
 #include "read/scan/PelPlainRuns.h"
 
 #include <cstddef>
@@ -126,8 +127,8 @@ private:
                                        (at[2] & 0x3FU) << 6 | (at[3] & 0x3FU);
             if (character < 0x10000 || character > 0x10FFFF)
                 stops |= lowest(quads);
-            units[place + 2] = static_cast<char16_t>(0xD7C0 + (character >> 10));
-            units[place + 3] = static_cast<char16_t>(0xDC00 | (character & 0x3FF));
+            units[place + 2] = PelCharacters::highSurrogateOf(character);
+            units[place + 3] = PelCharacters::lowSurrogateOf(character);
         }
         return pairs;
     }
