@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "core/PelPlatform.h"
-#include "read/PelReadMessage.h"
+#include "core/PelThreadMessage.h"
 #include "support.h"
 
 #include <algorithm>
@@ -100,8 +100,8 @@ TEST(ReadMessages, KeepTheEndOfLongLines) {
         std::u16string line = u"x";
         while (line.size() + 2 <= length) line += u"\U0001F600";
         line += std::u16string(length - line.size(), u'y');
-        PelReadMessage::set(PelString(std::u16string_view(line)));
-        const PelString message = PelReadMessage::get();
+        PelThreadMessage::ofRead().set(line);
+        const PelString message = PelThreadMessage::ofRead().get();
         EXPECT_EQ(message.length(), static_cast<long>(std::min(length, std::size_t{2048})));
         EXPECT_EQ(PelString(message.toUtf8().c_str()) == message, true) << length; // no halves
         EXPECT_EQ(message.view().substr(4),

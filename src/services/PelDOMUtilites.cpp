@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "read/PelReadMessage.h"
+#include "core/PelThreadMessage.h"
 #include "services/PelXercesDOMUtilities.h"
-#include "write/PelWriteMessage.h"
 #include "xerces/engine/PelXercesEngine.h"
 
 #include <qrndom/PelDOMUtilites.h>
@@ -23,11 +22,11 @@ void PelDOMUtilites::releaseUtilities() {
 }
 
 PelString PelDOMUtilites::getLastReadMessage() {
-    return PelReadMessage::get();
+    return PelThreadMessage::ofRead().get();
 }
 
 PelString PelDOMUtilites::getLastWriteMessage() {
-    return PelWriteMessage::get();
+    return PelThreadMessage::ofWrite().get();
 }
 
 PelString PelDOMUtilites::describeEngine() {

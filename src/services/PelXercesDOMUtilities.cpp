@@ -2,10 +2,9 @@
 #include "services/PelXercesDOMUtilities.h"
 
 #include "core/PelLog.h"
-#include "read/PelReadMessage.h"
+#include "core/PelThreadMessage.h"
 #include "read/PelXercesReader.h"
 #include "read/scan/PelPlainScanner.h"
-#include "write/PelWriteMessage.h"
 #include "write/PelXercesDocumentWriter.h"
 #include "xerces/engine/PelXercesEngine.h"
 #include "xerces/engine/PelXercesMemory.h"
@@ -105,7 +104,7 @@ PelDOM::Error PelXercesDOMUtilities::writeDocument(const PelDOMDocument& documen
 PelDOM::Error PelXercesDOMUtilities::writeDocument(const PelDOMDocument& document,
                                                    const PelString& fileName) {
     if (PelDOM::checkString(fileName, 0) != PelDOM::SUCCESS) {
-        PelWriteMessage::set(PelString(), u"the file has no name");
+        PelThreadMessage::ofWrite().set(u"the file has no name");
         return PelDOM::INVALID_VALUE;
     }
     PelString target = fileName;
@@ -118,23 +117,24 @@ PelDOMDocument PelXercesDOMUtilities::read(const PelString& argument, Read readB
     try {
         PelLog::trace(u"PelXercesDOMUtilities::readDocument()", this);
         if (!isReadyFor(argument)) {
-            PelReadMessage::set(PelString(), getErrorStatus() == PelDOM::SUCCESS
-                                                 ? u"there is nothing to read"
-                                                 : u"the engine does not start");
+            PelThreadMessage::ofRead().set(getErrorStatus() == PelDOM::SUCCESS
+                                               ? u":0:0: there is nothing to read"
+                                               : u":0:0: the engine does not start");
             return PelDOMDocument();
         }
-        PelReadMessage::clear();
+        PelThreadMessage::ofRead().clear();
         PelXercesReader reader;
         if (const PelXercesNodeRef node = readBy(reader))
             return documentOn(node);
-        if (!reader.getMessages().empty()) {
-            PelReadMessage::set(reader.getMessages());
+        for (const PelDOMMessage& message : reader.getMessages()) {
+            if (message.isError)
+                PelThreadMessage::ofRead().set(message.toLine().view());
             return PelDOMDocument();
         }
     } catch (const xercesc::OutOfMemoryException&) {
     } catch (const std::bad_alloc&) {
     }
-    PelReadMessage::set(PelString(), u"not enough memory");
+    PelThreadMessage::ofRead().set(u":0:0: not enough memory");
     return PelDOMDocument();
 }
 

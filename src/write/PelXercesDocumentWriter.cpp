@@ -2,8 +2,8 @@
 #include "write/PelXercesDocumentWriter.h"
 
 #include "core/PelPlatform.h"
+#include "core/PelThreadMessage.h"
 #include "write/PelOutputSettings.h"
-#include "write/PelWriteMessage.h"
 #include "write/PelXercesMarkup.h"
 #include "write/PelXercesNodeWriter.h"
 #include "write/PelXercesRefusal.h"
@@ -40,11 +40,11 @@ PelXercesDocumentWriter::PelXercesDocumentWriter(PelString& target, bool toFile,
 
 PelDOM::Error PelXercesDocumentWriter::write(const PelDOMDocument& document) {
     const auto fail = [this](const PelString& reason) {
-        PelWriteMessage::set(file ? text : PelString(), reason);
+        PelThreadMessage::ofWrite().set(file ? text : PelString(), reason);
     };
     const PelDOMNodeImp* const imp = document.getNodeImp();
     const PelXercesNodeRef node = imp != nullptr ? PelXercesDOMNode::of(*imp) : PelXercesNodeRef();
-    PelWriteMessage::clear();
+    PelThreadMessage::ofWrite().clear();
     if (!node) {
         fail(u"there is no document to write");
         return PelDOM::NULL_NODE;
