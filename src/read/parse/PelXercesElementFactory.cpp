@@ -5,22 +5,12 @@
 
 #include <xercesc/util/XMLString.hpp>
 
-#include <algorithm>
-
 using Fields = PelXercesFields;
 using xercesc::DOMAttrImpl;
 using xercesc::DOMAttrMapImpl;
 using xercesc::DOMElementImpl;
 using xercesc::XMLElementDecl;
 using xercesc::XMLString;
-
-namespace {
-
-bool isBefore(const DOMAttrImpl* one, const DOMAttrImpl* two) {
-    return XMLString::compareString(Fields::nameOf(*one), Fields::nameOf(*two)) < 0;
-}
-
-} // namespace
 
 const PelXercesElementFactory::Model*
 PelXercesElementFactory::modelOf(const XMLElementDecl& declaration) {
@@ -39,8 +29,7 @@ DOMElementImpl* PelXercesElementFactory::makeElement(const XMLElementDecl& decla
     const Model* const model = modelOf(declaration);
     if (model == nullptr)
         return nullptr;
-    DOMElementImpl& element = nodes.makeElement();
-    Fields::nameOf(element) = model->name;
+    DOMElementImpl& element = nodes.makeElement(model->name);
     names.addElement(model->name);
     if (model->element != nullptr && Fields::attributesOf(*model->element)->hasDefaults())
         addDefaults(element, *model->element);
@@ -49,22 +38,18 @@ DOMElementImpl* PelXercesElementFactory::makeElement(const XMLElementDecl& decla
         addAttribute(element, pool.getPooledString(source.getName()), source.getValue(),
                      source.getSpecified());
     }
-    for (const DOMAttrImpl* const attribute : pending)
+    for (const DOMAttrImpl* const attribute : nodes.getAdded())
         names.addAttribute(Fields::nameOf(*attribute));
-    keepAttributes(*Fields::attributesOf(element));
+    // A name that a tag has twice is an error, and then nobody gets to see the tree.
+    nodes.endAttributes(*Fields::attributesOf(element));
     return &element;
 }
 
 void PelXercesElementFactory::addAttribute(DOMElementImpl& element, const XMLCh* name,
                                            const XMLCh* value, bool isSpecified) {
-    DOMAttrImpl& attribute = nodes.makeAttribute();
-    Fields::nameOf(attribute) = name;
-    xercesc::DOMNodeImpl& node = Fields::nodeOf(attribute);
-    Fields::ownerOf(node) = &element;
-    node.isOwned(true);
-    node.isSpecified(isSpecified);
-    PelXercesLinks::append(attribute, makeText(value, XMLString::stringLen(value)));
-    pending.push_back(&attribute);
+    DOMAttrImpl& attribute =
+        nodes.addAttribute(element, name, makeText(value, XMLString::stringLen(value)));
+    Fields::nodeOf(attribute).isSpecified(isSpecified);
 }
 
 // What removed attributes become again. The scanner adds to a start tag what it does not have of
@@ -76,17 +61,7 @@ void PelXercesElementFactory::addDefaults(DOMElementImpl& element, const DOMElem
         addAttribute(element, attribute.getName(), PelXercesLinks::valueOf(attribute),
                      attribute.getSpecified());
     }
-    keepAttributes(*Fields::defaultsOf(element));
+    nodes.endAttributes(*Fields::defaultsOf(element));
     Fields::defaultsOf(element)->hasDefaults(defaults.hasDefaults());
     Fields::attributesOf(element)->hasDefaults(true);
-}
-
-// The engine keeps attributes in the order of their names. A name that a tag has twice is an error,
-// and then nobody gets to see the tree.
-void PelXercesElementFactory::keepAttributes(DOMAttrMapImpl& map) {
-    if (pending.empty())
-        return;
-    std::sort(pending.begin(), pending.end(), isBefore);
-    std::copy(pending.begin(), pending.end(), nodes.makeAttributeList(map, pending.size()));
-    pending.clear();
 }

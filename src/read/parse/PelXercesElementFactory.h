@@ -9,7 +9,6 @@
 #include <xercesc/util/RefVectorOf.hpp>
 
 #include <unordered_map>
-#include <vector>
 
 /// Nodes made fast: what the engine's parser has scanned and validated becomes elements,
 /// their attributes and texts, as the engine would make them but without its run-time casts.
@@ -47,11 +46,9 @@ private:
     void addAttribute(xercesc::DOMElementImpl& element, const XMLCh* name, const XMLCh* value,
                       bool isSpecified);
     void addDefaults(xercesc::DOMElementImpl& element, const xercesc::DOMElementImpl& model);
-    void keepAttributes(xercesc::DOMAttrMapImpl& map);
 
     PelXercesPrototypes nodes;
     xercesc::DOMDocumentImpl& pool;
     PelXercesNameLimits& names;
     std::unordered_map<const xercesc::XMLElementDecl*, Model> models;
-    std::vector<xercesc::DOMAttrImpl*> pending; // attributes of the map that is being made
 };

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstring>
 #include <random>
-#include <string_view>
 
 using xercesc::DOMDocumentImpl;
 
@@ -36,13 +35,6 @@ Number read(const void* bytes) {
     return number;
 }
 
-std::uint64_t orderOf(const std::u16string& name) {
-    std::uint64_t order = 0;
-    for (std::size_t i = 0; i < 4; ++i)
-        order = order << 16 | (i < name.size() ? name[i] : 0U);
-    return order;
-}
-
 } // namespace
 
 PelPlainNames::PelPlainNames(DOMDocumentImpl& ownDocument,
@@ -60,14 +52,8 @@ const PelPlainNames::Name* PelPlainNames::add(const void* bytes, std::size_t siz
     if (count > PelXercesFields::namePlacesOf(document))
         PelXercesFields::growNameTable(document);
     Slot& slot = freeSlot(sought);
-    slot = {sought, bytes, size, {PelXercesFields::addName(document, name), orderOf(name)}};
+    slot = {sought, bytes, size, {PelXercesFields::addName(document, name)}};
     return areTooAlike(slot) ? nullptr : &slot.name;
-}
-
-bool PelPlainNames::isBefore(const Name& one, const Name& two) {
-    if (one.order != two.order)
-        return one.order < two.order;
-    return std::u16string_view(one.pooled) < two.pooled;
 }
 
 std::uint64_t PelPlainNames::hash(const void* bytes, std::size_t size) const {

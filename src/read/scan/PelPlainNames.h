@@ -22,7 +22,6 @@ class PelPlainNames {
 public:
     struct Name {
         const XMLCh* pooled; ///< As all nodes of the document have it.
-        std::uint64_t order; ///< Its first four units; what is less here comes first.
     };
 
     /// `document` must have no name so far.
@@ -42,9 +41,6 @@ public:
     /// Adds the name that was not found just now; null when there are more than the engine's parser
     /// may read, or more that its tables can hardly tell apart.
     const Name* add(const void* bytes, std::size_t size, const std::u16string& name);
-
-    /// Whether `one` comes before `two`, in the order in which the engine keeps attributes.
-    static bool isBefore(const Name& one, const Name& two);
 
 private:
     struct Slot {

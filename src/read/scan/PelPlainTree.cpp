@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "read/scan/PelPlainTree.h"
 
-#include "xerces/engine/PelXercesLinks.h"
 #include "xerces/engine/PelXercesMemory.h"
 
 #include <xercesc/dom/DOMImplementation.hpp>
@@ -10,16 +9,11 @@
 #include <algorithm>
 
 using Fields = PelXercesFields;
-using xercesc::DOMAttrImpl;
 using xercesc::DOMDocumentImpl;
 using xercesc::DOMElementImpl;
 using xercesc::DOMMemoryManager;
-using xercesc::DOMNode;
 
 namespace {
-
-// Up to here sorting by insertion is faster.
-constexpr std::size_t fewAttributes = 12;
 
 // Gives a node, whose text is too long for its constructor, what was put together for it.
 template <class Node>
@@ -59,8 +53,7 @@ PelXercesNewDocument PelPlainTree::take() {
 }
 
 void PelPlainTree::openElement(const Name& name) {
-    DOMElementImpl& element = nodes.makeElement();
-    Fields::nameOf(element) = name.pooled;
+    DOMElementImpl& element = nodes.makeElement(name.pooled);
     if (levels.empty())
         document.appendChild(&element);
     else
@@ -69,39 +62,11 @@ void PelPlainTree::openElement(const Name& name) {
 }
 
 void PelPlainTree::addAttribute(const Name& name, PelPlainText& value) {
-    DOMAttrImpl& attribute = nodes.makeAttribute();
-    Fields::nameOf(attribute) = name.pooled;
-    xercesc::DOMNodeImpl& node = Fields::nodeOf(attribute);
-    Fields::ownerOf(node) = levels.back().element;
-    node.isOwned(true);
-    PelXercesLinks::append(attribute, makeText(value));
-    attributes.push_back({name, &attribute});
+    nodes.addAttribute(*levels.back().element, name.pooled, makeText(value));
 }
 
-// The engine keeps attributes in the order of their names.
 bool PelPlainTree::endTag() {
-    if (isNearLimits())
-        return false;
-    if (attributes.empty())
-        return true;
-    const auto isBefore = [](const Attribute& one, const Attribute& two) {
-        return PelPlainNames::isBefore(one.name, two.name);
-    };
-    if (attributes.size() > fewAttributes)
-        std::sort(attributes.begin(), attributes.end(), isBefore);
-    else
-        for (auto next = attributes.begin() + 1; next < attributes.end(); ++next)
-            for (auto at = next; at != attributes.begin() && isBefore(*at, *(at - 1)); --at)
-                std::swap(*at, *(at - 1));
-    DOMNode** const list =
-        nodes.makeAttributeList(*Fields::attributesOf(*levels.back().element), attributes.size());
-    for (std::size_t i = 0; i < attributes.size(); ++i) {
-        list[i] = attributes[i].node;
-        if (i > 0 && attributes[i].name.pooled == attributes[i - 1].name.pooled)
-            return false;
-    }
-    attributes.clear();
-    return true;
+    return !isNearLimits() && nodes.endAttributes(*Fields::attributesOf(*levels.back().element));
 }
 
 // The engine keeps a tag's attributes in a table that it goes through after each tag, and that
@@ -111,12 +76,13 @@ bool PelPlainTree::isNearLimits() {
     attributeWork += mostPlaces;
     if (attributeWork > bounds.work)
         return true;
+    const auto& attributes = nodes.getAdded();
     if (attributes.size() <= few)
         return false;
     mostPlaces = std::max(mostPlaces, attributes.size() / 2);
     PelXercesNameTable table(7, 16);
-    return std::any_of(attributes.begin(), attributes.end(), [&](const Attribute& attribute) {
-        return table.add(attribute.name.pooled) > bounds.alikeNames;
+    return std::any_of(attributes.begin(), attributes.end(), [&](const auto* attribute) {
+        return table.add(Fields::nameOf(*attribute)) > bounds.alikeNames;
     });
 }
 

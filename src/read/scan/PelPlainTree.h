@@ -44,11 +44,6 @@ public:
     PelXercesNewDocument take();
 
 private:
-    struct Attribute {
-        Name name;
-        xercesc::DOMAttrImpl* node;
-    };
-
     struct Level {
         xercesc::DOMElementImpl* element;
         xercesc::DOMChildNode* first; // links of the first child
@@ -68,7 +63,6 @@ private:
     PelXercesChildCounts childCounts;
     PelXercesPrototypes nodes;
     std::vector<Level> levels;
-    std::vector<Attribute> attributes;
     std::size_t attributeWork = 0;
     std::size_t mostPlaces = 0;
 };

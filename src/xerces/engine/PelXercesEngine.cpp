@@ -2,6 +2,7 @@
 #include "xerces/engine/PelXercesEngine.h"
 
 #include "xerces/engine/PelXercesFields.h"
+#include "xerces/engine/PelXercesLayoutCheck.h"
 #include "xerces/engine/PelXercesMemory.h"
 
 #include <xercesc/dom/DOM.hpp>
@@ -58,7 +59,7 @@ bool startLocked() {
     bool isReady = false;
     try {
         fillLazyTables();
-        PelXercesFields::check();
+        PelXercesLayoutCheck::run();
         isReady = true;
     } catch (...) { // what was thrown may need the engine to go
     }

@@ -1,21 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/engine/PelXercesFields.h"
 
-#include "xerces/engine/PelXercesLayoutCheck.h"
-
 #include <xercesc/util/XMLString.hpp>
 
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <utility>
-
-void PelXercesFields::check() {
-    static bool isDone = false;
-    if (isKnownRelease && !isDone)
-        areChecked = PelXercesLayoutCheck().succeeds();
-    isDone = true;
-}
 
 // At the front of its chain.
 const XMLCh* PelXercesFields::addName(Document& document, const std::u16string& name) {

@@ -19,15 +19,16 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 /// The fields of the engine's own nodes and documents: the one place that names them. Reaching into
 /// them saves most of the time that the engine takes to build and change a tree, and all of the
 /// memory that it never gives back.
 ///
-/// What they are and mean is known of some releases only, and is tried out before the first tree is
-/// made. Nothing here may be used unless areKnown, but for what says so; there is a way through the
-/// engine's interface for each use.
+/// They are known of some releases only, and PelXercesLayoutCheck holds them against the engine
+/// that runs before the first tree is made. Nothing here may be used unless areKnown; there is a
+/// way through the engine's interface for each use.
 class PelXercesFields {
     // Reaches what the engine keeps to its own classes.
     template <class Node>
@@ -59,9 +60,6 @@ public:
     static bool areKnown() noexcept {
         return isKnownRelease && areChecked;
     }
-
-    /// Tries them out, once in a process. The engine is up, and no other thread starts it.
-    static void check();
 
     // What a node has in common with all others, and with all that can be children.
     template <class Node>
@@ -163,6 +161,19 @@ public:
         node.flags = static_cast<unsigned short>(isSet ? node.flags | mark : node.flags & ~mark);
     }
 
+    /// The bytes behind a node's flags, which the engine leaves alone: 16 marks and, where nodes
+    /// have room for it, a number. They are zero in copies of the prototypes and anything in nodes
+    /// that the engine makes.
+    static constexpr bool hasNumbers() {
+        return sizeof(xercesc::DOMNodeImpl) >= numberPlace + sizeof(std::uint32_t);
+    }
+    static std::uint16_t& marksOf(xercesc::DOMNodeImpl& node) {
+        return reinterpret_cast<std::uint16_t&>(reinterpret_cast<char*>(&node)[marksPlace]);
+    }
+    static std::uint32_t& numberOf(xercesc::DOMNodeImpl& node) {
+        return reinterpret_cast<std::uint32_t&>(reinterpret_cast<char*>(&node)[numberPlace]);
+    }
+
     // The document's table of names, a chain for each place, and its number of places.
     using Document = xercesc::DOMDocumentImpl;
     using Name = xercesc::DOMStringPoolEntry;
@@ -228,6 +239,12 @@ public:
     }
 
 private:
+    friend class PelXercesLayoutCheck;
+
+    static constexpr std::size_t marksPlace =
+        offsetof(xercesc::DOMNodeImpl, flags) + sizeof(xercesc::DOMNodeImpl::flags);
+    static constexpr std::size_t numberPlace = marksPlace + sizeof(std::uint16_t);
+
     template <class Part, class Use>
     static Part& withType(xercesc::DOMNode& node, Use use) {
         switch (node.getNodeType()) {

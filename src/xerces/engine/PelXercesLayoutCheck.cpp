@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/engine/PelXercesLayoutCheck.h"
 
-#include "xerces/engine/PelXercesPrototypes.h"
+#include "xerces/engine/PelXercesLinks.h"
 
-#include <xercesc/dom/DOMImplementation.hpp>
 #include <xercesc/util/XMLString.hpp>
 
+#include <algorithm>
 #include <cstring>
-#include <functional>
+#include <initializer_list>
 
 using Fields = PelXercesFields;
 using xercesc::DOMNode;
@@ -17,21 +17,14 @@ namespace {
 
 constexpr const XMLCh* name = u"n";
 constexpr const XMLCh* data = u"four";
+constexpr std::size_t dataSize = 4;
 
-// Whether a node, or a part of one, ends where the next begins that the engine has made.
-template <class Node>
-bool endsAt(const Node* node, const void* next) {
-    const void* const end = reinterpret_cast<const char*>(node) + Fields::aligned(sizeof(Node));
-    return end == next;
-}
+constexpr std::uint16_t allMarks = 0xFFFF;
+constexpr std::uint32_t largestNumber = 0xFFFFFFFF;
 
-template <class Parts, class Object>
-Parts partsOf(const Object& object) {
-    static_assert(sizeof(Parts) == sizeof(Object));
-    const void* const bytes = &object;
-    Parts parts;
-    std::memcpy(&parts, bytes, sizeof parts);
-    return parts;
+// Whether a part of the document's memory ends where the next begins.
+bool endsAt(const void* part, std::size_t size, const void* next) {
+    return static_cast<const char*>(part) + Fields::aligned(size) == next;
 }
 
 template <class Node>
@@ -39,158 +32,103 @@ Node* as(DOMNode* node) {
     return static_cast<Node*>(node);
 }
 
+int usedFlags() {
+    return DOMNodeImpl::READONLY | DOMNodeImpl::SYNCDATA | DOMNodeImpl::SYNCCHILDREN |
+           DOMNodeImpl::OWNED | DOMNodeImpl::FIRSTCHILD | DOMNodeImpl::SPECIFIED |
+           DOMNodeImpl::IGNORABLEWS | DOMNodeImpl::SETVALUE | DOMNodeImpl::ID_ATTR |
+           DOMNodeImpl::USERDATA | DOMNodeImpl::LEAFNODETYPE | DOMNodeImpl::CHILDNODE |
+           DOMNodeImpl::TOBERELEASED;
+}
+
+// The room behind a node's flags, which the engine leaves as it is and does not copy.
+bool hasRoom(DOMNodeImpl& node, std::uint16_t marks, std::uint32_t number) {
+    return Fields::marksOf(node) == marks &&
+           (!Fields::hasNumbers() || Fields::numberOf(node) == number);
+}
+void setRoom(DOMNodeImpl& node) {
+    Fields::marksOf(node) = allMarks;
+    if (Fields::hasNumbers())
+        Fields::numberOf(node) = largestNumber;
+}
+
 } // namespace
 
-void* PelXercesZeroedDocument::Memory::allocate(XMLSize_t size) {
-    void* const place = std::memset(PelXercesMemory::allocate(size), 0, size);
-    for (Block& block : blocks)
-        if (block.begin == nullptr) {
-            block = {static_cast<char*>(place), size};
-            break;
-        }
-    return place;
+void PelXercesLayoutCheck::run() {
+    static bool isDone = false;
+    if (Fields::isKnownRelease && !isDone)
+        Fields::areChecked = PelXercesLayoutCheck().succeeds();
+    isDone = true;
 }
 
-PelXercesZeroedDocument::PelXercesZeroedDocument()
-    : document(xercesc::DOMImplementation::getImplementation()->createDocument(&memory)) {
+PelXercesLayoutCheck::PelXercesLayoutCheck()
+    : document(owner.get()), parent(as<xercesc::DOMElementImpl>(document.createElement(name))),
+      element(as<xercesc::DOMElementImpl>(document.createElement(name))),
+      attribute(as<xercesc::DOMAttrImpl>(document.createAttribute(name))),
+      text(as<xercesc::DOMTextImpl>(document.createTextNode(data))),
+      comment(as<xercesc::DOMCommentImpl>(document.createComment(data))),
+      section(as<xercesc::DOMCDATASectionImpl>(document.createCDATASection(data))),
+      instruction(as<xercesc::DOMProcessingInstructionImpl>(
+          document.createProcessingInstruction(name, data))),
+      type(as<xercesc::DOMDocumentTypeImpl>(document.createDocumentType(name))) {
 }
 
-xercesc::DOMDocumentImpl& PelXercesZeroedDocument::get() const {
-    return static_cast<xercesc::DOMDocumentImpl&>(*document);
+// The tree comes last: what it is made with, and asked through, is known by then.
+bool PelXercesLayoutCheck::succeeds() {
+    return areSizesKnown() &&
+           PelXercesPrototypes::areRight(document, *element, *attribute, *text) &&
+           areNamesKnown() && isHeapKnown() && isTreeKnown();
 }
 
-std::size_t PelXercesZeroedDocument::sizeFrom(const void* place) const {
-    const auto* const byte = static_cast<const char*>(place);
-    for (const Memory::Block& block : memory.blocks)
-        if (!std::less<>()(byte, block.begin) && std::less<>()(byte, block.begin + block.size))
-            return static_cast<std::size_t>(block.begin + block.size - byte);
-    return 0;
-}
-
-PelXercesLayoutCheck::PelXercesLayoutCheck() : document(owner.get()) {
-    parent = as<xercesc::DOMElementImpl>(document.createElement(name));
-    element = as<xercesc::DOMElementImpl>(document.createElement(name));
-    attribute = as<xercesc::DOMAttrImpl>(document.createAttribute(name));
-    text = as<xercesc::DOMTextImpl>(document.createTextNode(data));
-    comment = as<xercesc::DOMCommentImpl>(document.createComment(data));
-    section = as<xercesc::DOMCDATASectionImpl>(document.createCDATASection(data));
-    instruction =
-        as<xercesc::DOMProcessingInstructionImpl>(document.createProcessingInstruction(name, data));
-    removed = as<xercesc::DOMElementImpl>(document.createElement(name));
-    type = as<xercesc::DOMDocumentTypeImpl>(document.createDocumentType(name));
-    attribute->setValue(data);
-    parent->setAttributeNode(attribute);
-    for (DOMNode* const child :
-         std::initializer_list<DOMNode*>{removed, element, text, comment, section, instruction})
-        parent->appendChild(child);
-    parent->removeChild(removed);
-}
-
-bool PelXercesLayoutCheck::succeeds() const {
-    return areSizesKnown() && areLinksKnown() && areAttributesKnown() && areDataKnown() &&
-           areNamesKnown() && isHeapKnown() && PelXercesPrototypes::areRight(document);
-}
-
-// Nodes lie one behind the other, but for what belongs to them.
+// Without a call of the engine, which may not be the one that these nodes are for.
 bool PelXercesLayoutCheck::areSizesKnown() const {
     return owner.sizeFrom(&document) == sizeof document && owner.holds(parent, sizeof *parent) &&
-           owner.holds(removed, sizeof *removed) && owner.holds(element, sizeof *element) &&
-           endsAt(element, Fields::defaultsOf(*element)) &&
-           endsAt(Fields::defaultsOf(*element), Fields::attributesOf(*element)) &&
-           endsAt(Fields::attributesOf(*element), attribute) && endsAt(attribute, text) &&
-           owner.holds(text, sizeof *text) && endsAt(text, Fields::bufferOf(*text)) &&
-           owner.holds(comment, sizeof *comment) && endsAt(comment, Fields::bufferOf(*comment)) &&
-           owner.holds(section, sizeof *section) && endsAt(section, Fields::bufferOf(*section)) &&
+           owner.holds(element, sizeof *element) &&
+           endsAt(element, sizeof *element, Fields::defaultsOf(*element)) &&
+           endsAt(Fields::defaultsOf(*element), sizeof(xercesc::DOMAttrMapImpl),
+                  Fields::attributesOf(*element)) &&
+           endsAt(Fields::attributesOf(*element), sizeof(xercesc::DOMAttrMapImpl), attribute) &&
+           endsAt(attribute, sizeof *attribute, text) && isDataKnown(*text, comment) &&
+           isDataKnown(*comment, section) && isDataKnown(*section, instruction) &&
            owner.holds(instruction, sizeof *instruction) &&
-           endsAt(instruction, Fields::bufferOf(*instruction));
+           isDataKnown(*instruction, Fields::targetOf(*instruction)) &&
+           owner.holds(type, sizeof *type);
 }
 
+// The node, its buffer and the units in that lie one behind the other.
 template <class Node>
-bool PelXercesLayoutCheck::isChildKnown(Node& node, DOMNode* previous, DOMNode* next) const {
-    DOMNodeImpl& impl = Fields::nodeOf(node);
-    const xercesc::DOMChildNode& links = Fields::linksOf(node);
-    return &impl == node.getNodeImpl() && &links == node.getChildNodeImpl() &&
-           Fields::ownerOf(impl) == parent && impl.isOwned() &&
-           impl.isFirstChild() == (next == text) && links.previousSibling == previous &&
-           links.nextSibling == next;
-}
-
-bool PelXercesLayoutCheck::areLinksKnown() const {
-    constexpr int marks = Fields::isOrphan | Fields::isHeld;
-    constexpr DOMNode* none = nullptr;
-    DOMNodeImpl& orphans = Fields::nodeOf(*removed);
-    const xercesc::DOMChildNode& links = Fields::linksOf(*removed);
-    return &Fields::parentOf(*parent) == parent->getParentNodeImpl() &&
-           &Fields::parentOf(document) == document.getParentNodeImpl() &&
-           owner.holds(type, sizeof *type) && &Fields::nodeOf(*type) == type->getNodeImpl() &&
-           &Fields::linksOf(*type) == type->getChildNodeImpl() &&
-           Fields::firstChildOf(*parent) == element && isChildKnown(*element, instruction, text) &&
-           isChildKnown(*text, element, comment) && isChildKnown(*comment, text, section) &&
-           isChildKnown(*section, comment, instruction) &&
-           isChildKnown(*instruction, section, none) && Fields::ownerOf(orphans) == &document &&
-           !orphans.isOwned() && !orphans.isFirstChild() && links.previousSibling == none &&
-           links.nextSibling == none &&
-           ((DOMNodeImpl::READONLY | DOMNodeImpl::SYNCDATA | DOMNodeImpl::SYNCCHILDREN |
-             DOMNodeImpl::OWNED | DOMNodeImpl::FIRSTCHILD | DOMNodeImpl::SPECIFIED |
-             DOMNodeImpl::IGNORABLEWS | DOMNodeImpl::SETVALUE | DOMNodeImpl::ID_ATTR |
-             DOMNodeImpl::USERDATA | DOMNodeImpl::LEAFNODETYPE | DOMNodeImpl::CHILDNODE |
-             DOMNodeImpl::TOBERELEASED) &
-            marks) == 0;
-}
-
-bool PelXercesLayoutCheck::areAttributesKnown() const {
-    xercesc::DOMAttrMapImpl* const map = Fields::attributesOf(*parent);
-    xercesc::DOMAttrMapImpl* const defaults = Fields::defaultsOf(*parent);
-    if (map != parent->getAttributes() || defaults != parent->getDefaultAttributes() ||
-        map->hasDefaults() || Fields::ownerOf(*map) != parent ||
-        Fields::listOf(*defaults) != nullptr)
+bool PelXercesLayoutCheck::isDataKnown(Node& node, const void* next) const {
+    if (!owner.holds(&node, sizeof node))
         return false;
-    xercesc::DOMNodeVector* const list = Fields::listOf(*map);
-    if (!owner.holds(list, sizeof *list))
+    const void* const buffer = Fields::bufferOf(node);
+    Fields::Buffer parts;
+    if (!endsAt(&node, sizeof node, buffer) || !owner.holds(buffer, sizeof parts))
         return false;
-    const auto parts = partsOf<Fields::List>(*list);
-    DOMNode* const value = Fields::firstChildOf(*attribute);
-    DOMNodeImpl& node = Fields::nodeOf(*attribute);
-    return endsAt(list, parts.nodes) && parts.nodes[0] == attribute && parts.size == 1 &&
-           parts.capacity > 1 && owner.holds(parts.nodes, parts.capacity * sizeof(void*)) &&
-           &node == attribute->getNodeImpl() &&
-           &Fields::parentOf(*attribute) == attribute->getParentNodeImpl() &&
-           Fields::ownerOf(node) == parent && node.isOwned() && node.isSpecified() &&
-           value == attribute->getFirstChild() && owner.holds(value, sizeof *text) &&
-           value->getNodeType() == DOMNode::TEXT_NODE &&
-           isDataKnown(*as<xercesc::DOMTextImpl>(value));
-}
-
-template <class Node>
-bool PelXercesLayoutCheck::isDataKnown(Node& node) const {
-    xercesc::DOMBuffer* const buffer = Fields::bufferOf(node);
-    if (!endsAt(&node, buffer) || !owner.holds(buffer, sizeof *buffer))
-        return false;
-    const auto parts = partsOf<Fields::Buffer>(*buffer);
+    static_assert(sizeof parts == sizeof(xercesc::DOMBuffer));
+    std::memcpy(&parts, buffer, sizeof parts);
     return Fields::documentOf(node) == &document && parts.document == &document &&
-           endsAt(buffer, parts.units) && parts.units == node.getNodeValue() && parts.size == 4 &&
-           parts.capacity >= parts.size &&
-           owner.holds(parts.units, (parts.capacity + 1) * sizeof *parts.units);
+           endsAt(buffer, sizeof parts, parts.units) && parts.size == dataSize &&
+           parts.capacity > parts.size && owner.holds(parts.units, parts.capacity) &&
+           endsAt(parts.units, (parts.capacity + 1) * sizeof(XMLCh), next) &&
+           std::memcmp(parts.units, data, sizeof u"four") == 0;
 }
 
-bool PelXercesLayoutCheck::areDataKnown() const {
-    return isDataKnown(*text) && isDataKnown(*comment) && isDataKnown(*section) &&
-           isDataKnown(*instruction) &&
-           Fields::targetOf(*instruction) == instruction->getTarget() &&
-           Fields::baseOf(*instruction) == nullptr;
-}
-
-// The three nodes that have the one name share it, and it is the only one.
+// All nodes share the one name, which is then found by the engine in what is a larger table.
 bool PelXercesLayoutCheck::areNamesKnown() const {
     const std::size_t places = Fields::namePlacesOf(document);
     Fields::Name** const names = Fields::namesOf(document);
-    const XMLCh* const known = parent->getNodeName();
     if (places == 0 || owner.sizeFrom(names) / sizeof(void*) < places)
         return false;
     const Fields::Name* const first = names[xercesc::XMLString::hash(name, places)];
-    return owner.holds(first, sizeof *first) && first->fNext == nullptr && first->fLength == 1 &&
-           first->fString == known && Fields::nameOf(*parent) == known &&
-           Fields::nameOf(*element) == known && Fields::nameOf(*attribute) == known;
+    if (!owner.holds(first, sizeof *first) || first->fNext != nullptr || first->fLength != 1 ||
+        first->fString != Fields::nameOf(*element) || first->fString != Fields::nameOf(*attribute))
+        return false;
+    const XMLCh* const other = Fields::addName(document, u"other");
+    if (document.getPooledString(u"other") != other || Fields::countNames(document) != 2)
+        return false;
+    Fields::growNameTable(document);
+    return document.getPooledString(u"other") == other &&
+           document.getPooledString(name) == first->fString &&
+           Fields::namePlacesOf(document) > places;
 }
 
 bool PelXercesLayoutCheck::isHeapKnown() const {
@@ -200,4 +138,57 @@ bool PelXercesLayoutCheck::isHeapKnown() const {
     return owner.sizeFrom(begin) == size && document.allocate(1) == begin &&
            Fields::freeBeginOf(document) == begin + least &&
            Fields::freeSizeOf(document) == size - least && Fields::nextSizeOf(document) > size;
+}
+
+// What is linked here, the engine finds, and goes on with.
+bool PelXercesLayoutCheck::isTreeKnown() const {
+    if (Fields::firstChildOf(*parent) != nullptr ||
+        &Fields::nodeOf(*type) != type->getNodeImpl() ||
+        &Fields::linksOf(*type) != type->getChildNodeImpl() ||
+        &Fields::parentOf(document) != document.getParentNodeImpl() ||
+        (usedFlags() & (Fields::isOrphan | Fields::isHeld)) != 0)
+        return false;
+
+    PelXercesPrototypes nodes(document);
+    const XMLCh* const pooled = document.getPooledString(name);
+    xercesc::DOMElementImpl& removed = nodes.makeElement(pooled);
+    const xercesc::DOMAttrImpl& own =
+        nodes.addAttribute(removed, pooled, nodes.makeText(data, dataSize));
+    nodes.endAttributes(*Fields::attributesOf(removed));
+    const xercesc::DOMNamedNodeMap& map = *removed.getAttributes();
+    if (map.getLength() != 1 || map.item(0) != &own || own.getOwnerElement() != &removed ||
+        !own.getSpecified() || !xercesc::XMLString::equals(removed.getAttribute(name), data))
+        return false;
+
+    const std::initializer_list<DOMNode*> children{element, text, comment, section, instruction};
+    for (DOMNode* const child : children)
+        setRoom(Fields::nodeOf(*child));
+    PelXercesLinks::append(*parent, *text);
+    PelXercesLinks::append(*parent, *section);
+    PelXercesLinks::insert(*parent, removed, text);
+    PelXercesLinks::insert(*parent, *element, text);
+    PelXercesLinks::insert(*parent, *comment, section);
+    PelXercesLinks::insert(*parent, *instruction, nullptr);
+    PelXercesLinks::remove(*parent, removed);
+    const DOMNode* previous = nullptr;
+    const DOMNode* next = parent->getFirstChild();
+    for (DOMNode* const child : children) {
+        if (next != child || child->getPreviousSibling() != previous ||
+            child->getParentNode() != parent)
+            return false;
+        previous = child;
+        next = child->getNextSibling();
+    }
+    if (next != nullptr || removed.getParentNode() != nullptr)
+        return false;
+    parent->appendChild(element);
+    Fields::baseOf(*instruction) = data;
+    return element->getPreviousSibling() == instruction && parent->getFirstChild() == text &&
+           Fields::linksOf(*text).previousSibling == element &&
+           instruction->getTarget() == Fields::targetOf(*instruction) &&
+           instruction->getBaseURI() == data &&
+           std::all_of(children.begin(), children.end(), [](DOMNode* child) {
+               return hasRoom(Fields::nodeOf(*child->cloneNode(false)), 0, 0) &&
+                      hasRoom(Fields::nodeOf(*child), allMarks, largestNumber);
+           });
 }

@@ -1,78 +1,43 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "xerces/engine/PelXercesFields.h"
-#include "xerces/engine/PelXercesMemory.h"
+#include "xerces/engine/PelXercesPrototypes.h"
 
-#include <array>
-#include <cstddef>
-
-/// A document in zeroed memory, so that what lies between fields is the same in all its nodes. It
-/// is known what memory it has.
-class PelXercesZeroedDocument {
-public:
-    PelXercesZeroedDocument();
-
-    xercesc::DOMDocumentImpl& get() const;
-
-    /// Whether so many bytes from this place on are the document's.
-    bool holds(const void* place, std::size_t size) const { return size <= sizeFrom(place); }
-
-    /// How many bytes from this place on are the document's.
-    std::size_t sizeFrom(const void* place) const;
-
-    class Memory final : public PelXercesMemory {
-    public:
-        void* allocate(XMLSize_t size) override;
-
-        struct Block {
-            char* begin = nullptr;
-            std::size_t size = 0;
-        };
-        std::array<Block, 8> blocks; // the first, which are enough
-    };
-
-    Memory memory;
-
-private:
-    PelXercesDocumentPtr document;
-};
-
-/// A tiny tree of the engine's own making, on which the engine's fields are tried out: each that
-/// PelXercesFields names is held against what the engine's interface answers.
-///
-/// Sizes come first, and pointers are followed only into the document's own memory, so an engine
+/// Holds what PelXercesFields expects against the engine that runs. Sizes come first, then the
+/// prototypes bit by bit, then a tree is linked through the fields and asked for through the
+/// engine's interface. Pointers are followed only into the document's own memory, so an engine
 /// whose nodes are others is found out without harm.
 class PelXercesLayoutCheck {
 public:
+    /// Decides, once in a process, whether the fields are known. The engine is up, and no other
+    /// thread starts it.
+    static void run();
+
+    /// The engine makes what is to be looked at.
     PelXercesLayoutCheck();
 
-    bool succeeds() const;
-
-    // In the order in which they were made, all but the first and the last children of the first.
-    xercesc::DOMElementImpl* parent;
-    xercesc::DOMElementImpl* element;
-    xercesc::DOMAttrImpl* attribute; // of the parent
-    xercesc::DOMTextImpl* text;
-    xercesc::DOMCommentImpl* comment;
-    xercesc::DOMCDATASectionImpl* section;
-    xercesc::DOMProcessingInstructionImpl* instruction;
-    xercesc::DOMElementImpl* removed;
-    xercesc::DOMDocumentTypeImpl* type; // no child
+    /// To be asked once: it changes the nodes.
+    bool succeeds();
 
     PelXercesZeroedDocument owner;
     xercesc::DOMDocumentImpl& document;
 
+    // In the order in which they were made, which is that of their memory.
+    xercesc::DOMElementImpl* parent;
+    xercesc::DOMElementImpl* element;
+    xercesc::DOMAttrImpl* attribute;
+    xercesc::DOMTextImpl* text;
+    xercesc::DOMCommentImpl* comment;
+    xercesc::DOMCDATASectionImpl* section;
+    xercesc::DOMProcessingInstructionImpl* instruction;
+    xercesc::DOMDocumentTypeImpl* type;
+
 private:
     bool areSizesKnown() const;
-    bool areLinksKnown() const;
-    bool areAttributesKnown() const;
-    bool areDataKnown() const;
     bool areNamesKnown() const;
     bool isHeapKnown() const;
+    bool isTreeKnown() const;
 
     template <class Node>
-    bool isChildKnown(Node& node, xercesc::DOMNode* previous, xercesc::DOMNode* next) const;
-    template <class Node>
-    bool isDataKnown(Node& node) const;
+    bool isDataKnown(Node& node, const void* next) const;
 };

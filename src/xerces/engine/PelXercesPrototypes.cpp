@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/engine/PelXercesPrototypes.h"
 
-#include "xerces/engine/PelXercesLayoutCheck.h"
+#include "xerces/engine/PelXercesLinks.h"
 
+#include <xercesc/dom/DOMImplementation.hpp>
+
+#include <algorithm>
 #include <cstring>
+#include <functional>
 #include <new>
 #include <utility>
 
@@ -23,6 +27,20 @@ namespace {
 // What takes more than this part of a block of the document's memory gets one of its own. The
 // engine gives one to all that is longer than 256 bytes.
 constexpr std::size_t partOfBlock = 16;
+
+// Up to here sorting by insertion is faster.
+constexpr std::size_t fewAttributes = 12;
+
+// In the order in which the engine keeps attributes.
+bool isBefore(const DOMAttrImpl* one, const DOMAttrImpl* two) {
+    const XMLCh* unit = Fields::nameOf(*one);
+    const XMLCh* other = Fields::nameOf(*two);
+    while (*unit != 0 && *unit == *other) {
+        ++unit;
+        ++other;
+    }
+    return *unit < *other;
+}
 
 template <class Node>
 const void* bytesOf(const Node& node) {
@@ -50,11 +68,37 @@ DOMElementImpl& enginesElement(DOMDocumentImpl& document) {
 DOMAttrImpl& enginesAttribute(DOMDocumentImpl& document) {
     return *new (&document, DOMMemoryManager::ATTR_OBJECT) DOMAttrImpl(&document, nullptr);
 }
-DOMTextImpl& enginesText(DOMDocumentImpl& document, const XMLCh* units) {
-    return *new (&document, DOMMemoryManager::TEXT_OBJECT) DOMTextImpl(&document, units);
+DOMTextImpl& enginesText(DOMDocumentImpl& document) {
+    return *new (&document, DOMMemoryManager::TEXT_OBJECT) DOMTextImpl(&document, u"");
 }
 
 } // namespace
+
+void* PelXercesZeroedDocument::Memory::allocate(XMLSize_t size) {
+    void* const place = std::memset(PelXercesMemory::allocate(size), 0, size);
+    for (Block& block : blocks)
+        if (block.begin == nullptr) {
+            block = {static_cast<char*>(place), size};
+            break;
+        }
+    return place;
+}
+
+PelXercesZeroedDocument::PelXercesZeroedDocument()
+    : document(xercesc::DOMImplementation::getImplementation()->createDocument(&memory)) {
+}
+
+DOMDocumentImpl& PelXercesZeroedDocument::get() const {
+    return static_cast<DOMDocumentImpl&>(*document);
+}
+
+std::size_t PelXercesZeroedDocument::sizeFrom(const void* place) const {
+    const auto* const byte = static_cast<const char*>(place);
+    for (const Memory::Block& block : memory.blocks)
+        if (!std::less<>()(byte, block.begin) && std::less<>()(byte, block.begin + block.size))
+            return static_cast<std::size_t>(block.begin + block.size - byte);
+    return 0;
+}
 
 template <class Node>
 class PelXercesPrototypes::Mould {
@@ -74,7 +118,7 @@ struct PelXercesPrototypes::Prototypes {
     explicit Prototypes(DOMDocumentImpl& owner) : Prototypes(owner, enginesElement(owner)) {}
     Prototypes(DOMDocumentImpl& owner, const DOMElementImpl& engines)
         : element(engines), map(*Fields::attributesOf(engines)), attribute(enginesAttribute(owner)),
-          text(enginesText(owner, u"")) {}
+          text(enginesText(owner)) {}
 
     DOMAttrMapImpl* makeMap(void* place, DOMElementImpl& holder) const {
         DOMAttrMapImpl& made = map.copyTo(place);
@@ -121,10 +165,8 @@ const PelXercesPrototypes::Prototypes& PelXercesPrototypes::prototypes() {
     return prototypes;
 }
 
-bool PelXercesPrototypes::areRight(DOMDocumentImpl& owner) {
-    DOMElementImpl& element = enginesElement(owner);
-    DOMAttrImpl& attribute = enginesAttribute(owner);
-    DOMTextImpl& text = enginesText(owner, u"four");
+bool PelXercesPrototypes::areRight(DOMDocumentImpl& owner, DOMElementImpl& element,
+                                   DOMAttrImpl& attribute, DOMTextImpl& text) {
     DOMAttrMapImpl& attributes = *Fields::attributesOf(element);
     DOMAttrMapImpl& defaults = *Fields::defaultsOf(element);
     const Before elementBefore(element);
@@ -132,22 +174,22 @@ bool PelXercesPrototypes::areRight(DOMDocumentImpl& owner) {
     const Before defaultsBefore(defaults);
     const Before attributeBefore(attribute);
     const Before textBefore(text);
-    prototypes().makeElement(owner, &element, &attributes, &defaults);
-    prototypes().makeAttribute(owner, &attribute);
+    const XMLCh* const name = Fields::nameOf(element);
+    Fields::nameOf(prototypes().makeElement(owner, &element, &attributes, &defaults)) = name;
+    Fields::nameOf(prototypes().makeAttribute(owner, &attribute)) = name;
     prototypes().makeText(owner, &text, Fields::bufferOf(text));
     return elementBefore.isAsNow() && attributesBefore.isAsNow() && defaultsBefore.isAsNow() &&
            attributeBefore.isAsNow() && textBefore.isAsNow();
 }
 
-DOMElementImpl& PelXercesPrototypes::makeElement() {
+DOMElementImpl& PelXercesPrototypes::makeElement(const XMLCh* name) {
     constexpr std::size_t mapBegin = Fields::aligned(sizeof(DOMElementImpl));
     constexpr std::size_t mapSize = Fields::aligned(sizeof(DOMAttrMapImpl));
     auto* const place = static_cast<char*>(take(mapBegin + 2 * mapSize));
-    return known.makeElement(document, place, place + mapBegin, place + mapBegin + mapSize);
-}
-
-DOMAttrImpl& PelXercesPrototypes::makeAttribute() {
-    return known.makeAttribute(document, take(sizeof(DOMAttrImpl)));
+    DOMElementImpl& element =
+        known.makeElement(document, place, place + mapBegin, place + mapBegin + mapSize);
+    Fields::nameOf(element) = name;
+    return element;
 }
 
 DOMTextImpl& PelXercesPrototypes::makeText(const XMLCh* units, std::size_t size) {
@@ -160,12 +202,38 @@ DOMTextImpl& PelXercesPrototypes::makeText(const XMLCh* units, std::size_t size)
     return known.makeText(document, place, place + bufferBegin);
 }
 
-DOMNode** PelXercesPrototypes::makeAttributeList(DOMAttrMapImpl& map, std::size_t size) {
+DOMAttrImpl& PelXercesPrototypes::addAttribute(DOMElementImpl& element, const XMLCh* name,
+                                               DOMTextImpl& value) {
+    DOMAttrImpl& attribute = known.makeAttribute(document, take(sizeof(DOMAttrImpl)));
+    Fields::nameOf(attribute) = name;
+    xercesc::DOMNodeImpl& node = Fields::nodeOf(attribute);
+    Fields::ownerOf(node) = &element;
+    node.isOwned(true);
+    PelXercesLinks::append(attribute, value);
+    added.push_back(&attribute);
+    return attribute;
+}
+
+bool PelXercesPrototypes::endAttributes(DOMAttrMapImpl& map) {
+    if (added.empty())
+        return true;
+    if (added.size() > fewAttributes)
+        std::sort(added.begin(), added.end(), isBefore);
+    else
+        for (auto next = added.begin() + 1; next < added.end(); ++next)
+            for (auto at = next; at != added.begin() && isBefore(*at, *(at - 1)); --at)
+                std::swap(*at, *(at - 1));
     auto* const place = take(sizeof(DOMNodeVector));
-    auto** const nodes = static_cast<DOMNode**>(take(size * sizeof(DOMNode*)));
-    new (place) Fields::List{nodes, size, size};
+    auto** const nodes = static_cast<DOMNode**>(take(added.size() * sizeof(DOMNode*)));
+    new (place) Fields::List{nodes, added.size(), added.size()};
     Fields::listOf(map) = static_cast<DOMNodeVector*>(place);
-    return nodes;
+    std::copy(added.begin(), added.end(), nodes);
+    const bool areDifferent =
+        std::adjacent_find(added.begin(), added.end(), [](const auto* one, const auto* two) {
+            return Fields::nameOf(*one) == Fields::nameOf(*two);
+        }) == added.end();
+    added.clear();
+    return areDifferent;
 }
 
 // As the document's own allocate, which fills the same blocks.
