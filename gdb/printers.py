@@ -21,7 +21,7 @@ except ImportError as error:
 # Places are counted in words, of four or eight bytes.
 NODE_IN_IMP = 3  # of PelXercesDOMNode: after its table, content and tree
 NODE_IN_LIST = 2  # of PelXercesDOMNodeList: after its table and tree
-CHILDREN_IN_LIST = 5  # after two links to other references
+KIND_IN_LIST = 5  # after two links to other references; 0 is the children
 TAG_NAME_IN_LIST = 6
 LONGEST_TEXT = 60
 NO_SYMBOLS = "what it stands for is not known, since gdb has no symbols of libxerces-c"
@@ -97,7 +97,7 @@ def describe_list(imp):
     node = describe_node(pointer_at(imp, NODE_IN_LIST))
     if node in (None, NO_SYMBOLS):
         return node
-    if at(place(imp, CHILDREN_IN_LIST), "bool"):
+    if at(place(imp, KIND_IN_LIST), "int") == 0:
         return f"children of {node}"
     name = place(imp, TAG_NAME_IN_LIST)
     return f"elements {quoted(pointer_at(name), pointer_at(name, 1))} in {node}"
