@@ -10,6 +10,7 @@
 
 #include <array>
 #include <istream>
+#include <iterator>
 #include <new>
 #include <optional>
 #include <streambuf>
@@ -20,39 +21,28 @@ namespace {
 
 constexpr std::size_t usualMaxMessages = 100;
 
-// Null for what is no limit.
-std::size_t* boundOf(PelXercesReadLimits::Bounds& bounds, PelDOMReader::Limit limit) {
-    switch (limit) {
-    case PelDOMReader::WORK:
-        return &bounds.work;
-    case PelDOMReader::WORK_PER_BYTE:
-        return &bounds.workPerByte;
-    case PelDOMReader::MEMORY:
-        return &bounds.memory;
-    case PelDOMReader::MEMORY_PER_BYTE:
-        return &bounds.memoryPerByte;
-    case PelDOMReader::TIME:
-        return &bounds.milliseconds;
-    case PelDOMReader::TIME_PER_BYTE:
-        return &bounds.nanosecondsPerByte;
-    case PelDOMReader::EXPANSION:
-        return &bounds.expansion;
-    case PelDOMReader::EXPANSION_PER_BYTE:
-        return &bounds.expansionPerByte;
-    case PelDOMReader::ENTITY_EXPANSIONS:
-        return &bounds.entityExpansions;
-    case PelDOMReader::REFERENCES:
-        return &bounds.references;
-    case PelDOMReader::NAMES:
-        return &bounds.names;
-    case PelDOMReader::MODEL_PARTS:
-        return &bounds.modelParts;
-    case PelDOMReader::LIST_CHARACTERS:
-        return &bounds.listCharacters;
-    case PelDOMReader::MESSAGE_CHARACTERS:
-        return &bounds.reportCharacters;
-    }
-    return nullptr;
+using Bounds = PelXercesReadLimits::Bounds;
+
+// In the order of PelDOMReader::Limit.
+constexpr std::size_t Bounds::*boundsByLimit[] = {&Bounds::work,
+                                                  &Bounds::workPerByte,
+                                                  &Bounds::memory,
+                                                  &Bounds::memoryPerByte,
+                                                  &Bounds::milliseconds,
+                                                  &Bounds::nanosecondsPerByte,
+                                                  &Bounds::expansion,
+                                                  &Bounds::expansionPerByte,
+                                                  &Bounds::entityExpansions,
+                                                  &Bounds::references,
+                                                  &Bounds::names,
+                                                  &Bounds::modelParts,
+                                                  &Bounds::listCharacters,
+                                                  &Bounds::reportCharacters};
+
+static_assert(std::size(boundsByLimit) == PelDOMReader::MESSAGE_CHARACTERS + 1);
+
+bool isLimit(PelDOMReader::Limit limit) {
+    return static_cast<std::size_t>(limit) < std::size(boundsByLimit);
 }
 
 // All that comes; nothing when the stream cannot be read. The stream's own calls could throw what
@@ -199,13 +189,12 @@ std::size_t PelDOMReader::getMaxMessages() const noexcept {
 }
 
 void PelDOMReader::setLimit(Limit limit, std::size_t value) noexcept {
-    if (std::size_t* const bound = boundOf(body->settings.bounds, limit))
-        *bound = value;
+    if (isLimit(limit))
+        body->settings.bounds.*boundsByLimit[limit] = value;
 }
 
 std::size_t PelDOMReader::getLimit(Limit limit) const noexcept {
-    const std::size_t* const bound = boundOf(body->settings.bounds, limit);
-    return bound != nullptr ? *bound : 0;
+    return isLimit(limit) ? body->settings.bounds.*boundsByLimit[limit] : 0;
 }
 
 PelDOMDocument PelDOMReader::readFile(const PelString& name) {

@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "read/PelXercesReader.h"
 
-#include "read/input/PelXercesChecked.h"
-#include "read/input/PelXercesFileSource.h"
+#include "read/input/PelXercesSource.h"
 #include "read/scan/PelPlainScanner.h"
 #include "xerces/tree/PelXercesTree.h"
 
 #include <xercesc/dom/DOMException.hpp>
-#include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLString.hpp>
 
@@ -52,18 +50,17 @@ PelXercesReader::ParserSetup::ParserSetup(PelXercesReader& reader)
 }
 
 PelXercesNodeRef PelXercesReader::readFile(const PelString& name) {
-    std::optional<PelXercesFileSource> source;
+    std::optional<PelXercesFile> file;
     const auto scanFile = [&] {
-        source.emplace(name, memory);
-        return source->load()
-                   ? scan(source->getBytes(), source->getSize(), nullptr, source->getSystemId())
-                   : PelXercesNewDocument();
+        file.emplace(name, memory);
+        return file->load() ? scan(file->bytes.get(), file->size, nullptr, file->id.view().data())
+                            : PelXercesNewDocument();
     };
     return read(scanFile, [&](ParserSetup& setup) {
-        if (!source)
-            source.emplace(name, memory);
-        memory.getEntities().addDocument(source->getSystemId(), name, name);
-        setup.parser.parse(*source);
+        if (!file)
+            file.emplace(name, memory);
+        memory.getEntities().addDocument(file->id, name, name);
+        setup.parser.parse(PelXercesSource(memory, *file));
     });
 }
 
@@ -71,13 +68,10 @@ PelXercesNodeRef PelXercesReader::readText(const PelString& name, const void* by
                                            std::size_t size, const XMLCh* encoding) {
     PelString systemId = u"Dummy";
     if (settings.base.isEmpty() == 0)
-        systemId = PelXercesFileSource(settings.base, memory).getSystemId();
-    const XMLCh* const id = systemId.view().data();
-    const auto scanText = [&] { return scan(bytes, size, encoding, id); };
+        systemId = PelXercesFile(settings.base, memory).id;
+    const auto scanText = [&] { return scan(bytes, size, encoding, systemId.view().data()); };
     return read(scanText, [&](ParserSetup& setup) {
-        limits.addInput(size);
-        PelXercesChecked<xercesc::MemBufInputSource> source(
-            memory, static_cast<const XMLByte*>(bytes), size, id, false);
+        PelXercesSource source(memory, systemId, bytes, size);
         memory.getEntities().addDocument(systemId, name, settings.base, bytes, size);
         if (encoding != nullptr)
             source.setEncoding(encoding);

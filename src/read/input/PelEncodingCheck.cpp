@@ -2,13 +2,15 @@
 #include "read/input/PelEncodingCheck.h"
 
 #include "core/PelCharacters.h"
-#include "read/input/PelConverterCheck.h"
+
+#include <unicode/ucnv_err.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
-#include <string_view>
+#include <new>
+#include <utility>
 
 namespace {
 
@@ -205,7 +207,86 @@ private:
     const Byte last;
 };
 
+/// The check of an encoding by its converter, which has to take every byte.
+class ConverterCheck final : public PelEncodingCheck {
+public:
+    explicit ConverterCheck(PelConverter::Handle ownConverter)
+        : converter(std::move(ownConverter)) {}
+
+    std::size_t passBytes(const Byte* bytes, std::size_t size) override;
+    bool mayEnd() override;
+
+private:
+    std::size_t convert(const Byte* bytes, std::size_t size);
+    const char* feed(const char* next, const char* end, bool isEnd);
+    bool isGood() const { return U_SUCCESS(status) || status == U_BUFFER_OVERFLOW_ERROR; }
+
+    static constexpr std::size_t longestPiece = 4096;
+
+    const PelConverter::Handle converter;
+    std::array<UChar, 1024> units{};
+    UErrorCode status = U_ZERO_ERROR;
+    bool hasNul = false;
+};
+
+// A byte 0 is fed alone: it may or may not be a U+0000, and where is known.
+std::size_t ConverterCheck::passBytes(const Byte* bytes, std::size_t size) {
+    for (std::size_t done = 0; done < size;) {
+        const std::size_t longest = std::min(size - done, longestPiece);
+        const auto* const zero = static_cast<const Byte*>(std::memchr(bytes + done, 0, longest));
+        const std::size_t before =
+            zero != nullptr ? static_cast<std::size_t>(zero - bytes) - done : longest;
+        const std::size_t piece = std::max<std::size_t>(before, 1);
+        const std::size_t taken = convert(bytes + done, piece);
+        if (taken < piece)
+            return done + taken;
+        done += piece;
+    }
+    return size;
+}
+
+bool ConverterCheck::mayEnd() {
+    feed(nullptr, nullptr, true);
+    return isGood();
+}
+
+std::size_t ConverterCheck::convert(const Byte* bytes, std::size_t size) {
+    const char* next = reinterpret_cast<const char*>(bytes);
+    const char* const end = next + size;
+    do {
+        next = feed(next, end, false);
+    } while (isGood() && (next < end || status == U_BUFFER_OVERFLOW_ERROR));
+    if (isGood())
+        return hasNul ? 0 : size;
+    std::array<char, 32> invalid{};
+    auto count = static_cast<std::int8_t>(invalid.size());
+    UErrorCode ignored = U_ZERO_ERROR;
+    ucnv_getInvalidChars(converter.get(), invalid.data(), &count, &ignored);
+    const auto taken = next - reinterpret_cast<const char*>(bytes);
+    return static_cast<std::size_t>(std::max<std::ptrdiff_t>(taken - count, 0));
+}
+
+const char* ConverterCheck::feed(const char* next, const char* end, bool isEnd) {
+    UChar* target = units.data();
+    status = U_ZERO_ERROR;
+    ucnv_toUnicode(converter.get(), &target, target + units.size(), &next, end, nullptr,
+                   static_cast<UBool>(isEnd), &status);
+    hasNul = hasNul || std::find(units.data(), target, u'\0') != target;
+    return next;
+}
+
 } // namespace
+
+PelConverter::Handle PelConverter::open(const char* name) {
+    UErrorCode status = U_ZERO_ERROR;
+    Handle converter(ucnv_open(name, &status));
+    if (status == U_MEMORY_ALLOCATION_ERROR)
+        throw std::bad_alloc();
+    if (converter)
+        ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
+                            &status);
+    return converter;
+}
 
 std::unique_ptr<PelEncodingCheck> PelEncodingCheck::forEncoding(const char* name) {
     PelConverter::Handle converter = PelConverter::open(name);
@@ -223,7 +304,7 @@ std::unique_ptr<PelEncodingCheck> PelEncodingCheck::forEncoding(const char* name
     case UCNV_LATIN_1:
         return std::make_unique<ByteCheck>(Byte{0xFF});
     default:
-        return std::make_unique<PelConverterCheck>(std::move(converter));
+        return std::make_unique<ConverterCheck>(std::move(converter));
     }
 }
 

@@ -1,9 +1,25 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <unicode/ucnv.h>
+
 #include <cstddef>
 #include <memory>
 #include <string>
+
+/// Converters of ICU.
+namespace PelConverter {
+
+struct Close {
+    void operator()(UConverter* converter) const { ucnv_close(converter); }
+};
+using Handle = std::unique_ptr<UConverter, Close>;
+
+/// Null when nobody knows the name. The converter stops at what it cannot convert, and replaces
+/// nothing.
+Handle open(const char* name);
+
+} // namespace PelConverter
 
 /// Watches the bytes of a text pass, piece by piece, for the first that no text in their encoding
 /// holds: ill-formed sequences, and U+0000.

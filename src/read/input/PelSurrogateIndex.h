@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "read/input/PelConverterCheck.h"
+#include "read/input/PelEncodingCheck.h"
 
 #include <cstddef>
 #include <utility>

@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "read/input/PelXercesLocalResolver.h"
 
-#include "read/input/PelXercesChecked.h"
 #include "read/input/PelXercesDOMTreeErrorReporter.h"
-#include "read/input/PelXercesFileSource.h"
 #include "read/input/PelXercesReadMemory.h"
 #include "read/input/PelXercesReadSettings.h"
+#include "read/input/PelXercesSource.h"
 
-#include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/framework/URLInputSource.hpp>
 #include <xercesc/framework/XMLBuffer.hpp>
 #include <xercesc/sax/Locator.hpp>
@@ -15,9 +13,11 @@
 #include <xercesc/util/XMLUni.hpp>
 #include <xercesc/util/XMLUri.hpp>
 
+#include <optional>
 #include <string>
 #include <string_view>
 
+using Stream = PelXercesSource::Stream;
 using xercesc::XMLString;
 using xercesc::XMLURL;
 
@@ -28,22 +28,6 @@ constexpr bool areRemoteRead = true;
 #else
 constexpr bool areRemoteRead = false;
 #endif
-
-/// A source that is never opened.
-class UnreadableSource final : public xercesc::InputSource {
-public:
-    UnreadableSource(const XMLCh* systemId, const XMLCh* why, PelXercesReadMemory& readMemory)
-        : InputSource(systemId, &readMemory), reason(why), memory(readMemory) {}
-
-    xercesc::BinInputStream* makeStream() const override {
-        memory.getEntities().setFailure(getSystemId(), reason);
-        return nullptr;
-    }
-
-private:
-    const XMLCh* const reason;
-    PelXercesReadMemory& memory;
-};
 
 int hexValue(char digit) {
     constexpr std::string_view digits = "0123456789abcdef0123456789ABCDEF";
@@ -84,12 +68,12 @@ PelXercesLocalResolver::resolveEntity(xercesc::XMLResourceIdentifier* resource) 
     if (base == nullptr || *base == 0)
         base = resource->getLocator() != nullptr ? resource->getLocator()->getSystemId() : u"";
     XMLURL url;
-    std::unique_ptr<PelXercesFileSource> file;
+    std::optional<PelXercesFile> file;
     const XMLCh* whyUnreadable = nullptr;
     if (!url.setURL(base, name, url) || url.isRelative()) {
         xercesc::XMLBuffer plainName;
         xercesc::XMLUri::normalizeURI(name, plainName);
-        file.reset(new (&memory) PelXercesFileSource(base, plainName.getRawBuffer(), memory));
+        file.emplace(base, plainName.getRawBuffer(), memory);
         if (PelXercesEntities::hasScheme(name) &&
             !(settings.isAnythingExternalRead() && file->isReadable())) {
             whyUnreadable = u"an address of this kind is not read";
@@ -98,27 +82,32 @@ PelXercesLocalResolver::resolveEntity(xercesc::XMLResourceIdentifier* resource) 
     } else if (isLocalFile(url)) {
         const PelString path = withoutEscapes(url.getPath());
         if (path.isEmpty() == 0)
-            file.reset(new (&memory) PelXercesFileSource(PelString(), path, memory));
+            file.emplace(PelString(), path, memory);
         else
             whyUnreadable = u"no file has such a name";
     } else if (!areRemoteRead) {
         whyUnreadable = u"an address on the network is not read";
     }
-    const XMLCh* const id = file ? file->getSystemId() : name;
+    const PelString id = file ? file->id : PelString(name);
     entities.add(id, base, name);
     if (!settings.isAnythingExternalRead())
         return leaveOut(id, u"is not read, as it was set");
     if (isSubset && settings.validation == PelDOMReader::NEVER &&
         (whyUnreadable != nullptr || (file && !file->isReadable())))
         return leaveOut(id, u"is left out, since it cannot be read");
-    if (whyUnreadable != nullptr)
-        return new (&memory) UnreadableSource(name, whyUnreadable, memory);
     if (file)
-        return file.release();
-    return new (&memory) PelXercesChecked<xercesc::URLInputSource>(memory, url);
+        return new (&memory) PelXercesSource(memory, *file);
+    if (whyUnreadable != nullptr)
+        return new (&memory) PelXercesSource(memory, id, [this, id, whyUnreadable] {
+            memory.getEntities().setFailure(id, whyUnreadable);
+            return Stream();
+        });
+    return new (&memory) PelXercesSource(memory, url.getURLText(), [this, url] {
+        return Stream(xercesc::URLInputSource(url, &memory).makeStream());
+    });
 }
 
-xercesc::InputSource* PelXercesLocalResolver::leaveOut(const XMLCh* id, const XMLCh* reason) {
+xercesc::InputSource* PelXercesLocalResolver::leaveOut(const PelString& id, const XMLCh* reason) {
     reporter.note(false, (memory.getEntities().nameOf(id) + u" " + reason).view().data());
-    return new (&memory) xercesc::MemBufInputSource(nullptr, 0, id, false, &memory);
+    return new (&memory) PelXercesSource(memory, id, nullptr, 0);
 }

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <qrndom/PelString.h>
+
 #include <xercesc/sax/InputSource.hpp>
 #include <xercesc/util/XMLEntityResolver.hpp>
-
-#include <memory>
 
 class PelXercesDOMTreeErrorReporter;
 class PelXercesReadMemory;
@@ -23,7 +23,7 @@ public:
     xercesc::InputSource* resolveEntity(xercesc::XMLResourceIdentifier* resource) override;
 
 private:
-    xercesc::InputSource* leaveOut(const XMLCh* id, const XMLCh* reason);
+    xercesc::InputSource* leaveOut(const PelString& id, const XMLCh* reason);
 
     PelXercesReadMemory& memory;
     const PelXercesReadSettings& settings;
