@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "core/PelPlatform.h"
 #include "core/PelPlatformReplacement.h"
-#include "write/PelXercesRefusal.h"
+#include "write/PelXercesMarkup.h"
 #include "write/PelXercesWriteJob.h"
-#include "write/target/PelFileStream.h"
-#include "write/target/PelStringStream.h"
+#include "write/target/PelByteStream.h"
 #include "xerces/handles/PelXercesDOMNode.h"
 
 #include <qrndom/PelDOMNode.h>
@@ -64,8 +63,8 @@ struct PelDOMWriter::Body {
             PelXercesWriteJob job(settings, *ref.getNode());
             send(job);
             return PelDOM::SUCCESS;
-        } catch (const PelXercesRefusal& refusal) {
-            fail(name, refusal.reason);
+        } catch (const PelXercesWriteError& error) {
+            fail(name, error.reason);
         } catch (const xercesc::XMLException& exception) {
             fail(name, exception.getMessage());
         } catch (const xercesc::OutOfMemoryException&) {
@@ -127,7 +126,7 @@ bool PelDOMWriter::getDeclaration() const noexcept {
 PelDOM::Error PelDOMWriter::writeFile(const PelDOMNode& node, const PelString& name) {
     return body->write(node, name, [this, &name](PelXercesWriteJob& job) {
         if (name.view().find(u'\0') != std::u16string_view::npos)
-            throw PelXercesRefusal{u"the name holds U+0000"};
+            throw PelXercesWriteError{u"the name holds U+0000"};
         PelPlatformReplacement file(PelPlatform::fileSystemName(name));
         if (file.isInPlace()) {
             std::ostream nowhere(nullptr);
@@ -140,7 +139,7 @@ PelDOM::Error PelDOMWriter::writeFile(const PelDOMNode& node, const PelString& n
             isGood = stream.flush() && file.complete();
         }
         if (!isGood)
-            throw PelXercesRefusal{PelString(file.getErrorText().c_str())};
+            throw PelXercesWriteError{PelString(file.getErrorText().c_str())};
         if (!file.isSurelyInPlace())
             body->fail(name,
                        u"written, but a crash of the system may still bring the old file back: " +
@@ -164,7 +163,7 @@ PelDOM::Error PelDOMWriter::writeStream(const PelDOMNode& node, std::ostream& st
         const QuietStream quiet(stream);
         job.to(stream);
         if (!stream.flush())
-            throw PelXercesRefusal{u"the stream has failed"};
+            throw PelXercesWriteError{u"the stream has failed"};
     });
 }
 

@@ -3,24 +3,31 @@
 
 #include "core/PelPlatform.h"
 #include "core/PelThreadMessage.h"
-#include "write/PelOutputSettings.h"
-#include "write/PelXercesMarkup.h"
-#include "write/PelXercesNodeWriter.h"
-#include "write/PelXercesRefusal.h"
+#include "write/PelXercesSerializer.h"
 #include "write/characters/PelXercesCharacterSet.h"
 #include "write/characters/PelXercesEncoder.h"
 #include "xerces/handles/PelXercesDOMNode.h"
 #include "xerces/tree/PelXercesDeclaration.h"
 
+#include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/util/XMLException.hpp>
+#include <xercesc/util/XMLString.hpp>
 
+#include <array>
 #include <string>
+
+using xercesc::DOMNode;
 
 namespace {
 
+// The output encoding of the process, empty until its first write. It is neither made nor destroyed
+// at run time: in a static build, objects of the program write before this library's are made, and
+// after they are gone. Names that are longer than this are of no encoding, cut or not.
+std::array<char16_t, 128> outputEncoding;
+
 // The encoding that a document asks for.
-std::u16string wantedEncoding(const xercesc::DOMNode& document) {
-    const xercesc::DOMNode* const first = document.getFirstChild();
+std::u16string wantedEncoding(const DOMNode& document) {
+    const DOMNode* const first = document.getFirstChild();
     if (first != nullptr && PelXercesDeclaration::isDeclaration(*first)) {
         const PelString named = PelXercesDeclaration::read(*first).encoding;
         if (named.isEmpty() == 0)
@@ -28,6 +35,70 @@ std::u16string wantedEncoding(const xercesc::DOMNode& document) {
     }
     return u"UTF-8";
 }
+
+bool isVersion11(const DOMNode& node) {
+    return node.getNodeType() == DOMNode::DOCUMENT_NODE &&
+           xercesc::XMLString::equals(
+               static_cast<const xercesc::DOMDocument&>(node).getXmlVersion(), u"1.1");
+}
+
+/// Line feeds, where they are wanted, in front of elements and behind the children of the document.
+class Newlines final : public PelXercesLayout {
+public:
+    /// Flushes the stream after each child of the document, if there is one.
+    Newlines(PelXercesMarkup& markup, bool newlines, std::ostream* flushed)
+        : out(markup), areWanted(newlines), stream(flushed) {}
+
+    bool replaces(const DOMNode& node, DOMNode::NodeType type) override {
+        if (type == DOMNode::ELEMENT_NODE) {
+            newline();
+        } else if (type == DOMNode::DOCUMENT_NODE && isVersion11(node)) {
+            // Read without its version, the document would be another one, or none.
+            writeDeclaration({u"1.1", PelString(), std::nullopt});
+            newline();
+        } else if (type == DOMNode::PROCESSING_INSTRUCTION_NODE &&
+                   PelXercesDeclaration::isDeclaration(node)) {
+            writeDeclaration(PelXercesDeclaration::read(node));
+            return true;
+        }
+        return false;
+    }
+
+    void endDocumentChild(const DOMNode& /*child*/) override {
+        newline();
+        out.flush();
+        if (stream != nullptr)
+            stream->flush();
+    }
+
+    void end() override { newline(); }
+
+private:
+    void newline() {
+        if (areWanted)
+            out.markup(u"\n");
+    }
+
+    void writeDeclaration(const PelXercesDeclaration& values) {
+        const auto add = [this](const char16_t* text) {
+            out.add(text, PelXercesEscapes::anywhere);
+        };
+        out.markup(u"<?xml version=\"");
+        add(values.version.view().data());
+        out.markup(u"\" encoding=\"");
+        add(outputEncoding.data());
+        if (values.standalone) {
+            out.markup(u"\" standalone=\"");
+            add(values.standalone->view().data());
+        }
+        out.markup(u"\"?>\n");
+        newline();
+    }
+
+    PelXercesMarkup& out;
+    const bool areWanted;
+    std::ostream* const stream;
+};
 
 } // namespace
 
@@ -49,14 +120,12 @@ PelDOM::Error PelXercesDocumentWriter::write(const PelDOMDocument& document) {
         fail(u"there is no document to write");
         return PelDOM::NULL_NODE;
     }
-    const std::u16string encoding = PelOutputSettings::encoding(wantedEncoding(*node.getNode()));
+    if (outputEncoding[0] == 0)
+        wantedEncoding(*node.getNode()).copy(outputEncoding.data(), outputEncoding.size() - 1);
     try {
-        if (file)
-            writeToFile(*node.getNode(), encoding);
-        else
-            writeToString(*node.getNode(), encoding);
-    } catch (const PelXercesRefusal& refusal) {
-        fail(refusal.reason);
+        writeNode(*node.getNode());
+    } catch (const PelXercesWriteError& error) {
+        fail(error.reason);
         return PelDOM::INTERNAL_ERROR;
     } catch (const xercesc::XMLException& exception) {
         fail(exception.getMessage());
@@ -67,30 +136,25 @@ PelDOM::Error PelXercesDocumentWriter::write(const PelDOMDocument& document) {
     return PelDOM::SUCCESS;
 }
 
-void PelXercesDocumentWriter::writeToFile(const xercesc::DOMNode& document,
-                                          const std::u16string& encoding) {
-    PelXercesCharacterSet repertoire(encoding);
-    PelXercesEncoder encoder(encoding, repertoire, *file);
-    PelXercesMarkup out(repertoire, &encoder);
-    file->setTextMode(repertoire.hasByteLineFeed());
-    PelXercesNodeWriter(out, encoding, hasNewlines).writeNode(*file, document);
-    if (hasNewlines)
-        out.markup(u"\n");
+// A string takes the text before it is encoded: decoding it again would give the same. A NUL byte
+// at its end would end it, as its own end does.
+void PelXercesDocumentWriter::writeNode(const DOMNode& document) {
+    PelXercesCharacterSet characterSet(outputEncoding.data());
+    std::optional<PelXercesEncoder> encoder;
+    if (file) {
+        encoder.emplace(outputEncoding.data(), characterSet, *file);
+        file->setTextMode(characterSet.hasByteLineFeed());
+    }
+    PelXercesMarkup out(characterSet, file ? &*encoder : nullptr);
+    Newlines layout(out, hasNewlines, file ? &*file : nullptr);
+    PelXercesSerializer(out, PelXercesEscapes::asIs(isVersion11(document)), layout)
+        .writeNode(document);
+    if (!file) {
+        text = PelString(out.takeText());
+        return;
+    }
     out.flush();
     if (hasTerminator)
         *file << std::ends;
     file->flush();
-}
-
-// Encoding the text and decoding it again would give the same text, so neither is done. A NUL byte
-// at the end would end the string, as a string's own end does.
-void PelXercesDocumentWriter::writeToString(const xercesc::DOMNode& document,
-                                            const std::u16string& encoding) {
-    PelXercesCharacterSet repertoire(encoding);
-    PelXercesMarkup out(repertoire, nullptr);
-    std::ostream nowhere(nullptr);
-    PelXercesNodeWriter(out, encoding, hasNewlines).writeNode(nowhere, document);
-    if (hasNewlines)
-        out.markup(u"\n");
-    text = PelString(out.takeText());
 }

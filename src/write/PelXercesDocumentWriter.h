@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "write/target/PelTextModeStream.h"
+#include "write/target/PelByteStream.h"
 
 #include <qrndom/PelDOMDocument.h>
 
@@ -9,7 +9,7 @@
 
 #include <optional>
 
-/// One write of a document to a file or into a string. Writes never overlap.
+/// One write of a document by the services, to a file or into a string. Writes never overlap.
 class PelXercesDocumentWriter {
 public:
     /// Opens the file that `target` names, if the write is to a file, whatever comes of the write.
@@ -19,8 +19,7 @@ public:
     PelDOM::Error write(const PelDOMDocument& document);
 
 private:
-    void writeToFile(const xercesc::DOMNode& document, const std::u16string& encoding);
-    void writeToString(const xercesc::DOMNode& document, const std::u16string& encoding);
+    void writeNode(const xercesc::DOMNode& document);
 
     PelString& text;
     std::optional<PelTextModeStream> file;

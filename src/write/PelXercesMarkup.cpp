@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "write/PelXercesMarkup.h"
 
-#include "write/PelXercesRefusal.h"
 #include "write/characters/PelXercesCharacterSet.h"
 #include "write/characters/PelXercesEncoder.h"
 
@@ -9,7 +8,7 @@
 #include <array>
 #include <charconv>
 
-using Treatment = PelXercesEscapes::Treatment;
+using Action = PelXercesEscapes::Action;
 
 namespace {
 
@@ -28,11 +27,11 @@ char32_t characterAt(const char16_t* units) {
 }
 
 // Of a unit beyond ASCII.
-bool stands(char16_t unit, const PelXercesEscapes& place) {
-    if (unit >= 0xD800 && (isSurrogate(unit) || (unit >= 0xFFFE && place.isChecked)))
+bool stands(char16_t unit, const PelXercesEscapes& escapes) {
+    if (unit >= 0xD800 && (isSurrogate(unit) || (unit >= 0xFFFE && escapes.isStrict)))
         return false;
     // Readers of XML 1.1 take two of these for line ends, and the rest only as references.
-    return !place.isVersion11 || (unit >= 0xA0 && unit != 0x2028);
+    return !escapes.isVersion11 || (unit >= 0xA0 && unit != 0x2028);
 }
 
 std::u16string_view entityFor(char16_t unit) {
@@ -54,51 +53,52 @@ std::u16string_view entityFor(char16_t unit) {
     }
 }
 
-[[noreturn]] void refuse(const char16_t* units, const PelXercesEscapes& place, bool isInEncoding) {
-    const bool isInXml = *units < 0xFFFE && (*units >= u' ' || place.isVersion11);
+[[noreturn]] void refuse(const char16_t* units, const PelXercesEscapes& escapes,
+                         bool isInEncoding) {
+    const bool isInXml = *units < 0xFFFE && (*units >= u' ' || escapes.isVersion11);
     PelString reason;
     if (isSurrogate(*units) && !isPair(units[0], units[1]))
-        reason.format(u"%s holds half a surrogate pair, U+%04X", place.name, unsigned{*units});
+        reason.format(u"%s holds half a surrogate pair, U+%04X", escapes.name, unsigned{*units});
     else
         reason.format(!isInXml       ? u"%s holds U+%04X, which XML forbids"
                       : isInEncoding ? u"%s holds U+%04X, which XML takes as a reference only"
                                      : u"%s holds U+%04X, which the encoding does not have",
-                      place.name, static_cast<unsigned>(characterAt(units)));
-    throw PelXercesRefusal{reason};
+                      escapes.name, static_cast<unsigned>(characterAt(units)));
+    throw PelXercesWriteError{reason};
 }
 
 } // namespace
 
-PelXercesMarkup::PelXercesMarkup(PelXercesCharacterSet& outputRepertoire,
+PelXercesMarkup::PelXercesMarkup(PelXercesCharacterSet& outputCharacters,
                                  PelXercesEncoder* outputEncoder)
-    : repertoire(outputRepertoire), encoder(outputEncoder),
-      isUniversal(outputRepertoire.holdsEverything()) {
+    : characterSet(outputCharacters), encoder(outputEncoder),
+      isUniversal(outputCharacters.holdsEverything()) {
 }
 
-PelXercesMarkup& PelXercesMarkup::add(const char16_t* characters, const PelXercesEscapes& place) {
+PelXercesMarkup& PelXercesMarkup::add(const char16_t* characters, const PelXercesEscapes& escapes) {
     if (characters == nullptr)
         return *this;
     for (;;) {
-        characters = addStanding(characters, place);
+        characters = addPlain(characters, escapes);
         if (*characters == 0)
             break;
-        characters = addOther(characters, place);
+        characters = addEscaped(characters, escapes);
     }
     return *this;
 }
 
-const char16_t* PelXercesMarkup::addStanding(const char16_t* characters,
-                                             const PelXercesEscapes& place) {
+const char16_t* PelXercesMarkup::addPlain(const char16_t* characters,
+                                          const PelXercesEscapes& escapes) {
     const char16_t* end = characters;
-    const auto isPlain = [&place](char16_t unit) {
-        return unit < place.ascii.size() ? place.ascii[unit] == Treatment::stands
-                                         : stands(unit, place);
+    const auto isPlain = [&escapes](char16_t unit) {
+        return unit < escapes.ascii.size() ? escapes.ascii[unit] == Action::copy
+                                           : stands(unit, escapes);
     };
     if (isUniversal)
         while (isPlain(*end))
             ++end;
     else
-        while (isPlain(*end) && repertoire.holds(*end))
+        while (isPlain(*end) && characterSet.holds(*end))
             ++end;
     appendLong({characters, static_cast<std::size_t>(end - characters)});
     return end;
@@ -111,55 +111,54 @@ void PelXercesMarkup::appendLong(std::u16string_view text) {
         encoder->encode(text.substr(0, enough));
         text.remove_prefix(enough);
     }
-    append(text);
-    flushIfEnough();
+    addRaw(text);
 }
 
-Treatment PelXercesMarkup::treatmentOf(const char16_t* characters,
-                                       const PelXercesEscapes& place) const {
+Action PelXercesMarkup::actionFor(const char16_t* characters,
+                                  const PelXercesEscapes& escapes) const {
     const char16_t unit = *characters;
-    if (unit < place.ascii.size() && place.ascii[unit] != Treatment::stands)
-        return place.ascii[unit];
+    if (unit < escapes.ascii.size() && escapes.ascii[unit] != Action::copy)
+        return escapes.ascii[unit];
     if (isSurrogate(unit)) {
         if (!isPair(unit, characters[1]))
-            return Treatment::refused;
-        return isUniversal || repertoire.holds(unit, characters[1]) ? Treatment::stands
-                                                                    : place.otherwise;
+            return Action::refuse;
+        return isUniversal || characterSet.holds(unit, characters[1]) ? Action::copy
+                                                                      : escapes.otherwise;
     }
-    if (unit >= 0xFFFE && place.isChecked)
-        return Treatment::refused;
-    return (unit < place.ascii.size() || stands(unit, place)) &&
-                   (isUniversal || repertoire.holds(unit))
-               ? Treatment::stands
-               : place.otherwise;
+    if (unit >= 0xFFFE && escapes.isStrict)
+        return Action::refuse;
+    return (unit < escapes.ascii.size() || stands(unit, escapes)) &&
+                   (isUniversal || characterSet.holds(unit))
+               ? Action::copy
+               : escapes.otherwise;
 }
 
-const char16_t* PelXercesMarkup::addOther(const char16_t* characters,
-                                          const PelXercesEscapes& place) {
+const char16_t* PelXercesMarkup::addEscaped(const char16_t* characters,
+                                            const PelXercesEscapes& escapes) {
     const std::size_t units = isSurrogate(*characters) ? 2 : 1;
-    switch (treatmentOf(characters, place)) {
-    case Treatment::ends:
-    case Treatment::stands:
-        append(characters, units);
+    switch (actionFor(characters, escapes)) {
+    case Action::end:
+    case Action::copy:
+        append({characters, units});
         break;
-    case Treatment::entity:
+    case Action::entity:
         append(entityFor(*characters));
         break;
-    case Treatment::reference:
+    case Action::reference:
         addReference(characterAt(characters));
         break;
-    case Treatment::newline:
+    case Action::newline:
         if (characters[1] != u'\n')
             append(u"\n");
         break;
-    case Treatment::bracket:
+    case Action::bracket:
         if (characters[1] == u']' && characters[2] == u'>')
             append(u"]]]]><![CDATA[>");
         else
             append(u"]");
         return characters + (characters[1] == u']' && characters[2] == u'>' ? 3 : 1);
-    case Treatment::refused:
-        refuse(characters, place, isUniversal || (units == 1 && repertoire.holds(*characters)));
+    case Action::refuse:
+        refuse(characters, escapes, isUniversal || (units == 1 && characterSet.holds(*characters)));
     }
     return characters + units;
 }
@@ -170,8 +169,7 @@ PelXercesMarkup& PelXercesMarkup::addLine(std::size_t spaces) {
         grow(spaces);
     std::fill_n(&gathered[used], spaces, u' ');
     used += spaces;
-    flushIfEnough();
-    return *this;
+    return addRaw({});
 }
 
 void PelXercesMarkup::flush() {
@@ -197,7 +195,7 @@ void PelXercesMarkup::addReference(char32_t character) {
     append(u"&#x");
     for (const char* digit = digits.data(); digit != result.ptr; ++digit) {
         const auto unit = static_cast<char16_t>(*digit >= 'a' ? *digit - 'a' + 'A' : *digit);
-        append(&unit, 1);
+        append({&unit, 1});
     }
     append(u";");
 }

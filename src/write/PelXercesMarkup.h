@@ -3,6 +3,8 @@
 
 #include "write/characters/PelXercesEscapes.h"
 
+#include <qrndom/PelString.h>
+
 #include <cstddef>
 #include <cstring>
 #include <string>
@@ -11,54 +13,54 @@
 class PelXercesEncoder;
 class PelXercesCharacterSet;
 
+/// What cannot be written, in words for people. Thrown, and caught, within a write.
+struct PelXercesWriteError {
+    PelString reason;
+};
+
 /// Gathers the text of a document as it will stand in the output, escaped and with references for
 /// what the encoding cannot hold, and hands it on in large pieces.
 ///
-/// It throws a PelXercesRefusal for what cannot stand in its place, and anywhere for a lone
-/// surrogate, on which the engine's formatter would never end.
+/// A character that its escape table refuses is a PelXercesWriteError, and so is half a surrogate
+/// pair anywhere: the engine's formatter would never end on it.
 class PelXercesMarkup {
 public:
     /// With an encoder, pieces go there; without one, everything stays here for takeText.
-    PelXercesMarkup(PelXercesCharacterSet& outputRepertoire, PelXercesEncoder* outputEncoder);
+    PelXercesMarkup(PelXercesCharacterSet& outputCharacters, PelXercesEncoder* outputEncoder);
 
-    /// Markup of the writer's own: a literal of ASCII characters.
+    /// A literal of ASCII characters.
     template <std::size_t size>
     PelXercesMarkup& markup(const char16_t (&literal)[size]) {
         return addKnown(literal, size - 1);
     }
 
-    /// A name, in which XML allows nothing that would have to be looked at.
-    PelXercesMarkup& name(const char16_t* characters) {
-        return addKnown(characters, std::char_traits<char16_t>::length(characters));
+    /// NUL-terminated text of `length` units in which nothing has to be escaped. What the encoding
+    /// does not hold becomes a reference.
+    PelXercesMarkup& addKnown(const char16_t* characters, std::size_t length) {
+        return isUniversal ? addRaw({characters, length})
+                           : add(characters, PelXercesEscapes::anywhere);
     }
 
-    /// NUL-terminated text of `length` units that may stand as they are.
-    PelXercesMarkup& addKnown(const char16_t* characters, std::size_t length) {
-        if (!isUniversal)
-            return plain(characters);
-        append(characters, length);
-        flushIfEnough();
+    /// Text that the encoding holds, as it is. A surrogate pair may not be split between two calls.
+    PelXercesMarkup& addRaw(std::u16string_view text) {
+        append(text);
+        if (used >= enough)
+            flush();
         return *this;
     }
 
-    /// NUL-terminated text in its place; null adds nothing.
-    PelXercesMarkup& add(const char16_t* characters, const PelXercesEscapes& place);
+    /// NUL-terminated text, escaped; null adds nothing.
+    PelXercesMarkup& add(const char16_t* characters, const PelXercesEscapes& escapes);
 
-    /// NUL-terminated text as it stands.
-    PelXercesMarkup& plain(const char16_t* characters) {
-        return add(characters, PelXercesEscapes::anywhere);
-    }
+    /// The two steps of `add`: what is copied, up to where it gives; then one character that is
+    /// not, to where the next one begins.
+    const char16_t* addPlain(const char16_t* characters, const PelXercesEscapes& escapes);
+    const char16_t* addEscaped(const char16_t* characters, const PelXercesEscapes& escapes);
 
-    /// The first steps of `add`: what stands as it is, up to where it gives. Then one character
-    /// that does not, to where the next one begins.
-    const char16_t* addStanding(const char16_t* characters, const PelXercesEscapes& place);
-    const char16_t* addOther(const char16_t* characters, const PelXercesEscapes& place);
+    PelXercesEscapes::Action actionFor(const char16_t* characters,
+                                       const PelXercesEscapes& escapes) const;
 
-    /// What a character that does not stand becomes.
-    PelXercesEscapes::Treatment treatmentOf(const char16_t* characters,
-                                            const PelXercesEscapes& place) const;
-
-    /// Line feeds and spaces, which every encoding holds.
+    /// A line feed and spaces.
     PelXercesMarkup& addLine(std::size_t spaces);
 
     /// Hands what is gathered to the encoder, if there is one.
@@ -67,19 +69,12 @@ public:
     std::u16string takeText();
 
 private:
-    // One step for what comes most often, short pieces.
-    void append(const char16_t* characters, std::size_t length) {
-        if (gathered.size() - used < length)
-            grow(length);
-        std::memcpy(&gathered[used], characters, length * sizeof(char16_t));
-        used += length;
-    }
-
-    void append(std::u16string_view text) { append(text.data(), text.size()); }
-
-    void flushIfEnough() {
-        if (used >= enough)
-            flush();
+    // Called most often with short pieces.
+    void append(std::u16string_view text) {
+        if (gathered.size() - used < text.size())
+            grow(text.size());
+        std::memcpy(&gathered[used], text.data(), text.size() * sizeof(char16_t));
+        used += text.size();
     }
 
     // Handed on when this many units have come together.
@@ -89,9 +84,9 @@ private:
     void appendLong(std::u16string_view text);
     void addReference(char32_t character);
 
-    PelXercesCharacterSet& repertoire;
+    PelXercesCharacterSet& characterSet;
     PelXercesEncoder* const encoder;
     const bool isUniversal;
-    std::u16string gathered; // room, of which the first units are
+    std::u16string gathered; // a buffer, of which the first `used` units are taken
     std::size_t used = 0;
 };

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "write/PelXercesWriteJob.h"
 
-#include "write/PelXercesCheckedMarkup.h"
-#include "write/PelXercesRefusal.h"
-#include "write/PelXercesTreeWriter.h"
+#include "write/PelXercesIndent.h"
 #include "write/characters/PelXercesEncoder.h"
 #include "xerces/tree/PelXercesDeclaration.h"
 
@@ -27,7 +25,7 @@ std::u16string requireName(const PelString& encoding) {
                std::u16string_view(u"0123456789._-").find(unit) != std::u16string_view::npos;
     };
     if (name.empty() || !isAsciiLetter(name[0]) || !std::all_of(name.begin(), name.end(), isPart))
-        throw PelXercesRefusal{u"'" + encoding + u"' is no name of an encoding"};
+        throw PelXercesWriteError{u"'" + encoding + u"' is no name of an encoding"};
     return std::u16string(name);
 }
 
@@ -56,39 +54,39 @@ std::optional<PelXercesDeclaration> declarationOf(const xercesc::DOMDocument& do
 
 PelXercesWriteJob::PelXercesWriteJob(const PelWriteSettings& writeSettings, const DOMNode& topNode)
     : settings(writeSettings), top(topNode), document(documentOf(topNode)),
-      encoding(requireName(settings.encoding)), repertoire(encoding) {
+      encoding(requireName(settings.encoding)), characterSet(encoding) {
     const bool isDocument = top.getNodeType() == DOMNode::DOCUMENT_NODE;
     isReadByItself = isDocument || top.getNodeType() == DOMNode::ELEMENT_NODE;
     const XMLCh* const version = document.getXmlVersion();
     isVersion11 = version != nullptr && std::u16string_view(version) == u"1.1";
-    const bool isNeeded = isVersion11 || !(repertoire.isUtf8() || repertoire.isUtf16());
+    const bool isNeeded = isVersion11 || !(characterSet.isUtf8() || characterSet.isUtf16());
     isDeclared = PelXercesDeclaration::isDeclaration(top) ||
                  (settings.hasDeclaration && isReadByItself && (isDocument || isNeeded));
     if (isReadByItself && !isDeclared)
         isVersion11 = false;
-    if (isDeclared && !repertoire.isRecognised())
-        throw PelXercesRefusal{u"no reader would recognise the encoding '" + settings.encoding +
-                               u"'"};
+    if (isDeclared && !characterSet.isRecognised())
+        throw PelXercesWriteError{u"no reader would recognise the encoding '" + settings.encoding +
+                                  u"'"};
 }
 
 void PelXercesWriteJob::to(std::ostream& stream) {
-    PelXercesEncoder encoder(encoding, repertoire, stream);
+    PelXercesEncoder encoder(encoding, characterSet, stream);
     encoder.setHasReturns(settings.lineEnds == PelDOMWriter::CRLF);
-    PelXercesMarkup out(repertoire, &encoder);
+    PelXercesMarkup out(characterSet, &encoder);
     if (needsMark())
         out.addKnown(u"\uFEFF", 1);
     if (isDeclared)
         out.add(declaration().c_str(), PelXercesEscapes::anywhere);
     if (!PelXercesDeclaration::isDeclaration(top)) {
-        PelXercesCheckedMarkup markup(out, isVersion11);
-        PelXercesTreeWriter(markup, settings.indent).write(top);
+        PelXercesIndent layout(out, settings.indent, top);
+        PelXercesSerializer(out, PelXercesEscapes::strict(isVersion11), layout).writeNode(top);
     }
     out.flush();
 }
 
 // The names that say in which order the bytes stand forbid the mark where they are declared.
 bool PelXercesWriteJob::needsMark() const {
-    return isReadByItself && repertoire.isUtf16() && !(isDeclared && hasByteOrder(encoding));
+    return isReadByItself && characterSet.isUtf16() && !(isDeclared && hasByteOrder(encoding));
 }
 
 std::u16string PelXercesWriteJob::declaration() const {

@@ -19,7 +19,7 @@ struct PelWriteSettings {
     bool hasDeclaration = true;
 };
 
-/// One node, and how it is to be written. Throws a PelXercesRefusal or the engine's
+/// One node, and how it is to be written. Throws a PelXercesWriteError or the engine's
 /// TranscodingException for an encoding that is of no use, and for what cannot be written.
 class PelXercesWriteJob {
 public:
@@ -36,7 +36,7 @@ private:
     const xercesc::DOMNode& top;
     const xercesc::DOMDocument& document;
     const std::u16string encoding;
-    PelXercesCharacterSet repertoire;
+    PelXercesCharacterSet characterSet;
     bool isReadByItself = false; // a document or an element
     bool isDeclared = false;
     bool isVersion11 = false;

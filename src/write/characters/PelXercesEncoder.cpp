@@ -66,10 +66,10 @@ const char16_t* encodeOne(const char16_t* at, char*& bytes) {
 } // namespace
 
 PelXercesEncoder::PelXercesEncoder(const std::u16string& encoding,
-                                   const PelXercesCharacterSet& repertoire, std::ostream& output)
-    : stream(output), piece(repertoire.holdsEverything() ? universalPiece : narrowPiece),
+                                   const PelXercesCharacterSet& characterSet, std::ostream& output)
+    : stream(output), piece(characterSet.holdsEverything() ? universalPiece : narrowPiece),
       target(output) {
-    if (repertoire.isUtf8())
+    if (characterSet.isUtf8())
         bytes.reset(new char[3 * universalPiece]); // not filled with zeros first
     else
         formatter.emplace(encoding.c_str(), &target, XMLFormatter::NoEscapes,

@@ -21,8 +21,8 @@ class PelXercesCharacterSet;
 /// one will do.
 class PelXercesEncoder {
 public:
-    /// The name of the encoding and its repertoire, which is only looked at here.
-    PelXercesEncoder(const std::u16string& encoding, const PelXercesCharacterSet& repertoire,
+    /// The name of the encoding and its characterSet, which is only looked at here.
+    PelXercesEncoder(const std::u16string& encoding, const PelXercesCharacterSet& characterSet,
                      std::ostream& output);
 
     /// Line feeds become CR LF from now on.

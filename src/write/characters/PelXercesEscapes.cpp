@@ -5,77 +5,90 @@
 
 namespace {
 
-using Treatment = PelXercesEscapes::Treatment;
+using Action = PelXercesEscapes::Action;
 
 constexpr std::u16string_view textEntities = u"&<>\r";
 constexpr std::u16string_view attributeEntities = u"&<\"\n\r\t";
-
-constexpr PelXercesEscapes unchecked(std::u16string_view entities) {
-    PelXercesEscapes place{u"the document", Treatment::reference, false, false, {}};
-    place.ascii[0] = Treatment::ends;
-    for (const char16_t unit : entities)
-        place.ascii[unit] = Treatment::entity;
-    return place;
-}
 
 constexpr bool isControl(char16_t unit) {
     return (unit < u' ' && unit != u'\t' && unit != u'\n' && unit != u'\r') || unit == 0x7F;
 }
 
-constexpr PelXercesEscapes unchecked11(std::u16string_view entities) {
-    PelXercesEscapes place = unchecked(entities);
-    place.isVersion11 = true;
-    for (char16_t unit = 1; unit <= 0x7F; ++unit)
-        if (isControl(unit))
-            place.ascii[unit] = Treatment::reference;
-    return place;
+constexpr PelXercesEscapes asIs(std::u16string_view entities) {
+    PelXercesEscapes escapes{u"the document", Action::reference, false, false, {}};
+    escapes.ascii[0] = Action::end;
+    for (const char16_t unit : entities)
+        escapes.ascii[unit] = Action::entity;
+    return escapes;
 }
 
-constexpr PelXercesEscapes checked(const char16_t* name, std::u16string_view entities,
-                                   Treatment otherwise, bool isVersion11) {
-    PelXercesEscapes place = unchecked(entities);
-    place.name = name;
-    place.otherwise = otherwise;
-    place.isChecked = true;
-    place.isVersion11 = isVersion11;
+constexpr PelXercesEscapes asIs(std::u16string_view entities, bool isVersion11) {
+    PelXercesEscapes escapes = asIs(entities);
+    escapes.isVersion11 = isVersion11;
+    for (char16_t unit = 1; isVersion11 && unit <= 0x7F; ++unit)
+        if (isControl(unit))
+            escapes.ascii[unit] = Action::reference;
+    return escapes;
+}
+
+constexpr PelXercesEscapes strict(const char16_t* name, std::u16string_view entities,
+                                  Action otherwise, bool isVersion11) {
+    PelXercesEscapes escapes = asIs(entities);
+    escapes.name = name;
+    escapes.otherwise = otherwise;
+    escapes.isStrict = true;
+    escapes.isVersion11 = isVersion11;
     for (char16_t unit = 1; unit <= 0x7F; ++unit)
         if (isControl(unit) && (isVersion11 || unit < u' '))
-            place.ascii[unit] = isVersion11 ? otherwise : Treatment::refused;
+            escapes.ascii[unit] = isVersion11 ? otherwise : Action::refuse;
     if (entities.empty())
-        place.ascii[u'\r'] = Treatment::newline;
-    return place;
+        escapes.ascii[u'\r'] = Action::newline;
+    return escapes;
 }
 
-constexpr PelXercesEscapes makeCdata(bool isVersion11) {
-    PelXercesEscapes place = checked(u"a CDATA section", u"", Treatment::reference, isVersion11);
-    place.ascii[u'\r'] = Treatment::reference;
-    place.ascii[u']'] = Treatment::bracket;
-    return place;
+constexpr PelXercesEscapes strictCdata(bool isVersion11) {
+    PelXercesEscapes escapes = strict(u"a CDATA section", u"", Action::reference, isVersion11);
+    escapes.ascii[u'\r'] = Action::reference;
+    escapes.ascii[u']'] = Action::bracket;
+    return escapes;
 }
 
-constexpr PelXercesEscapes::Set makeSet(bool isVersion11) {
-    return {checked(u"a text", textEntities, Treatment::reference, isVersion11),
-            checked(u"an attribute", attributeEntities, Treatment::reference, isVersion11),
-            makeCdata(isVersion11),
-            checked(u"a name", u"", Treatment::refused, isVersion11),
-            checked(u"a comment", u"", Treatment::refused, isVersion11),
-            checked(u"an instruction", u"", Treatment::refused, isVersion11),
-            checked(u"an identifier", u"", Treatment::refused, isVersion11),
-            checked(u"an internal subset", u"", Treatment::refused, isVersion11),
-            checked(u"an internal subset", u"", Treatment::reference, isVersion11)};
+constexpr PelXercesEscapes::Set asIsSet(bool isVersion11) {
+    constexpr PelXercesEscapes none = asIs(u"");
+    return {asIs(textEntities, isVersion11),
+            asIs(attributeEntities, isVersion11),
+            none,
+            none,
+            none,
+            none,
+            none,
+            none,
+            none};
 }
 
-constexpr PelXercesEscapes::Set version10 = makeSet(false);
-constexpr PelXercesEscapes::Set version11 = makeSet(true);
+constexpr PelXercesEscapes::Set strictSet(bool isVersion11) {
+    return {strict(u"a text", textEntities, Action::reference, isVersion11),
+            strict(u"an attribute", attributeEntities, Action::reference, isVersion11),
+            strictCdata(isVersion11),
+            strict(u"a name", u"", Action::refuse, isVersion11),
+            strict(u"a comment", u"", Action::refuse, isVersion11),
+            strict(u"an instruction", u"", Action::refuse, isVersion11),
+            strict(u"an identifier", u"", Action::refuse, isVersion11),
+            strict(u"an internal subset", u"", Action::refuse, isVersion11),
+            strict(u"an internal subset", u"", Action::reference, isVersion11)};
+}
+
+constexpr std::array<PelXercesEscapes::Set, 2> asIsSets{asIsSet(false), asIsSet(true)};
+constexpr std::array<PelXercesEscapes::Set, 2> strictSets{strictSet(false), strictSet(true)};
 
 } // namespace
 
-constexpr PelXercesEscapes PelXercesEscapes::anywhere = unchecked(u"");
-constexpr PelXercesEscapes PelXercesEscapes::uncheckedText = unchecked(textEntities);
-constexpr PelXercesEscapes PelXercesEscapes::uncheckedAttribute = unchecked(attributeEntities);
-constexpr PelXercesEscapes PelXercesEscapes::uncheckedText11 = unchecked11(textEntities);
-constexpr PelXercesEscapes PelXercesEscapes::uncheckedAttribute11 = unchecked11(attributeEntities);
+constexpr PelXercesEscapes PelXercesEscapes::anywhere = ::asIs(u"");
 
-const PelXercesEscapes::Set& PelXercesEscapes::of(bool isVersion11) {
-    return isVersion11 ? version11 : version10;
+const PelXercesEscapes::Set& PelXercesEscapes::asIs(bool isVersion11) {
+    return asIsSets[isVersion11 ? 1 : 0];
+}
+
+const PelXercesEscapes::Set& PelXercesEscapes::strict(bool isVersion11) {
+    return strictSets[isVersion11 ? 1 : 0];
 }

@@ -3,47 +3,46 @@
 
 #include <array>
 
-/// What each character becomes in one kind of place in the text of a document.
+/// The escape table of one kind of place in a document: what is written for each character.
 struct PelXercesEscapes {
-    enum class Treatment : unsigned char {
-        stands,
-        ends,      ///< U+0000, the end of the text
+    enum class Action : unsigned char {
+        copy,
+        end,       ///< U+0000, the end of the text
         entity,    ///< `&amp;` and its like
         reference, ///< `&#x1;`
-        newline,   ///< what readers make of it
+        newline,   ///< a line feed, as which it would be read
         bracket,   ///< the first of `]]>`, if that follows
-        refused,
+        refuse,
     };
 
     /// For messages: "a comment".
     const char16_t* name;
 
-    /// What becomes of characters that the encoding does not hold, or that would not come back.
-    Treatment otherwise;
+    /// For characters that the encoding does not hold, or that would not come back.
+    Action otherwise;
 
     /// Whether characters that XML forbids are refused.
-    bool isChecked;
+    bool isStrict;
 
     /// XML 1.1 takes more characters as references, and fewer as they are.
     bool isVersion11;
 
-    std::array<Treatment, 128> ascii;
+    std::array<Action, 128> ascii;
 
-    /// The places of the engine's own formatter: its modes NoEscapes, CharEscapes and AttrEscapes.
+    /// Copies all of ASCII.
     static const PelXercesEscapes anywhere;
-    static const PelXercesEscapes uncheckedText;
-    static const PelXercesEscapes uncheckedAttribute;
-
-    /// The same as its modes for XML 1.1.
-    static const PelXercesEscapes uncheckedText11;
-    static const PelXercesEscapes uncheckedAttribute11;
 
     struct Set;
 
-    /// The places of a document that is to be read again.
-    static const Set& of(bool isVersion11);
+    /// As the engine's formatter escapes texts and attributes, in its modes CharEscapes and
+    /// AttrEscapes for that version of XML. The rest is copied.
+    static const Set& asIs(bool isVersion11);
+
+    /// Such that the text reads back as the same tree.
+    static const Set& strict(bool isVersion11);
 };
 
+/// The tables of a document.
 struct PelXercesEscapes::Set {
     PelXercesEscapes text;
     PelXercesEscapes attribute;

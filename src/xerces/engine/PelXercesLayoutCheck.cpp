@@ -142,8 +142,7 @@ bool PelXercesLayoutCheck::isHeapKnown() const {
 
 // What is linked here, the engine finds, and goes on with.
 bool PelXercesLayoutCheck::isTreeKnown() const {
-    if (Fields::firstChildOf(*parent) != nullptr ||
-        &Fields::nodeOf(*type) != type->getNodeImpl() ||
+    if (Fields::firstChildOf(*parent) != nullptr || &Fields::nodeOf(*type) != type->getNodeImpl() ||
         &Fields::linksOf(*type) != type->getChildNodeImpl() ||
         &Fields::parentOf(document) != document.getParentNodeImpl() ||
         (usedFlags() & (Fields::isOrphan | Fields::isHeld)) != 0)
