@@ -72,7 +72,8 @@ std::u16string_view entityFor(char16_t unit) {
 PelXercesMarkup::PelXercesMarkup(PelXercesCharacterSet& outputCharacters,
                                  PelXercesEncoder* outputEncoder)
     : characterSet(outputCharacters), encoder(outputEncoder),
-      isUniversal(outputCharacters.holdsEverything()) {
+      isUniversal(outputCharacters.holdsEverything()),
+      enough(encoder != nullptr ? std::size_t{32} * 1024 : std::u16string::npos) {
 }
 
 PelXercesMarkup& PelXercesMarkup::add(const char16_t* characters, const PelXercesEscapes& escapes) {
@@ -106,7 +107,7 @@ const char16_t* PelXercesMarkup::addPlain(const char16_t* characters,
 
 // What is long need not be gathered first: there are no surrogate pairs in it to be kept whole.
 void PelXercesMarkup::appendLong(std::u16string_view text) {
-    while (encoder != nullptr && text.size() > enough) {
+    while (text.size() > enough) {
         flush();
         encoder->encode(text.substr(0, enough));
         text.remove_prefix(enough);

@@ -77,9 +77,6 @@ private:
         used += text.size();
     }
 
-    // Handed on when this many units have come together.
-    static constexpr std::size_t enough = std::size_t{32} * 1024;
-
     void grow(std::size_t length);
     void appendLong(std::u16string_view text);
     void addReference(char32_t character);
@@ -87,6 +84,7 @@ private:
     PelXercesCharacterSet& characterSet;
     PelXercesEncoder* const encoder;
     const bool isUniversal;
-    std::u16string gathered; // a buffer, of which the first `used` units are taken
+    const std::size_t enough; // handed on when this many units have come together
+    std::u16string gathered;  // a buffer, of which the first `used` units are taken
     std::size_t used = 0;
 };

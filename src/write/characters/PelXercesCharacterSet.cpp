@@ -61,11 +61,10 @@ bool PelXercesCharacterSet::isRecognised() const {
            XMLRecognizer::basicEncodingProbe(bytes.data(), count) != XMLRecognizer::UTF_8;
 }
 
-bool PelXercesCharacterSet::holds(char16_t unit) {
-    Answer& answer = units[unit];
-    if (answer == Answer::unknown)
-        answer = comesBack({&unit, 1}) ? Answer::yes : Answer::no;
-    return answer == Answer::yes;
+bool PelXercesCharacterSet::ask(char16_t unit) {
+    const bool isHeld = comesBack({&unit, 1});
+    units[unit] = isHeld ? Answer::yes : Answer::no;
+    return isHeld;
 }
 
 bool PelXercesCharacterSet::holds(char16_t high, char16_t low) {

@@ -27,7 +27,9 @@ public:
     bool isRecognised() const;
 
     /// Whether a unit that is no surrogate can be written and read.
-    bool holds(char16_t unit);
+    bool holds(char16_t unit) {
+        return units[unit] != Answer::unknown ? units[unit] == Answer::yes : ask(unit);
+    }
 
     /// Whether a surrogate pair can.
     bool holds(char16_t high, char16_t low);
@@ -36,6 +38,7 @@ public:
     bool hasByteLineFeed() const;
 
 private:
+    bool ask(char16_t unit);
     bool comesBack(std::u16string_view character) const;
 
     enum class Answer : char { unknown, no, yes };
