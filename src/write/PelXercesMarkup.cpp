@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "write/PelXercesMarkup.h"
 
+#include "core/PelCharacters.h"
 #include "write/characters/PelXercesCharacterSet.h"
 #include "write/characters/PelXercesEncoder.h"
 
@@ -9,29 +10,20 @@
 #include <charconv>
 
 using Action = PelXercesEscapes::Action;
+using PelCharacters::isPair;
+using PelCharacters::isSurrogate;
 
 namespace {
 
-bool isSurrogate(char16_t unit) {
-    return (unit & 0xF800) == 0xD800;
-}
-
-bool isPair(char16_t high, char16_t low) {
-    return (high & 0xFC00) == 0xD800 && (low & 0xFC00) == 0xDC00;
-}
-
 char32_t characterAt(const char16_t* units) {
-    return isPair(units[0], units[1])
-               ? 0x10000 + ((units[0] - 0xD800U) << 10) + (units[1] - 0xDC00U)
-               : units[0];
+    return isPair(units[0], units[1]) ? PelCharacters::fromPair(units[0], units[1]) : units[0];
 }
 
 // Of a unit beyond ASCII.
-bool stands(char16_t unit, const PelXercesEscapes& escapes) {
+bool isCopied(char16_t unit, const PelXercesEscapes& escapes) {
     if (unit >= 0xD800 && (isSurrogate(unit) || (unit >= 0xFFFE && escapes.isStrict)))
         return false;
-    // Readers of XML 1.1 take two of these for line ends, and the rest only as references.
-    return !escapes.isVersion11 || (unit >= 0xA0 && unit != 0x2028);
+    return !escapes.isVersion11 || !PelCharacters::needsReference11(unit);
 }
 
 std::u16string_view entityFor(char16_t unit) {
@@ -55,7 +47,9 @@ std::u16string_view entityFor(char16_t unit) {
 
 [[noreturn]] void refuse(const char16_t* units, const PelXercesEscapes& escapes,
                          bool isInEncoding) {
-    const bool isInXml = *units < 0xFFFE && (*units >= u' ' || escapes.isVersion11);
+    const char32_t character = characterAt(units);
+    const bool isInXml = PelCharacters::isCharacter(character) ||
+                         (escapes.isVersion11 && PelCharacters::isForbiddenControl(character));
     PelString reason;
     if (isSurrogate(*units) && !isPair(units[0], units[1]))
         reason.format(u"%s holds half a surrogate pair, U+%04X", escapes.name, unsigned{*units});
@@ -63,7 +57,7 @@ std::u16string_view entityFor(char16_t unit) {
         reason.format(!isInXml       ? u"%s holds U+%04X, which XML forbids"
                       : isInEncoding ? u"%s holds U+%04X, which XML takes as a reference only"
                                      : u"%s holds U+%04X, which the encoding does not have",
-                      escapes.name, static_cast<unsigned>(characterAt(units)));
+                      escapes.name, static_cast<unsigned>(character));
     throw PelXercesWriteError{reason};
 }
 
@@ -93,7 +87,7 @@ const char16_t* PelXercesMarkup::addPlain(const char16_t* characters,
     const char16_t* end = characters;
     const auto isPlain = [&escapes](char16_t unit) {
         return unit < escapes.ascii.size() ? escapes.ascii[unit] == Action::copy
-                                           : stands(unit, escapes);
+                                           : isCopied(unit, escapes);
     };
     if (isUniversal)
         while (isPlain(*end))
@@ -128,7 +122,7 @@ Action PelXercesMarkup::actionFor(const char16_t* characters,
     }
     if (unit >= 0xFFFE && escapes.isStrict)
         return Action::refuse;
-    return (unit < escapes.ascii.size() || stands(unit, escapes)) &&
+    return (unit < escapes.ascii.size() || isCopied(unit, escapes)) &&
                    (isUniversal || characterSet.holds(unit))
                ? Action::copy
                : escapes.otherwise;

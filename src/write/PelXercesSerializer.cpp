@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "write/PelXercesSerializer.h"
 
+#include "core/PelCharacters.h"
 #include "xerces/engine/PelXercesLinks.h"
 
 #include <xercesc/dom/DOMDocumentType.hpp>
@@ -239,7 +240,7 @@ void PelXercesSerializer::checkName(const char16_t* characters, std::size_t leng
             throw PelXercesWriteError{u"the name '" +
                                       PelString(std::u16string_view(characters, length)) +
                                       u"' holds a character that cannot be written"};
-        if ((*at & 0xFC00) == 0xD800)
+        if (PelCharacters::isHighSurrogate(*at))
             ++at;
     }
 }

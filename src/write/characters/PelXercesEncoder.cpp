@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "write/characters/PelXercesEncoder.h"
 
+#include "core/PelCharacters.h"
 #include "write/characters/PelXercesCharacterSet.h"
 
 #include <algorithm>
@@ -15,10 +16,6 @@ constexpr std::size_t narrowPiece = 1024;
 constexpr std::size_t universalPiece = std::size_t{32} * 1024;
 
 constexpr std::size_t block = 16;
-
-bool beginsPair(char16_t unit) {
-    return (unit & 0xFC00) == 0xD800;
-}
 
 // A block of ASCII, of which most of most documents consists. The compiler makes a few instructions
 // of each loop.
@@ -47,13 +44,13 @@ const char16_t* encodeOne(const char16_t* at, char*& bytes) {
         bytes[0] = static_cast<char>(0xC0U | (unit >> 6));
         bytes[1] = continuation(unit, 0);
         bytes += 2;
-    } else if (!beginsPair(unit)) {
+    } else if (!PelCharacters::isHighSurrogate(unit)) {
         bytes[0] = static_cast<char>(0xE0U | (unit >> 12));
         bytes[1] = continuation(unit, 6);
         bytes[2] = continuation(unit, 0);
         bytes += 3;
     } else {
-        const char32_t character = 0x10000 + ((unit - 0xD800U) << 10) + (*at++ - 0xDC00U);
+        const char32_t character = PelCharacters::fromPair(unit, *at++);
         bytes[0] = static_cast<char>(0xF0U | (character >> 18));
         bytes[1] = continuation(character, 12);
         bytes[2] = continuation(character, 6);
@@ -98,7 +95,7 @@ void PelXercesEncoder::encode(std::u16string_view text) {
 void PelXercesEncoder::encodePieces(std::u16string_view text) {
     while (!text.empty()) {
         std::size_t size = std::min(piece, text.size());
-        if (beginsPair(text[size - 1]))
+        if (PelCharacters::isHighSurrogate(text[size - 1]))
             --size;
         if (formatter)
             formatter->formatBuf(text.data(), size, XMLFormatter::NoEscapes,

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "write/characters/PelXercesEscapes.h"
 
+#include "core/PelCharacters.h"
+
 #include <string_view>
 
 namespace {
@@ -9,10 +11,6 @@ using Action = PelXercesEscapes::Action;
 
 constexpr std::u16string_view textEntities = u"&<>\r";
 constexpr std::u16string_view attributeEntities = u"&<\"\n\r\t";
-
-constexpr bool isControl(char16_t unit) {
-    return (unit < u' ' && unit != u'\t' && unit != u'\n' && unit != u'\r') || unit == 0x7F;
-}
 
 constexpr PelXercesEscapes asIs(std::u16string_view entities) {
     PelXercesEscapes escapes{u"the document", Action::reference, false, false, {}};
@@ -26,7 +24,7 @@ constexpr PelXercesEscapes asIs(std::u16string_view entities, bool isVersion11) 
     PelXercesEscapes escapes = asIs(entities);
     escapes.isVersion11 = isVersion11;
     for (char16_t unit = 1; isVersion11 && unit <= 0x7F; ++unit)
-        if (isControl(unit))
+        if (PelCharacters::needsReference11(unit))
             escapes.ascii[unit] = Action::reference;
     return escapes;
 }
@@ -39,7 +37,8 @@ constexpr PelXercesEscapes strict(const char16_t* name, std::u16string_view enti
     escapes.isStrict = true;
     escapes.isVersion11 = isVersion11;
     for (char16_t unit = 1; unit <= 0x7F; ++unit)
-        if (isControl(unit) && (isVersion11 || unit < u' '))
+        if (isVersion11 ? PelCharacters::needsReference11(unit)
+                        : PelCharacters::isForbiddenControl(unit))
             escapes.ascii[unit] = isVersion11 ? otherwise : Action::refuse;
     if (entities.empty())
         escapes.ascii[u'\r'] = Action::newline;
