@@ -20,14 +20,22 @@ constexpr bool areRemoteRead = true; ///< Tests leave out what would call other 
 constexpr bool areRemoteRead = false;
 #endif
 
-inline PelDOMUtilites& services() { return *PelDOMUtilites::getUtilities(PelDOM::PLATFORM_XERCES); }
+inline PelDOMUtilites& services() {
+    return *PelDOMUtilites::getUtilities(PelDOM::PLATFORM_XERCES);
+}
 
 /// A document from its text in UTF-8; null when the text is refused.
-inline PelDOMDocument parse(const PelString& xml) { return services().readDocumentFromStringW(xml); }
+inline PelDOMDocument parse(const PelString& xml) {
+    return services().readDocumentFromStringW(xml);
+}
 
-inline PelDOMDocument readFile(const std::string& path) { return services().readDocument(path.c_str()); }
+inline PelDOMDocument readFile(const std::string& path) {
+    return services().readDocument(path.c_str());
+}
 
-inline PelDOMElement rootOf(const PelString& xml) { return parse(xml).getDocumentElement(); }
+inline PelDOMElement rootOf(const PelString& xml) {
+    return parse(xml).getDocumentElement();
+}
 
 inline PelDOMNodeList childrenOf(const PelDOMNode& parent) {
     PelDOMNodeList children;
@@ -41,20 +49,26 @@ inline PelDOMNode itemOf(const PelDOMNodeList& list, long index) {
     return node;
 }
 
-inline PelDOMNode childAt(const PelDOMNode& parent, long index) { return itemOf(childrenOf(parent), index); }
+inline PelDOMNode childAt(const PelDOMNode& parent, long index) {
+    return itemOf(childrenOf(parent), index);
+}
 
-/// A subtree as one line: elements with their attributes in map order, |text|, other nodes as #type, or
-/// "null".
+/// A subtree as one line: elements with their attributes in map order, |text|, other nodes as
+/// #type, or "null".
 inline std::string show(const PelDOMNode& node) {
     const PelDOM::NodeType type = node.getNodeType();
-    if (type == PelDOM::TEXT_NODE) return "|" + PelDOMText(node).getValue().toUtf8() + "|";
+    if (type == PelDOM::TEXT_NODE)
+        return "|" + PelDOMText(node).getValue().toUtf8() + "|";
     const PelDOMElement element(node);
     const PelDOMNodeList children = childrenOf(node);
     std::string shown = element.getTagName().toUtf8();
     for (long i = 0; i < element.getNumAttributes(); ++i)
-        shown += " " + element.getAttributeNameAt(i).toUtf8() + "=" + element.getAttributeValueAt(i).toUtf8();
-    if (type != PelDOM::ELEMENT_NODE) shown = node.isNull() == 1 ? "null" : "#" + std::to_string(type);
-    for (long i = 0; i < children.length(); ++i) shown += (i == 0 ? "(" : " ") + show(itemOf(children, i));
+        shown += " " + element.getAttributeNameAt(i).toUtf8() + "=" +
+                 element.getAttributeValueAt(i).toUtf8();
+    if (type != PelDOM::ELEMENT_NODE)
+        shown = node.isNull() == 1 ? "null" : "#" + std::to_string(type);
+    for (long i = 0; i < children.length(); ++i)
+        shown += (i == 0 ? "(" : " ") + show(itemOf(children, i));
     return children.length() == 0 ? shown : shown + ")";
 }
 
@@ -66,10 +80,14 @@ struct Answer {
     Answer(const PelString& string) : Answer(string.toUtf8()) {}
     Answer(const PelDOMNode& node) : text(show(node)) {}
 
-    static inline const std::map<PelDOM::Error, std::string> names = {{PelDOM::SUCCESS, "ok"},
-        {PelDOM::NOT_INITIALIZED, "not-started"}, {PelDOM::INITIALIZATION_FAILED, "start-failed"},
-        {PelDOM::NO_IMPLEMENTATION, "no-imp"}, {PelDOM::NULL_NODE, "null-node"},
-        {PelDOM::INVALID_VALUE, "invalid"}, {PelDOM::INDEX_OUT_OF_RANGE, "outside"},
+    static inline const std::map<PelDOM::Error, std::string> names = {
+        {PelDOM::SUCCESS, "ok"},
+        {PelDOM::NOT_INITIALIZED, "not-started"},
+        {PelDOM::INITIALIZATION_FAILED, "start-failed"},
+        {PelDOM::NO_IMPLEMENTATION, "no-imp"},
+        {PelDOM::NULL_NODE, "null-node"},
+        {PelDOM::INVALID_VALUE, "invalid"},
+        {PelDOM::INDEX_OUT_OF_RANGE, "outside"},
         {PelDOM::INTERNAL_ERROR, "internal"}};
     std::string text;
 };
@@ -77,7 +95,8 @@ struct Answer {
 /// The answers of calls, which are made in the order of the list.
 inline std::string answers(std::initializer_list<Answer> list) {
     std::string all;
-    for (const Answer& answer : list) all += (all.empty() ? "" : " ") + answer.text;
+    for (const Answer& answer : list)
+        all += (all.empty() ? "" : " ") + answer.text;
     return all;
 }
 
@@ -112,11 +131,12 @@ inline std::string bytesOf(const std::string& path) {
 
 /// The text that the log gains while this lives.
 struct LogWatch {
+    static inline const std::string file = std::filesystem::absolute(QRNDOM_LOG_FILE);
     const std::size_t before = all().size();
     std::string text() const { return all().substr(before); }
     static std::string all() {
         PelLog::flush();
-        return bytesOf(QRNDOM_LOG_FILE);
+        return bytesOf(file);
     }
 };
 
