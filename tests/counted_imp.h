@@ -10,11 +10,14 @@ struct CountedImp : PelDOMNodeImp {
     static inline bool failsToClone = false;
     const bool throwsAtEnd;
 
-    explicit CountedImp(bool throws = false) : PelDOMNodeImp(nullptr), throwsAtEnd(throws) { ++alive; }
+    explicit CountedImp(bool throws = false) : PelDOMNodeImp(nullptr), throwsAtEnd(throws) {
+        ++alive;
+    }
     ~CountedImp() noexcept(false) override {
         --alive;
         PelDOM::error(u"gone", nullptr);
-        if (throwsAtEnd) throw std::runtime_error("at the end");
+        if (throwsAtEnd)
+            throw std::runtime_error("at the end");
     }
     PelDOM::Error getOwnerDocument(PelDOMDocument&) override { return PelDOM::SUCCESS; }
     PelDOM::Error appendChild(PelDOMNode&) override { return PelDOM::SUCCESS; }
@@ -22,7 +25,8 @@ struct CountedImp : PelDOMNodeImp {
     PelDOM::NodeType getNodeType() override { return PelDOM::COMMENT_NODE; }
     PelDOM::Error getChildNodes(PelDOMNodeList&) override { return PelDOM::SUCCESS; }
     PelDOMNodeImp* clone() override {
-        if (failsToClone) throw std::bad_alloc();
+        if (failsToClone)
+            throw std::bad_alloc();
         PelDOM::error(u"cloned", nullptr);
         return new CountedImp;
     }

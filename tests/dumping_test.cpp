@@ -7,8 +7,9 @@ TEST(Dump, LeavesOutLayoutOnly) {
     const LogWatch log;
     document.getDocumentElement().dump(0);
     PelDOMNode().dump(3);
-    EXPECT_EQ(log.text(), "Element(r)\n(\nElement(a)\n(\n  Text(\" \")\n)\nElement(b)\n(\n)\nElement(c)\n(\n"
-                          "  Text(\"\t\n\")\n)\nText(\"\")\n)\n    Node(type=0)\n");
+    EXPECT_EQ(log.text(),
+              "Element(r)\n(\nElement(a)\n(\n  Text(\" \")\n)\nElement(b)\n(\n)\nElement(c)\n(\n"
+              "  Text(\"\t\n\")\n)\nText(\"\")\n)\n    Node(type=0)\n");
 }
 
 TEST(Dump, PrintsATreeLineByLineAndStampsElementsWithTheirDepth) {
@@ -17,8 +18,10 @@ TEST(Dump, PrintsATreeLineByLineAndStampsElementsWithTheirDepth) {
     root.setAttribute("k", "v");
     root.appendTextElement("a", "x");
     const std::string failure = "PelXercesDOMNode::createContentImp(13) failed\n";
-    const std::string head = "Node(type=9)\n(\n" + failure + failure + "  Node(type=13)\n  Element(r)\n";
-    const std::string tail = "   - k=\"v\"\n  (\n    Element(a)\n    (\n      Text(\"x\")\n    )\n  )\n)\n";
+    const std::string head =
+        "Node(type=9)\n(\n" + failure + failure + "  Node(type=13)\n  Element(r)\n";
+    const std::string tail =
+        "   - k=\"v\"\n  (\n    Element(a)\n    (\n      Text(\"x\")\n    )\n  )\n)\n";
     const LogWatch log;
     document.dump(1);
     document.dumpParseLevel(1);
@@ -37,9 +40,11 @@ TEST(Dump, GoesToTheDeepestLevelThatThereIs) {
     const LogWatch log;
     root.dump(LONG_MAX);
     std::string leftOut;
-    for (int line = 0; line < 7; ++line) leftOut += "A line is left out: the log has no room for it.\n";
+    for (int line = 0; line < 7; ++line)
+        leftOut += "A line is left out: the log has no room for it.\n";
     EXPECT_EQ(log.text(), leftOut);
     root.dumpParseLevel(LONG_MAX - 1);
-    EXPECT_EQ(show(root), "r PARSELEVEL=" + std::to_string(LONG_MAX - 1) + "(a PARSELEVEL=" +
-                              std::to_string(LONG_MAX) + "(b PARSELEVEL=" + std::to_string(LONG_MAX) + "))");
+    EXPECT_EQ(show(root), "r PARSELEVEL=" + std::to_string(LONG_MAX - 1) +
+                              "(a PARSELEVEL=" + std::to_string(LONG_MAX) +
+                              "(b PARSELEVEL=" + std::to_string(LONG_MAX) + "))");
 }

@@ -15,53 +15,77 @@ using namespace std::literals;
 using xercesc::DOMException;
 
 TEST(Attributes, AreReadByNameAndByPosition) {
-    const PelDOMElement root = rootOf("<!DOCTYPE r [<!ELEMENT r ANY><!ATTLIST r d CDATA 'default' z CDATA "
-                                      "#IMPLIED p:a CDATA #IMPLIED>]><r z='1' p:a='x &lt;'/>");
+    const PelDOMElement root =
+        rootOf("<!DOCTYPE r [<!ELEMENT r ANY><!ATTLIST r d CDATA 'default' z CDATA "
+               "#IMPLIED p:a CDATA #IMPLIED>]><r z='1' p:a='x &lt;'/>");
     EXPECT_EQ(show(root), "r d=default p:a=x < z=1");
     for (const long outside : {-1L, 3L, LONG_MAX, LONG_MIN})
-        EXPECT_EQ(root.getAttributeNameAt(outside) + root.getAttributeValueAt(outside), "") << outside;
+        EXPECT_EQ(root.getAttributeNameAt(outside) + root.getAttributeValueAt(outside), "")
+            << outside;
     PelString value("old");
-    expectAnswers(
-        {{root.getAttribute("p:a"), "'x <'"}, {root.getAttribute("absent", value), "ok"}, {value, "''"}});
+    expectAnswers({{root.getAttribute("p:a"), "'x <'"},
+                   {root.getAttribute("absent", value), "ok"},
+                   {value, "''"}});
 }
 
 TEST(Elements, GainAndLoseAttributesAndTextElementsUnlessEmpty) {
     PelDOMElement root = rootOf("<r a='1'><a/></r>");
-    expectAnswers({{root.setAttribute("a", ""), "invalid"}, {root.setAttribute("", "v"), "invalid"},
-        {root.setAttribute("", ""), "invalid"}, {root, "r a=1(a)"}, {root.setAttribute("a", " 2\n"), "ok"},
-        {root.setAttribute("b", "3"), "ok"}, {root, "r a= 2\n b=3(a)"}, {root.removeAttribute("a"), "ok"},
-        {root.removeAttribute("a"), "ok"}, {root.removeAttribute(""), "invalid"},
-        {root.appendTextElement("n", ""), "invalid"}, {root.appendTextElement("", "t"), "invalid"},
-        {root.appendTextElement("n", "t"), "ok"}, {root.appendTextElement("n", "t"), "ok"}});
-    expectAnswers({{PelDOM::checkString("", 0), "invalid"}, {PelDOM::checkString("", 1), "invalid"},
-        {PelDOM::checkString(" ", 1), "ok"}});
+    expectAnswers({{root.setAttribute("a", ""), "invalid"},
+                   {root.setAttribute("", "v"), "invalid"},
+                   {root.setAttribute("", ""), "invalid"},
+                   {root, "r a=1(a)"},
+                   {root.setAttribute("a", " 2\n"), "ok"},
+                   {root.setAttribute("b", "3"), "ok"},
+                   {root, "r a= 2\n b=3(a)"},
+                   {root.removeAttribute("a"), "ok"},
+                   {root.removeAttribute("a"), "ok"},
+                   {root.removeAttribute(""), "invalid"},
+                   {root.appendTextElement("n", ""), "invalid"},
+                   {root.appendTextElement("", "t"), "invalid"},
+                   {root.appendTextElement("n", "t"), "ok"},
+                   {root.appendTextElement("n", "t"), "ok"}});
+    expectAnswers({{PelDOM::checkString("", 0), "invalid"},
+                   {PelDOM::checkString("", 1), "invalid"},
+                   {PelDOM::checkString(" ", 1), "ok"}});
     EXPECT_THROW(root.setAttribute("not a name", "v"), DOMException);
     EXPECT_THROW(root.appendTextElement("<", "t"), DOMException);
     EXPECT_EQ(show(root), "r b=3(a n(|t|) n(|t|))");
 }
 
 TEST(Attributes, AreReplacedCheckedAndEmptyIfAskedFor) {
-    PelDOMElement root = rootOf(
-        "<!DOCTYPE r [<!ELEMENT r ANY><!ATTLIST r a CDATA #IMPLIED d CDATA '' e CDATA 'x'>]><r a='1'/>");
+    PelDOMElement root = rootOf("<!DOCTYPE r [<!ELEMENT r ANY><!ATTLIST r a CDATA #IMPLIED d CDATA "
+                                "'' e CDATA 'x'>]><r a='1'/>");
     PelDOMElement null;
-    expectAnswers({{root.putAttribute("a", ""), "ok"}, {root.putAttribute("b", ""), "ok"},
-        {root.putAttribute("d", "v"), "ok"}, {root.putAttribute("e", ""), "ok"},
-        {(root.putAttribute("n", u"\U0001F600<&>"), root), "r a= b= d=v e= n=\xF0\x9F\x98\x80<&>"},
-        {null.putAttribute("a", ""), "null-node"}, {root.setAttribute("a", "2"), "ok"},
-        {root.putAttribute("b", ""), "ok"}, {root, "r a=2 b= d=v e= n=\xF0\x9F\x98\x80<&>"}});
+    expectAnswers(
+        {{root.putAttribute("a", ""), "ok"},
+         {root.putAttribute("b", ""), "ok"},
+         {root.putAttribute("d", "v"), "ok"},
+         {root.putAttribute("e", ""), "ok"},
+         {(root.putAttribute("n", u"\U0001F600<&>"), root), "r a= b= d=v e= n=\xF0\x9F\x98\x80<&>"},
+         {null.putAttribute("a", ""), "null-node"},
+         {root.setAttribute("a", "2"), "ok"},
+         {root.putAttribute("b", ""), "ok"},
+         {root, "r a=2 b= d=v e= n=\xF0\x9F\x98\x80<&>"}});
     const std::string before = show(root);
     for (const std::u16string& name : {u""s, u"1"s, u"a b"s, u"<"s, u"a\xD800"s, u"a\0"s})
-        expectAnswers({{root.putAttribute(name, "v"), "invalid"}, {root.setAttribute(name, 1), "invalid"},
-            {root.setAttribute(name, true), "invalid"}, {root.setAttribute(name, 0.5), "invalid"}});
+        expectAnswers({{root.putAttribute(name, "v"), "invalid"},
+                       {root.setAttribute(name, 1), "invalid"},
+                       {root.setAttribute(name, true), "invalid"},
+                       {root.setAttribute(name, 0.5), "invalid"}});
     for (const std::u16string& value : {u"\u0001"s, u"a\uFFFE"s, u"\xDC00"s, u"a\0"s})
-        expectAnswers(
-            {{root.putAttribute("a", value), "invalid"}, {root.putAttribute("new", value), "invalid"}});
+        expectAnswers({{root.putAttribute("a", value), "invalid"},
+                       {root.putAttribute("new", value), "invalid"}});
     EXPECT_EQ(show(root), before);
-    expectAnswers({{root.hasAttribute("a"), "1"}, {root.hasAttribute("b"), "1"},
-        {root.hasAttribute("B"), "0"}, {root.hasAttribute(""), "0"}, {null.hasAttribute("a"), "0"},
-        {root.getAttributeOr("b", "f"), "''"}, {root.getAttributeOr("c", "f"), "'f'"},
-        {null.getAttributeOr("a", "f"), "'f'"}, {root.getAttributeOr("", "f"), "'f'"},
-        {root.getAttributeOr("a"s, "f"s), "'2'"}});
+    expectAnswers({{root.hasAttribute("a"), "1"},
+                   {root.hasAttribute("b"), "1"},
+                   {root.hasAttribute("B"), "0"},
+                   {root.hasAttribute(""), "0"},
+                   {null.hasAttribute("a"), "0"},
+                   {root.getAttributeOr("b", "f"), "''"},
+                   {root.getAttributeOr("c", "f"), "'f'"},
+                   {null.getAttributeOr("a", "f"), "'f'"},
+                   {root.getAttributeOr("", "f"), "'f'"},
+                   {root.getAttributeOr("a"s, "f"s), "'2'"}});
 }
 
 /// Sets a value, reads it back in every way, and gives the text.
@@ -86,27 +110,48 @@ std::string written(Value value) {
 template <class... Whole>
 void expectLimits() {
     using std::to_string;
-    const bool are[] = {
-        (written(std::numeric_limits<Whole>::min()) == to_string(std::numeric_limits<Whole>::min()) &&
-            written(std::numeric_limits<Whole>::max()) == to_string(std::numeric_limits<Whole>::max()))...};
+    const bool are[] = {(written(std::numeric_limits<Whole>::min()) ==
+                             to_string(std::numeric_limits<Whole>::min()) &&
+                         written(std::numeric_limits<Whole>::max()) ==
+                             to_string(std::numeric_limits<Whole>::max()))...};
     EXPECT_EQ(std::count(std::begin(are), std::end(are), true), sizeof...(Whole));
 }
 
 TEST(Values, ReadBackAsTheyWereWritten) {
-    expectLimits<signed char, unsigned char, short, unsigned short, int, unsigned, long, unsigned long,
-        long long>();
-    expectAnswers({{written(true), "'true'"}, {written(false), "'false'"}, {written(0), "'0'"},
-        {written(ULLONG_MAX), "'18446744073709551615'"}, {written(0.1F), "'0.1'"},
-        {written(16777216.0F), "'16777216'"}, {written(FLT_TRUE_MIN), "'1e-45'"},
-        {written(-0x1p63F), "'-9223372036854775808'"}, {written(0x1p63F), "'9.223372e+18'"},
-        {written(FLT_MAX), "'3.4028235e+38'"}, {written(0.1L), "'0.1'"}, {written(-HUGE_VALF), "'-INF'"},
-        {written(std::nan("")), "'NaN'"}});
-    const std::pair<double, const char*> reals[] = {{0.1, "0.1"}, {1.0 / 3, "0.3333333333333333"},
-        {-2.5, "-2.5"}, {0, "0"}, {-0.0, "-0"}, {100000, "100000"}, {1e18, "1000000000000000000"},
-        {-9.3e18, "-9.3e+18"}, {-9223372036854774784.0, "-9223372036854774784"},
-        {9223372036854775808.0, "9223372036854775808"}, {1e22, "1e+22"}, {1e-7, "1e-07"}, {5e-324, "5e-324"},
-        {DBL_MAX, "1.7976931348623157e+308"}, {HUGE_VAL, "INF"}, {-HUGE_VAL, "-INF"}};
-    for (const auto& [value, text] : reals) EXPECT_EQ(written(value), text);
+    expectLimits<signed char, unsigned char, short, unsigned short, int, unsigned, long,
+                 unsigned long, long long>();
+    expectAnswers({{written(true), "'true'"},
+                   {written(false), "'false'"},
+                   {written(0), "'0'"},
+                   {written(ULLONG_MAX), "'18446744073709551615'"},
+                   {written(0.1F), "'0.1'"},
+                   {written(16777216.0F), "'16777216'"},
+                   {written(FLT_TRUE_MIN), "'1e-45'"},
+                   {written(-0x1p63F), "'-9223372036854775808'"},
+                   {written(0x1p63F), "'9.223372e+18'"},
+                   {written(FLT_MAX), "'3.4028235e+38'"},
+                   {written(0.1L), "'0.1'"},
+                   {written(-HUGE_VALF), "'-INF'"},
+                   {written(std::nan("")), "'NaN'"}});
+    const std::pair<double, const char*> reals[] = {
+        {0.1, "0.1"},
+        {1.0 / 3, "0.3333333333333333"},
+        {-2.5, "-2.5"},
+        {0, "0"},
+        {-0.0, "-0"},
+        {100000, "100000"},
+        {1e18, "1000000000000000000"},
+        {-9.3e18, "-9.3e+18"},
+        {-9223372036854774784.0, "-9223372036854774784"},
+        {9223372036854775808.0, "9223372036854775808"},
+        {1e22, "1e+22"},
+        {1e-7, "1e-07"},
+        {5e-324, "5e-324"},
+        {DBL_MAX, "1.7976931348623157e+308"},
+        {HUGE_VAL, "INF"},
+        {-HUGE_VAL, "-INF"}};
+    for (const auto& [value, text] : reals)
+        EXPECT_EQ(written(value), text);
     std::mt19937_64 random(1);
     for (int i = 0; i < 20'000; ++i) {
         const std::uint64_t bits = random();
@@ -114,8 +159,10 @@ TEST(Values, ReadBackAsTheyWereWritten) {
         float narrow = 0;
         std::memcpy(&real, &bits, sizeof real);
         std::memcpy(&narrow, &bits, sizeof narrow);
-        if (real == real) written(real);
-        if (narrow == narrow) written(narrow);
+        if (real == real)
+            written(real);
+        if (narrow == narrow)
+            written(narrow);
     }
 }
 
@@ -124,27 +171,44 @@ TEST(Values, AreTheFallbackUnlessWholeAndInRange) {
     const auto read = [&root](const PelString& text) {
         root.putAttribute("n", text);
         return answers({root.getAttributeOr("n", -9L), root.getAttributeOr("n", std::int8_t{-9}),
-            static_cast<long>(root.getAttributeOr("n", 9U)), root.getAttributeOr("n", true),
-            root.getAttributeOr("n", false), root.getAttributeOr("n", -9.5) == -9.5 ? "-"s : "real"s});
+                        static_cast<long>(root.getAttributeOr("n", 9U)),
+                        root.getAttributeOr("n", true), root.getAttributeOr("n", false),
+                        root.getAttributeOr("n", -9.5) == -9.5 ? "-"s : "real"s});
     };
-    const std::pair<const char*, std::string> cases[] = {{"", "-9 -9 9 1 0 '-'"}, {"7", "7 7 7 1 0 'real'"},
-        {" 1\n", "1 1 1 1 1 'real'"}, {"0", "0 0 0 0 0 'real'"}, {"128", "128 -9 128 1 0 'real'"},
-        {"-128", "-128 -128 9 1 0 'real'"}, {"-129", "-129 -9 9 1 0 'real'"},
+    const std::pair<const char*, std::string> cases[] = {
+        {"", "-9 -9 9 1 0 '-'"},
+        {"7", "7 7 7 1 0 'real'"},
+        {" 1\n", "1 1 1 1 1 'real'"},
+        {"0", "0 0 0 0 0 'real'"},
+        {"128", "128 -9 128 1 0 'real'"},
+        {"-128", "-128 -128 9 1 0 'real'"},
+        {"-129", "-129 -9 9 1 0 'real'"},
         {"4294967296", (LONG_MAX > INT_MAX ? "4294967296"s : "-9"s) + " -9 9 1 0 'real'"},
-        {"7x", "-9 -9 9 1 0 '-'"}, {"7.0", "-9 -9 9 1 0 'real'"}, {"true", "-9 -9 9 1 1 '-'"},
-        {"false", "-9 -9 9 0 0 '-'"}, {"True", "-9 -9 9 1 0 '-'"},
-        {"9223372036854775808", "-9 -9 9 1 0 'real'"}, {"1e999", "-9 -9 9 1 0 '-'"}};
-    for (const auto& [text, expected] : cases) EXPECT_EQ(read(text), expected) << text;
-    expectAnswers({{root.getAttributeOr("absent", 5), "5"}, {null.getAttributeOr("n", 5), "5"},
-        {null.getAttributeOr("n", true), "1"}, {null.setAttribute("n", 5), "null-node"}});
+        {"7x", "-9 -9 9 1 0 '-'"},
+        {"7.0", "-9 -9 9 1 0 'real'"},
+        {"true", "-9 -9 9 1 1 '-'"},
+        {"false", "-9 -9 9 0 0 '-'"},
+        {"True", "-9 -9 9 1 0 '-'"},
+        {"9223372036854775808", "-9 -9 9 1 0 'real'"},
+        {"1e999", "-9 -9 9 1 0 '-'"}};
+    for (const auto& [text, expected] : cases)
+        EXPECT_EQ(read(text), expected) << text;
+    expectAnswers({{root.getAttributeOr("absent", 5), "5"},
+                   {null.getAttributeOr("n", 5), "5"},
+                   {null.getAttributeOr("n", true), "1"},
+                   {null.setAttribute("n", 5), "null-node"}});
 }
 
 TEST(Attributes, OfTypeIdChangeAnyNumberOfTimes) {
-    PelDOMElement root = rootOf("<!DOCTYPE r [<!ELEMENT r ANY><!ATTLIST r i ID #IMPLIED>]><r i='first'/>");
+    PelDOMElement root =
+        rootOf("<!DOCTYPE r [<!ELEMENT r ANY><!ATTLIST r i ID #IMPLIED>]><r i='first'/>");
     const PelString ids[] = {"a", "b"};
-    for (int i = 0; i < 800'000; ++i) root.setAttribute("i", ids[i % 2]);
-    expectAnswers({{root, "r i=b"}, {root.removeAttribute("i"), "ok"}, {root.setAttribute("i", "c"), "ok"},
-        {root, "r i=c"}});
+    for (int i = 0; i < 800'000; ++i)
+        root.setAttribute("i", ids[i % 2]);
+    expectAnswers({{root, "r i=b"},
+                   {root.removeAttribute("i"), "ok"},
+                   {root.setAttribute("i", "c"), "ok"},
+                   {root, "r i=c"}});
 }
 
 TEST(TypedReads, FollowTheRulesOfFormattedInput) {
@@ -153,7 +217,8 @@ TEST(TypedReads, FollowTheRulesOfFormattedInput) {
     const auto typed = [&root](const PelString& text, auto value) -> std::string {
         root.setAttribute("n", text);
         const PelDOM::Error code = root.getAttribute("n", value);
-        if (code == PelDOM::INVALID_VALUE && value == -99) return "-";
+        if (code == PelDOM::INVALID_VALUE && value == -99)
+            return "-";
         char digits[40] = {};
         std::to_chars(digits, digits + sizeof digits, value);
         std::replace(digits, digits + sizeof digits, '(', '\0'); // "-nan(ind)"
@@ -170,8 +235,10 @@ TEST(TypedReads, FollowTheRulesOfFormattedInput) {
         9223372036854775807 MAX 9223372036854775808   9223372036854775808 MAX 9223372036854775808
         -9223372036854775808 MIN -9223372036854775808 -99999999999999999999 MIN -1e+20)");
     for (std::string text, whole, real; table >> text >> whole >> real;) {
-        if (whole == "MAX") whole = std::to_string(LONG_MAX);
-        if (whole == "MIN") whole = std::to_string(LONG_MIN);
+        if (whole == "MAX")
+            whole = std::to_string(LONG_MAX);
+        if (whole == "MIN")
+            whole = std::to_string(LONG_MIN);
         EXPECT_EQ(typed(text.c_str(), -99L), whole) << text;
         EXPECT_EQ(typed(text.c_str(), -99.0), real) << text;
     }
@@ -183,8 +250,8 @@ TEST(TypedReads, FollowTheRulesOfFormattedInput) {
 }
 
 TEST(ChildText, IsThatOfAnElementWithOneTextOnly) {
-    const PelDOMElement root =
-        rootOf("<r><a> x &amp; y </a><b/><c>1<d/></c><e><![CDATA[1]]></e><f><!--1--></f><g><h/></g></r>");
+    const PelDOMElement root = rootOf(
+        "<r><a> x &amp; y </a><b/><c>1<d/></c><e><![CDATA[1]]></e><f><!--1--></f><g><h/></g></r>");
     for (long i = 0; i < 6; ++i) {
         PelString value("kept");
         const PelDOM::Error code = PelDOMElement(childAt(root, i)).getChildTextValue(value);
@@ -196,17 +263,23 @@ TEST(ChildText, IsThatOfAnElementWithOneTextOnly) {
                         mixed = rootOf("<a>1<b/></a>");
     for (const PelDOMElement& refused : {word, mixed, PelDOMElement()})
         expectAnswers({{refused.getChildTextValue(whole), "invalid"},
-            {refused.getChildTextValue(real), "invalid"}, {whole, "7"}, {real == 7.5, "1"}});
-    expectAnswers({{number.getChildTextValue(whole), "ok"}, {number.getChildTextValue(real), "ok"},
-        {whole, "2"}, {real == 2.5, "1"}});
+                       {refused.getChildTextValue(real), "invalid"},
+                       {whole, "7"},
+                       {real == 7.5, "1"}});
+    expectAnswers({{number.getChildTextValue(whole), "ok"},
+                   {number.getChildTextValue(real), "ok"},
+                   {whole, "2"},
+                   {real == 2.5, "1"}});
 }
 
 TEST(Texts, KeepWhatIsSet) {
     PelDOMDocument document = parse("<r>old</r>");
     PelDOMText text(childAt(document.getDocumentElement(), 0));
     const PelDOMText other = text;
-    expectAnswers({{text.setValue(""), "invalid"}, {other, "|old|"},
-        {text.setValue(u" \r\n<\U0001F600 "), "ok"}, {other, "| \r\n<\xF0\x9F\x98\x80 |"}});
+    expectAnswers({{text.setValue(""), "invalid"},
+                   {other, "|old|"},
+                   {text.setValue(u" \r\n<\U0001F600 "), "ok"},
+                   {other, "| \r\n<\xF0\x9F\x98\x80 |"}});
     EXPECT_EQ(show(document.createTextNode("")), "||");
 }
 
@@ -216,10 +289,16 @@ TEST(Trees, RefuseWhatTheDomForbidsAndStayAsTheyWere) {
     const PelDOMElement root = document.getDocumentElement();
     const PelDOMNode a = childAt(root, 0);
     const PelDOMNode b = childAt(a, 0);
-    const std::pair<PelDOMNode, PelDOMNode> cycles[] = {{a, a}, {b, a}, {b, b}, {document, document},
-        {document, document.createElement("second")}, {document, document.createTextNode("t")}};
+    const std::pair<PelDOMNode, PelDOMNode> cycles[] = {
+        {a, a},
+        {b, a},
+        {b, b},
+        {document, document},
+        {document, document.createElement("second")},
+        {document, document.createTextNode("t")}};
     for (const auto& [parent, child] : cycles)
-        EXPECT_EQ(append(parent, child), -DOMException::HIERARCHY_REQUEST_ERR) << show(parent) << show(child);
+        EXPECT_EQ(append(parent, child), -DOMException::HIERARCHY_REQUEST_ERR)
+            << show(parent) << show(child);
     EXPECT_EQ(append(root, other.getDocumentElement()), -DOMException::WRONG_DOCUMENT_ERR);
     expectAnswers({{document, "#9(r(a(b)))"}, {other, "#9(o)"}});
     for (const char16_t* name : {u"", u"1", u"<", u"a\xD800", u"\xDC00"})
@@ -227,19 +306,41 @@ TEST(Trees, RefuseWhatTheDomForbidsAndStayAsTheyWere) {
 }
 
 TEST(Rules, TellWhatXmlAllows) {
-    // 1 or 0: as XML 1.0 and XML 1.1 name, text, CDATA section, comment, target and data of an instruction
-    const std::pair<std::u16string_view, std::string> cases[] = {{u"", "0011101"}, {u"a", "1111111"},
-        {u"a:b.c-1", "1111111"}, {u"1a", "0011101"}, {u"a b", "0011101"}, {u"\u00e9\u4e2d", "1111111"},
-        {u"xml", "1111101"}, {u"xMl", "1111101"}, {u"xmlx", "1111111"}, {u"]]>", "0010101"},
-        {u"]] >", "0011101"}, {u"a--b", "1111011"}, {u"a-", "1111011"}, {u"-a", "0011101"},
-        {u"?>", "0011100"}, {u"? >", "0011101"}, {u"\t\n\r <&\u007f\uE000\uFFFD", "0011101"},
-        {u"\u2190", "0011101"}, {u"a\u0370", "1111111"}, {{u"a\0", 2}, "0000000"}, {u"\u0001", "0000000"},
-        {u"\u001f", "0000000"}, {u"a\uFFFE", "0000000"}, {u"\uFFFF", "0000000"}, {u"a\xD800", "0000000"},
+    // 1 or 0: as XML 1.0 and XML 1.1 name, text, CDATA section, comment, target and data of an
+    // instruction
+    const std::pair<std::u16string_view, std::string> cases[] = {
+        {u"", "0011101"},
+        {u"a", "1111111"},
+        {u"a:b.c-1", "1111111"},
+        {u"1a", "0011101"},
+        {u"a b", "0011101"},
+        {u"\u00e9\u4e2d", "1111111"},
+        {u"xml", "1111101"},
+        {u"xMl", "1111101"},
+        {u"xmlx", "1111111"},
+        {u"]]>", "0010101"},
+        {u"]] >", "0011101"},
+        {u"a--b", "1111011"},
+        {u"a-", "1111011"},
+        {u"-a", "0011101"},
+        {u"?>", "0011100"},
+        {u"? >", "0011101"},
+        {u"\t\n\r <&\u007f\uE000\uFFFD", "0011101"},
+        {u"\u2190", "0011101"},
+        {u"a\u0370", "1111111"},
+        {{u"a\0", 2}, "0000000"},
+        {u"\u0001", "0000000"},
+        {u"\u001f", "0000000"},
+        {u"a\uFFFE", "0000000"},
+        {u"\uFFFF", "0000000"},
+        {u"a\xD800", "0000000"},
         {{u"a\U00010000", 2}, "0000000"},
         {u"a\xDBFF"
          u"b",
-            "0000000"},
-        {u"a\xDC00", "0000000"}, {u"a\xDFFF\xD800", "0000000"}, {u"a\U00010000", "0111101"},
+         "0000000"},
+        {u"a\xDC00", "0000000"},
+        {u"a\xDFFF\xD800", "0000000"},
+        {u"a\U00010000", "0111101"},
         {u"\U0010FFFF", "0011101"}};
     const PelDOMDocument kept[] = {parse("<r/>"), parse("<?xml version='1.1'?><r/>")};
     const auto document = [&kept](int i) -> auto& {
@@ -248,9 +349,10 @@ TEST(Rules, TellWhatXmlAllows) {
     using Rules = PelXercesRules;
     for (const auto& [text, expected] : cases) {
         std::string allowed;
-        for (const bool is : {Rules::isName(text, document(0)), Rules::isName(text, document(1)),
-                 Rules::isText(text, document(0)), Rules::isCDATA(text), Rules::isComment(text),
-                 Rules::isInstructionTarget(text, document(0)), Rules::isInstruction(text)})
+        for (const bool is :
+             {Rules::isName(text, document(0)), Rules::isName(text, document(1)),
+              Rules::isText(text, document(0)), Rules::isCDATA(text), Rules::isComment(text),
+              Rules::isInstructionTarget(text, document(0)), Rules::isInstruction(text)})
             allowed += is ? '1' : '0';
         EXPECT_EQ(allowed, expected) << PelString(text);
     }

@@ -20,7 +20,8 @@ struct Engine : testing::Test {
     static void SetUpTestSuite() { services().init(); }
     static void TearDownTestSuite() { services().terminate(); }
     void SetUp() override {
-        if (!Fields::isKnownRelease) GTEST_SKIP() << "this release's nodes are not expected to be known";
+        if (!Fields::isKnownRelease)
+            GTEST_SKIP() << "this release's nodes are not expected to be known";
     }
 };
 
@@ -54,13 +55,17 @@ TEST_F(Engine, IsFoundOutByEachByteOfItsNodes) {
         std::size_t size = 1;
         for (std::size_t i = 0; i < size; ++i) {
             Check check;
-            const Bytes parts[] = {bytesOf(check.element), bytesOf(Fields::attributesOf(*check.element)),
-                bytesOf(Fields::defaultsOf(*check.element)), bytesOf(check.attribute), bytesOf(check.text),
-                {Fields::bufferOf(*check.text), sizeof(Fields::Buffer)},
-                {Fields::bufferOf(*check.comment), sizeof(Fields::Buffer)},
-                {Fields::bufferOf(*check.section), sizeof(Fields::Buffer)},
-                {Fields::bufferOf(*check.instruction), sizeof(Fields::Buffer)}};
-            if (part == std::size(parts)) return;
+            const Bytes parts[] = {bytesOf(check.element),
+                                   bytesOf(Fields::attributesOf(*check.element)),
+                                   bytesOf(Fields::defaultsOf(*check.element)),
+                                   bytesOf(check.attribute),
+                                   bytesOf(check.text),
+                                   {Fields::bufferOf(*check.text), sizeof(Fields::Buffer)},
+                                   {Fields::bufferOf(*check.comment), sizeof(Fields::Buffer)},
+                                   {Fields::bufferOf(*check.section), sizeof(Fields::Buffer)},
+                                   {Fields::bufferOf(*check.instruction), sizeof(Fields::Buffer)}};
+            if (part == std::size(parts))
+                return;
             size = parts[part].size;
             static_cast<unsigned char*>(parts[part].place)[i] ^= 0xFF;
             EXPECT_FALSE(check.succeeds()) << "byte " << i << " of part " << part;
@@ -85,9 +90,12 @@ struct OtherComment : xercesc::DOMCommentImpl {
     DOMNode* cloneNode(bool deep) const override {
         DOMNode* const copy = DOMCommentImpl::cloneNode(deep);
         xercesc::DOMNodeImpl& own = Fields::nodeOf(const_cast<OtherComment&>(*this));
-        if (question == copying) Fields::marksOf(Fields::nodeOf(*copy)) = 1;
-        if (question == number && Fields::hasNumbers()) Fields::numberOf(own) = 1;
-        if (question == marks || (question == number && !Fields::hasNumbers())) Fields::marksOf(own) = 1;
+        if (question == copying)
+            Fields::marksOf(Fields::nodeOf(*copy)) = 1;
+        if (question == number && Fields::hasNumbers())
+            Fields::numberOf(own) = 1;
+        if (question == marks || (question == number && !Fields::hasNumbers()))
+            Fields::marksOf(own) = 1;
         return copy;
     }
 };
@@ -106,13 +114,13 @@ TEST_F(Engine, IsFoundOutWhenItKeepsThingsElsewhere) {
     const std::pair<const char*, std::function<void(Check&)>> others[] = {
         {"document", [](Check& c) { c.owner.memory.blocks[0].size += 8; }},
         {"nodes' memory",
-            [](Check& c) {
-                std::fill(c.owner.memory.blocks.begin() + 1, c.owner.memory.blocks.end(),
-                    PelXercesZeroedDocument::Memory::Block());
-            }},
+         [](Check& c) {
+             std::fill(c.owner.memory.blocks.begin() + 1, c.owner.memory.blocks.end(),
+                       PelXercesZeroedDocument::Memory::Block());
+         }},
         {"element's size", [](Check& c) { c.element = c.parent; }},
         {"comment's buffer",
-            [](Check& c) { std::memcpy(&Fields::bufferOf(*c.comment), &wild, sizeof wild); }},
+         [](Check& c) { std::memcpy(&Fields::bufferOf(*c.comment), &wild, sizeof wild); }},
         {"comment's document", [](Check& c) { Fields::documentOf(*c.comment) = nullptr; }},
         {"type", [](Check& c) { c.type = reinterpret_cast<xercesc::DOMDocumentTypeImpl*>(wild); }},
         {"target", [](Check& c) { Fields::targetOf(*c.instruction) = nullptr; }},
@@ -124,13 +132,14 @@ TEST_F(Engine, IsFoundOutWhenItKeepsThingsElsewhere) {
         {"number", change<number>},
         {"first child", [](Check& c) { Fields::firstChildOf(*c.parent) = c.type; }},
         {"names' length",
-            [](Check& c) {
-                const_cast<Fields::Name*>(
-                    Fields::namesOf(
-                        c.document)[xercesc::XMLString::hash(u"n", Fields::namePlacesOf(c.document))])
-                    ->fLength = 2;
-            }},
-        {"names' table", [](Check& c) { std::memcpy(&Fields::namesOf(c.document), &wild, sizeof wild); }},
+         [](Check& c) {
+             const_cast<Fields::Name*>(
+                 Fields::namesOf(
+                     c.document)[xercesc::XMLString::hash(u"n", Fields::namePlacesOf(c.document))])
+                 ->fLength = 2;
+         }},
+        {"names' table",
+         [](Check& c) { std::memcpy(&Fields::namesOf(c.document), &wild, sizeof wild); }},
         {"names' places", [](Check& c) { Fields::namePlacesOf(c.document) = 0; }},
         {"more places", [](Check& c) { Fields::namePlacesOf(c.document) = 1U << 30U; }},
         {"hash", [](Check& c) { Fields::namePlacesOf(c.document) = 64; }},

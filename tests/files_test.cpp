@@ -13,7 +13,8 @@
 #include <unistd.h>
 
 static PelDOMDocument readNaming(const std::string& file) {
-    const std::string text = "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e SYSTEM '" + file + "'>]><a>&e;</a>";
+    const std::string text =
+        "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e SYSTEM '" + file + "'>]><a>&e;</a>";
     return services().readDocumentFromStringA(text.c_str());
 }
 
@@ -29,7 +30,8 @@ TEST(FilesThatADocumentNames, AreNotOpenedUnlessTheyAreRegular) {
         char events[4096];
         return poll(&waiting, 1, 0) == 1 && ::read(watch, events, sizeof events) > 0;
     };
-    for (const std::string& name : {fifo, folder.file("link"), std::string("/dev/tty"), folder.path}) {
+    for (const std::string& name :
+         {fifo, folder.file("link"), std::string("/dev/tty"), folder.path}) {
         inotify_add_watch(watch, name.c_str(), IN_OPEN);
         EXPECT_EQ(readNaming(name).isNull(), 1) << name;
         EXPECT_FALSE(isOpened()) << name;
@@ -38,16 +40,17 @@ TEST(FilesThatADocumentNames, AreNotOpenedUnlessTheyAreRegular) {
     EXPECT_EQ(show(readNaming(folder.file("file"))), "#9(#10 a(|text|))");
     EXPECT_TRUE(isOpened());
     close(watch);
-    for (const char* name :
-        {"/proc/kmsg", "/proc/self/status", "/proc/self/mem", "/sys/kernel/notes", "/proc/self/cwd"})
+    for (const char* name : {"/proc/kmsg", "/proc/self/status", "/proc/self/mem",
+                             "/sys/kernel/notes", "/proc/self/cwd"})
         EXPECT_EQ(readNaming(name).isNull(), 1) << name;
 }
 
 TEST(FilesThatADocumentNames, MayBeEscapedButHaveNoNul) {
     const ScratchFolder folder;
     const std::string url = "file://" + folder.file("");
-    const std::pair<const char*, std::string> names[] = {{"part", "part"}, {"part%41", "partA"},
-        {"%c3%A9%20", "\xC3\xA9 "}, {"part%4", "part%4"}, {"part%", "part%"}, {"part%4g", "part%4g"}};
+    const std::pair<const char*, std::string> names[] = {
+        {"part", "part"},     {"part%41", "partA"}, {"%c3%A9%20", "\xC3\xA9 "},
+        {"part%4", "part%4"}, {"part%", "part%"},   {"part%4g", "part%4g"}};
     for (const auto& [name, file] : names) {
         folder.write(file, file);
         EXPECT_EQ(show(readNaming(url + name)), "#9(#10 a(|" + file + "|))") << name;
@@ -62,7 +65,8 @@ TEST(FilesThatTheCallerNames, MayBeOfAnyKind) {
     std::filesystem::create_symlink(folder.write("file", "<a/>"), folder.file("link"));
     EXPECT_EQ(show(readFile(folder.file("link"))), "#9(a)");
     const std::pair<std::string, const char*> refused[] = {
-        {"/proc/self/status", ":1:1: this is not XML: a document begins with a declaration or an element"},
+        {"/proc/self/status",
+         ":1:1: this is not XML: a document begins with a declaration or an element"},
         {"/proc/self/mem", ":0:0: unable to read data from file"}};
     for (const auto& [file, message] : refused) {
         EXPECT_EQ(show(readFile(file)), "null");
@@ -89,8 +93,11 @@ TEST(FilesThatTheCallerNames, MayBePipes) {
     using InputFile = PelPlatform::InputFile;
     InputFile file("/dev/fd/" + std::to_string(ends[0]), InputFile::Kind::anyButFolder);
     std::string bytes = "..........";
-    expectAnswers({{file.read(bytes.data(), 6), "6"}, {bytes, "'<a>tex....'"},
-        {file.read(bytes.data(), 10), "5"}, {bytes, "'t</a>x....'"}, {file.read(bytes.data(), 1), "0"}});
+    expectAnswers({{file.read(bytes.data(), 6), "6"},
+                   {bytes, "'<a>tex....'"},
+                   {file.read(bytes.data(), 10), "5"},
+                   {bytes, "'t</a>x....'"},
+                   {file.read(bytes.data(), 1), "0"}});
     writer.join();
     close(ends[0]);
 }
@@ -98,14 +105,15 @@ TEST(FilesThatTheCallerNames, MayBePipes) {
 TEST(ReadMessages, KeepTheEndOfLongLines) {
     for (std::size_t length = 2040; length < 2060; ++length) {
         std::u16string line = u"x";
-        while (line.size() + 2 <= length) line += u"\U0001F600";
+        while (line.size() + 2 <= length)
+            line += u"\U0001F600";
         line += std::u16string(length - line.size(), u'y');
         PelThreadMessage::ofRead().set(line);
         const PelString message = PelThreadMessage::ofRead().get();
         EXPECT_EQ(message.length(), static_cast<long>(std::min(length, std::size_t{2048})));
         EXPECT_EQ(PelString(message.toUtf8().c_str()) == message, true) << length; // no halves
         EXPECT_EQ(message.view().substr(4),
-            std::u16string_view(line).substr(line.size() - message.view().size() + 4));
+                  std::u16string_view(line).substr(line.size() - message.view().size() + 4));
         EXPECT_EQ(message.view()[0], length > 2048 ? u'\u2026' : u'x');
     }
 }

@@ -35,8 +35,10 @@ TEST(Handles, SurviveFailuresOfTheirImplementation) {
 
     PelDOMNode throwing(new CountedImp(true));
     const PelDOMNode nothing;
-    EXPECT_THROW(throwing = nothing, std::runtime_error); // it has taken the other's place all the same
-    expectAnswers({{throwing, "null"}, {throwing.getErrorStatus(), "no-imp"}, {CountedImp::alive, "2"}});
+    EXPECT_THROW(throwing = nothing,
+                 std::runtime_error); // it has taken the other's place all the same
+    expectAnswers(
+        {{throwing, "null"}, {throwing.getErrorStatus(), "no-imp"}, {CountedImp::alive, "2"}});
 }
 
 template <class Handle>
@@ -52,32 +54,50 @@ TEST(Handles, AreMovedWithoutANewImplementation) {
     PelDOMNode first(new CountedImp);
     const PelDOMNodeImp* const own = first.getNodeImp();
     PelDOMNode second(std::move(first));
-    expectAnswers({{first, "null"}, {first.getErrorStatus(), "no-imp"}, {second, "#8"},
-        {second.getErrorStatus(), "ok"}, {CountedImp::alive, "1"}});
+    expectAnswers({{first, "null"},
+                   {first.getErrorStatus(), "no-imp"},
+                   {second, "#8"},
+                   {second.getErrorStatus(), "ok"},
+                   {CountedImp::alive, "1"}});
     PelDOMNode third(new CountedImp(true)); // throws when it is let go of
     EXPECT_EQ(&(third = std::move(second)), &third);
     PelDOMNode& same = third;
     third = std::move(same);
-    expectAnswers({{second, "null"}, {second.getErrorStatus(), "no-imp"}, {third, "#8"},
-        {third.getErrorStatus(), "ok"}, {CountedImp::alive, "1"}});
+    expectAnswers({{second, "null"},
+                   {second.getErrorStatus(), "no-imp"},
+                   {third, "#8"},
+                   {third.getErrorStatus(), "ok"},
+                   {CountedImp::alive, "1"}});
     EXPECT_EQ(third.getNodeImp(), own);
     second = third = PelDOMNode();
-    expectAnswers(
-        {{second, "null"}, {third, "null"}, {third.getErrorStatus(), "no-imp"}, {CountedImp::alive, "0"}});
+    expectAnswers({{second, "null"},
+                   {third, "null"},
+                   {third.getErrorStatus(), "no-imp"},
+                   {CountedImp::alive, "0"}});
 
     PelDOMElement element(rootOf("<r/>").getParentNode()), root;
     PelDOMDocument document(std::move(element)), sameDocument(std::move(document));
     root = sameDocument.getDocumentElement();
     PelDOMText text(rootOf("<r>t</r>").getFirstChild()), sameText(std::move(text));
-    expectAnswers({{element, "null"}, {document, "null"}, {sameDocument, "#9(r)"}, {root, "r"},
-        {text, "null"}, {sameText, "|t|"}, {sameText.getValue(), "'t'"}});
+    expectAnswers({{element, "null"},
+                   {document, "null"},
+                   {sameDocument, "#9(r)"},
+                   {root, "r"},
+                   {text, "null"},
+                   {sameText, "|t|"},
+                   {sameText.getValue(), "'t'"}});
     document = root.getParentNode();
     text = std::move(sameText);
     element = std::move(root);
     root = PelDOMNode();
     sameDocument = PelDOMDocument();
-    expectAnswers({{element, "r"}, {element.getTagName(), "'r'"}, {document, "#9(r)"}, {text, "|t|"},
-        {root, "null"}, {sameText, "null"}, {sameDocument, "null"}});
+    expectAnswers({{element, "r"},
+                   {element.getTagName(), "'r'"},
+                   {document, "#9(r)"},
+                   {text, "|t|"},
+                   {root, "null"},
+                   {sameText, "null"},
+                   {sameDocument, "null"}});
 }
 
 TEST(Handles, AreEqualWhenTheyReferToTheSameNode) {
@@ -85,41 +105,58 @@ TEST(Handles, AreEqualWhenTheyReferToTheSameNode) {
     const PelDOMElement root = document.getDocumentElement();
     PelDOMNode nothing;
     document.getParentNode(nothing);
-    const PelDOMNode distinct[] = {document, root, childAt(root, 0), childAt(root, 1), PelDOMNode()};
-    const PelDOMNode again[] = {
-        root.getParentNode(), document.getFirstChild(), root.getFirstChild(), root.getLastChild(), nothing};
+    const PelDOMNode distinct[] = {document, root, childAt(root, 0), childAt(root, 1),
+                                   PelDOMNode()};
+    const PelDOMNode again[] = {root.getParentNode(), document.getFirstChild(),
+                                root.getFirstChild(), root.getLastChild(), nothing};
     for (int i = 0; i < 5; ++i)
         for (int j = 0; j < 5; ++j) {
             EXPECT_EQ(distinct[i] == again[j], i == j) << i << j;
             EXPECT_EQ(distinct[i] != again[j], i != j) << i << j;
             EXPECT_EQ(distinct[i].isSameNode(again[j]), i == j) << i << j;
         }
-    EXPECT_TRUE(
-        root && nothing && !PelDOMText() && root == distinct[1] && document == root.getOwnerDocument());
+    EXPECT_TRUE(root && nothing && !PelDOMText() && root == distinct[1] &&
+                document == root.getOwnerDocument());
     const PelDOMNode counted(new CountedImp), other(counted);
     EXPECT_TRUE(counted == counted && counted != other);
 }
 
 // What every operation answers on a handle that has no content of its kind.
 static void expectEmptyAnswers(PelDOMDocument document, PelDOMElement element, PelDOMText text) {
-    expectAnswers({{document.getDocumentElement(), "null"}, {document.createElement("a"), "null"},
-        {document.createTextNode("a"), "null"}, {document.getDocumentElement().getErrorStatus(), "no-imp"},
-        {text.setValue("v"), "internal"}, {text.getValue(), "''"}, {element.getChildElement(), "null"},
-        {element.getNextElement(), "null"}, {element.getPreviousElement(), "null"},
-        {element.getPrefix() + element.getLocalName() + element.lookupNamespaceURI("xml"), "''"},
-        {bool(document.getElementsByTagName("*")), "0"}, {bool(element.getElementsByTagName("*")), "0"}});
+    expectAnswers(
+        {{document.getDocumentElement(), "null"},
+         {document.createElement("a"), "null"},
+         {document.createTextNode("a"), "null"},
+         {document.getDocumentElement().getErrorStatus(), "no-imp"},
+         {text.setValue("v"), "internal"},
+         {text.getValue(), "''"},
+         {element.getChildElement(), "null"},
+         {element.getNextElement(), "null"},
+         {element.getPreviousElement(), "null"},
+         {element.getPrefix() + element.getLocalName() + element.lookupNamespaceURI("xml"), "''"},
+         {bool(document.getElementsByTagName("*")), "0"},
+         {bool(element.getElementsByTagName("*")), "0"}});
     long whole = 7;
     double real = 7;
     PelString value("kept");
     PelDOMNodeList list;
-    expectAnswers({{element.removeAttribute("a"), "invalid"}, {element.setAttribute("a", "v"), "null-node"},
-        {element.appendTextElement("a", "v"), "null-node"}, {element.getNumAttributes(), "0"},
-        {element.getAttributeNameAt(0), "''"}, {element.getAttributeValueAt(0), "''"},
-        {element.getTagName(), "''"}, {element.getAttribute("a"), "''"},
-        {element.getElementsByTagName("a", list), "0"}, {element.getAttribute("a", whole), "invalid"},
-        {whole, "7"}, {element.getAttribute("a", real), "invalid"}, {static_cast<long>(real), "7"},
-        {element.getChildTextValue(value), "invalid"}, {value, "'kept'"},
-        {element.getAttribute("a", value), "ok"}, {value, "''"}});
+    expectAnswers({{element.removeAttribute("a"), "invalid"},
+                   {element.setAttribute("a", "v"), "null-node"},
+                   {element.appendTextElement("a", "v"), "null-node"},
+                   {element.getNumAttributes(), "0"},
+                   {element.getAttributeNameAt(0), "''"},
+                   {element.getAttributeValueAt(0), "''"},
+                   {element.getTagName(), "''"},
+                   {element.getAttribute("a"), "''"},
+                   {element.getElementsByTagName("a", list), "0"},
+                   {element.getAttribute("a", whole), "invalid"},
+                   {whole, "7"},
+                   {element.getAttribute("a", real), "invalid"},
+                   {static_cast<long>(real), "7"},
+                   {element.getChildTextValue(value), "invalid"},
+                   {value, "'kept'"},
+                   {element.getAttribute("a", value), "ok"},
+                   {value, "''"}});
 }
 
 // What every operation answers on a handle that has no node.
@@ -127,16 +164,30 @@ static void expectNoNode(PelDOMNode node) {
     PelDOMDocument owner = parse("<r/>");
     PelDOMNode kept = owner.getDocumentElement();
     PelDOMNodeList list;
-    expectAnswers({{node.getNodeType(), "0"}, {node.getContentImp() == nullptr, "1"},
-        {node.getOwnerDocument(owner), "null-node"}, {node.getParentNode(kept), "null-node"},
-        {node.getChildNodes(list), "null-node"}, {node.appendChild(kept), "null-node"},
-        {kept.appendChild(node), "null-node"}, {list.length(), "0"}, {list.item(0, kept), "null-node"},
-        {owner, "#9(r)"}, {kept, "r"}});
-    expectAnswers({{node.getOwnerDocument(), "null"}, {node.getParentNode(), "null"},
-        {node.getFirstChild(), "null"}, {node.getLastChild(), "null"}, {node.getNextSibling(), "null"},
-        {node.getPreviousSibling(), "null"}, {node.hasChildNodes(), "0"}, {bool(node.getChildNodes()), "0"}});
-    expectAnswers({{node.getNodeName(), "''"}, {node.getNodeValue(), "''"}, {node.getTextContent(), "''"},
-        {node.setNodeValue("v"), "null-node"}, {node.setTextContent(""), "null-node"}});
+    expectAnswers({{node.getNodeType(), "0"},
+                   {node.getContentImp() == nullptr, "1"},
+                   {node.getOwnerDocument(owner), "null-node"},
+                   {node.getParentNode(kept), "null-node"},
+                   {node.getChildNodes(list), "null-node"},
+                   {node.appendChild(kept), "null-node"},
+                   {kept.appendChild(node), "null-node"},
+                   {list.length(), "0"},
+                   {list.item(0, kept), "null-node"},
+                   {owner, "#9(r)"},
+                   {kept, "r"}});
+    expectAnswers({{node.getOwnerDocument(), "null"},
+                   {node.getParentNode(), "null"},
+                   {node.getFirstChild(), "null"},
+                   {node.getLastChild(), "null"},
+                   {node.getNextSibling(), "null"},
+                   {node.getPreviousSibling(), "null"},
+                   {node.hasChildNodes(), "0"},
+                   {bool(node.getChildNodes()), "0"}});
+    expectAnswers({{node.getNodeName(), "''"},
+                   {node.getNodeValue(), "''"},
+                   {node.getTextContent(), "''"},
+                   {node.setNodeValue("v"), "null-node"},
+                   {node.setTextContent(""), "null-node"}});
 }
 
 TEST(NullHandles, AnswerEveryOperation) {
@@ -148,7 +199,8 @@ TEST(Handles, OfAnotherKindHaveNoContent) {
     const PelDOMDocument document = parse("<r>t</r>");
     const PelDOMNode element = document.getDocumentElement();
     const PelDOMNode text = childAt(element, 0);
-    expectEmptyAnswers(PelDOMDocument(element), PelDOMElement(text), PelDOMText(childAt(document, 0)));
+    expectEmptyAnswers(PelDOMDocument(element), PelDOMElement(text),
+                       PelDOMText(childAt(document, 0)));
     expectAnswers({{PelDOMElement(text).isNull(), "0"}, {document, "#9(r(|t|))"}});
 }
 
@@ -158,9 +210,13 @@ TEST(Handles, OfAKindAreAssignedFromANode) {
     PelDOMElement element;
     PelDOMText sameText;
     PelDOMDocument document;
-    EXPECT_TRUE(&(element = node) == &node && &(sameText = text) == &text && &(document = node) == &node);
-    expectAnswers({{element.getAttribute("k"), "'v'"}, {sameText.getValue(), "'t'"}, {document, "r k=v(|t|)"},
-        {document.getErrorStatus(), "ok"}, {document.getDocumentElement(), "null"}});
+    EXPECT_TRUE(&(element = node) == &node && &(sameText = text) == &text &&
+                &(document = node) == &node);
+    expectAnswers({{element.getAttribute("k"), "'v'"},
+                   {sameText.getValue(), "'t'"},
+                   {document, "r k=v(|t|)"},
+                   {document.getErrorStatus(), "ok"},
+                   {document.getDocumentElement(), "null"}});
     element = static_cast<PelDOMNode&>(element);
     EXPECT_EQ(show(element), "r k=v(|t|)");
     element = sameText = PelDOMNode();
@@ -176,8 +232,9 @@ TEST(Handles, ToNoNodeAreSafe) {
     const std::string failure = "PelXercesDOMNode::createContentImp(0) failed\n";
     EXPECT_EQ(log.text(), failure + failure);
     expectNoNode(nothing);
-    expectAnswers(
-        {{document.getOwnerDocument(owner), "ok"}, {owner, "#0"}, {owner.getDocumentElement(), "null"}});
+    expectAnswers({{document.getOwnerDocument(owner), "ok"},
+                   {owner, "#0"},
+                   {owner.getDocumentElement(), "null"}});
     PelDOMElement holder = document.createElement("h");
     append(holder, document.getDocumentElement());
     const PelDOMElement root = document.getDocumentElement();
@@ -189,12 +246,20 @@ TEST(Contents, WithoutTheirNodeSaySo) {
     PelXercesDOMElement element;
     PelXercesDOMText text;
     PelXercesDOMDocument document;
-    expectAnswers({{element.removeAttribute("a"), "internal"}, {element.setAttribute("a", "v"), "internal"},
-        {element.appendTextElement("a", "v"), "internal"}, {element.setAttribute("", "v"), "invalid"},
-        {element.getNumAttributes(), "0"}, {element.getElementsByTagName("a", list), "0"},
-        {element.getTagName(), "''"}, {element.getAttribute("a"), "''"},
-        {element.getAttributeNameAt(0), "''"}, {element.getAttributeValueAt(0), "''"},
-        {text.setValue("v"), "internal"}, {text.setValue(""), "invalid"}, {text.getValue(), "''"},
-        {document.getDocumentElement(), "null"}, {document.createElement("a"), "null"},
-        {document.createTextNode("a"), "null"}});
+    expectAnswers({{element.removeAttribute("a"), "internal"},
+                   {element.setAttribute("a", "v"), "internal"},
+                   {element.appendTextElement("a", "v"), "internal"},
+                   {element.setAttribute("", "v"), "invalid"},
+                   {element.getNumAttributes(), "0"},
+                   {element.getElementsByTagName("a", list), "0"},
+                   {element.getTagName(), "''"},
+                   {element.getAttribute("a"), "''"},
+                   {element.getAttributeNameAt(0), "''"},
+                   {element.getAttributeValueAt(0), "''"},
+                   {text.setValue("v"), "internal"},
+                   {text.setValue(""), "invalid"},
+                   {text.getValue(), "''"},
+                   {document.getDocumentElement(), "null"},
+                   {document.createElement("a"), "null"},
+                   {document.createTextNode("a"), "null"}});
 }

@@ -7,7 +7,9 @@
 
 static PelDOMDocument keptToTheEnd; // dropped when the process ends
 
-static bool engineIsUp() { return xercesc::XMLPlatformUtils::fgMemoryManager != nullptr; }
+static bool engineIsUp() {
+    return xercesc::XMLPlatformUtils::fgMemoryManager != nullptr;
+}
 
 static bool isUpAfterRelease() {
     PelDOMUtilites::releaseUtilities();
@@ -22,10 +24,12 @@ static void useTree(PelDOMDocument document) {
     PelDOMNodeList list;
     PelString written;
     expectAnswers({{root.setAttribute("k", "a longer value than before"), "ok"},
-        {root.appendTextElement("b", "more"), "ok"}, {root.appendChild(made), "ok"},
-        {text.setValue("changed"), "ok"}, {root.getElementsByTagName("b", list), "2"},
-        {root, "b k=a longer value than before(b(|changed|) b(|more|) c)"},
-        {services().writeDocument(document, written, 0, 0, 0), "ok"}});
+                   {root.appendTextElement("b", "more"), "ok"},
+                   {root.appendChild(made), "ok"},
+                   {text.setValue("changed"), "ok"},
+                   {root.getElementsByTagName("b", list), "2"},
+                   {root, "b k=a longer value than before(b(|changed|) b(|more|) c)"},
+                   {services().writeDocument(document, written, 0, 0, 0), "ok"}});
     EXPECT_LT(append(made, root), 0);
     EXPECT_THROW(document.createElement("<"), xercesc::DOMException);
 }
@@ -43,9 +47,14 @@ TEST(Services, AreOneObjectMadeOnDemand) {
 
 TEST(Services, StartAndStopTheEngineCallByCall) {
     PelDOMUtilites& object = services();
-    expectAnswers({{engineIsUp(), "0"}, {object.terminate(), "ok"}, {object.init(), "ok"},
-        {object.init(), "ok"}, {object.getErrorStatus(), "ok"}, {object.terminate(), "ok"},
-        {object.getErrorStatus(), "not-started"}, {engineIsUp(), "1"}});
+    expectAnswers({{engineIsUp(), "0"},
+                   {object.terminate(), "ok"},
+                   {object.init(), "ok"},
+                   {object.init(), "ok"},
+                   {object.getErrorStatus(), "ok"},
+                   {object.terminate(), "ok"},
+                   {object.getErrorStatus(), "not-started"},
+                   {engineIsUp(), "1"}});
     EXPECT_TRUE(isUpAfterRelease()); // terminated already: no second stop
     services().setErrorStatus(PelDOM::INITIALIZATION_FAILED);
     EXPECT_FALSE(isUpAfterRelease());           // makes the stop
@@ -56,8 +65,12 @@ TEST(Services, StartAndStopTheEngineCallByCall) {
 
 TEST(Services, LeaveTheProgramsOwnStartsAlone) {
     xercesc::XMLPlatformUtils::Initialize();
-    expectAnswers({{services().terminate(), "ok"}, {services().terminate(), "ok"}, {services().init(), "ok"},
-        {services().terminate(), "ok"}, {services().terminate(), "ok"}, {engineIsUp(), "1"}});
+    expectAnswers({{services().terminate(), "ok"},
+                   {services().terminate(), "ok"},
+                   {services().init(), "ok"},
+                   {services().terminate(), "ok"},
+                   {services().terminate(), "ok"},
+                   {engineIsUp(), "1"}});
     services().setErrorStatus(PelDOM::INITIALIZATION_FAILED);
     EXPECT_TRUE(isUpAfterRelease());
     xercesc::XMLPlatformUtils::Terminate();
@@ -69,7 +82,8 @@ TEST(Trees, OutliveTheEngineAndTheServices) {
         PelDOMDocument document = parse("<b><b>t</b></b>");
         PelDOMDocument other = parse("<b><b>u</b></b>");
         PelDOMDocument third = parse("<b><b>v</b></b>");
-        for (int i = 0; i < terminates; ++i) services().terminate();
+        for (int i = 0; i < terminates; ++i)
+            services().terminate();
         useTree(document);
         EXPECT_TRUE(isUpAfterRelease());
         EXPECT_TRUE(isUpAfterRelease());

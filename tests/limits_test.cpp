@@ -11,17 +11,22 @@ static const PelXercesReadLimits::Bounds bounds;
 
 using Name = std::function<std::string(std::size_t)>;
 
-static std::string numbered(std::size_t number) { return std::to_string(number); }
+static std::string numbered(std::size_t number) {
+    return std::to_string(number);
+}
 
 // Different names that the engine's hash does not tell apart.
 static std::string alike(std::size_t number) {
     std::string name = "n";
-    for (int i = 0; i < 10; ++i, number /= 3) name += std::string("AzBTC.").substr(number % 3 * 2, 2);
+    for (int i = 0; i < 10; ++i, number /= 3)
+        name += std::string("AzBTC.").substr(number % 3 * 2, 2);
     return name;
 }
 
-// A piece so many times, with the repetition's number or name for $ in it, and the next one's for @.
-static std::string repeat(std::size_t count, const std::string& piece, const Name& name = numbered) {
+// A piece so many times, with the repetition's number or name for $ in it, and the next one's for
+// @.
+static std::string repeat(std::size_t count, const std::string& piece,
+                          const Name& name = numbered) {
     std::string all;
     for (std::size_t i = 0; i < count; ++i)
         for (const char c : piece)
@@ -32,7 +37,8 @@ static std::string repeat(std::size_t count, const std::string& piece, const Nam
     return all;
 }
 
-static std::string withSubset(const std::string& declarations, const std::string& content = "<a/>") {
+static std::string withSubset(const std::string& declarations,
+                              const std::string& content = "<a/>") {
     return "<!DOCTYPE a [<!ELEMENT a ANY>" + declarations + "]>" + content;
 }
 
@@ -41,15 +47,22 @@ static std::string choiceOf(std::size_t count) {
 }
 
 static std::string modelOf(std::size_t nodes) {
-    return withSubset(
-        "<!ELEMENT b (" + repeat(nodes - 1, "(") + "a?" + repeat(nodes - 1, ")?") + ")>", "<a><b/></a>");
+    return withSubset("<!ELEMENT b (" + repeat(nodes - 1, "(") + "a?" + repeat(nodes - 1, ")?") +
+                          ")>",
+                      "<a><b/></a>");
 }
 
-static std::string namesOf(std::size_t count) { return "<r>" + repeat(count, "<a b$=''/>") + "</r>"; }
+static std::string namesOf(std::size_t count) {
+    return "<r>" + repeat(count, "<a b$=''/>") + "</r>";
+}
 
-static std::string manyAlike(const std::string& piece) { return repeat(bounds.alikeNames + 1, piece, alike); }
+static std::string manyAlike(const std::string& piece) {
+    return repeat(bounds.alikeNames + 1, piece, alike);
+}
 
-static std::string within(const std::string& content) { return "<a>" + content + "</a>"; }
+static std::string within(const std::string& content) {
+    return "<a>" + content + "</a>";
+}
 
 // However slow the machine is.
 static PelXercesReadLimits::Bounds unhurried() {
@@ -59,35 +72,41 @@ static PelXercesReadLimits::Bounds unhurried() {
 }
 
 // What a read by the engine says; nothing when it gives a document.
-static std::string refusal(const std::string& xml, const std::string& file = "",
-    PelXercesReadLimits::Bounds own = unhurried(),
-    PelXercesReadSettings::Method method = PelXercesReadSettings::Method::fastNodes) {
+static std::string
+refusal(const std::string& xml, const std::string& file = "",
+        PelXercesReadLimits::Bounds own = unhurried(),
+        PelXercesReadSettings::Method method = PelXercesReadSettings::Method::fastNodes) {
     PelXercesReadSettings settings;
     settings.method = method;
     settings.bounds = own;
     PelXercesReader reader(settings);
-    const bool isRead(
-        file.empty() ? reader.readText("text", xml.data(), xml.size()) : reader.readFile(file.c_str()));
+    const bool isRead(file.empty() ? reader.readText("text", xml.data(), xml.size())
+                                   : reader.readFile(file.c_str()));
     const auto& messages = reader.getMessages();
     EXPECT_EQ(isRead, messages.empty() || !messages[0].isError);
     return isRead ? "" : messages.at(0).text.toUtf8();
 }
 
-// The scanner of plain documents reads what is within the bounds, and leaves the rest to the engine.
+// The scanner of plain documents reads what is within the bounds, and leaves the rest to the
+// engine.
 TEST(Limits, HoldForPlainDocumentsToo) {
     services().init();
     if (!PelXercesFields::areKnown())
         GTEST_SKIP() << "nothing is scanned where the engine's fields are not known";
     const std::string large = "<a " + repeat(10000, "k$='' ") + ">";
-    const std::pair<std::string, bool> documents[] = {{namesOf(bounds.names), false},
-        {namesOf(bounds.names - 2), true}, {within(manyAlike("<$/>")), false},
-        {within(repeat(bounds.alikeNames - 1, "<$/>", alike)), true}, {within(manyAlike("<b $=''/>")), false},
+    const std::pair<std::string, bool> documents[] = {
+        {namesOf(bounds.names), false},
+        {namesOf(bounds.names - 2), true},
+        {within(manyAlike("<$/>")), false},
+        {within(repeat(bounds.alikeNames - 1, "<$/>", alike)), true},
+        {within(manyAlike("<b $=''/>")), false},
         {within(repeat(20000, "<a$ b$=''/>")), true},
         {large + repeat(bounds.work / 5000 + 1, "<b/>") + "</a>", false},
         {large + repeat(bounds.work / 5000 - 1, "<b/>") + "</a>", true}};
     for (const auto& [xml, isRead] : documents)
-        EXPECT_EQ(PelPlainScanner::read(xml.data(), xml.size(), PelPlainScanner::Encoding::utf8, u"Dummy")
-                          .document != nullptr,
+        EXPECT_EQ(
+            PelPlainScanner::read(xml.data(), xml.size(), PelPlainScanner::Encoding::utf8, u"Dummy")
+                    .document != nullptr,
             isRead)
             << xml.substr(0, 30) << " of " << xml.size() << " bytes";
 }
@@ -114,15 +133,20 @@ TEST(Limits, MayBeSetForPlainDocumentsToo) {
         {__LINE__, {&Bounds::work}, 15150, large, true},
         {__LINE__, {&Bounds::work}, 14849, large, false},
         {__LINE__,
-            {&Bounds::work, &Bounds::workPerByte, &Bounds::memory, &Bounds::memoryPerByte, &Bounds::expansion,
-                &Bounds::expansionPerByte, &Bounds::milliseconds, &Bounds::nanosecondsPerByte,
-                &Bounds::entityExpansions, &Bounds::references, &Bounds::names, &Bounds::modelParts,
-                &Bounds::listCharacters, &Bounds::reportCharacters},
-            most, three, true},
+         {&Bounds::work, &Bounds::workPerByte, &Bounds::memory, &Bounds::memoryPerByte,
+          &Bounds::expansion, &Bounds::expansionPerByte, &Bounds::milliseconds,
+          &Bounds::nanosecondsPerByte, &Bounds::entityExpansions, &Bounds::references,
+          &Bounds::names, &Bounds::modelParts, &Bounds::listCharacters, &Bounds::reportCharacters},
+         most,
+         three,
+         true},
         {__LINE__,
-            {&Bounds::workPerByte, &Bounds::expansion, &Bounds::expansionPerByte, &Bounds::entityExpansions,
-                &Bounds::modelParts, &Bounds::listCharacters, &Bounds::reportCharacters},
-            0, three, true},
+         {&Bounds::workPerByte, &Bounds::expansion, &Bounds::expansionPerByte,
+          &Bounds::entityExpansions, &Bounds::modelParts, &Bounds::listCharacters,
+          &Bounds::reportCharacters},
+         0,
+         three,
+         true},
         {__LINE__, {&Bounds::references}, 1, three, true},
         {__LINE__, {&Bounds::references}, 0, three, false},
         {__LINE__, {&Bounds::memory}, 3 << 20, three, true},
@@ -137,9 +161,10 @@ TEST(Limits, MayBeSetForPlainDocumentsToo) {
     using Method = PelXercesReadSettings::Method;
     for (const auto& row : rows) {
         Bounds own;
-        for (std::size_t Bounds::*const bound : row.which) own.*bound = row.value;
-        const auto scanned = PelPlainScanner::read(
-            row.xml.data(), row.xml.size(), PelPlainScanner::Encoding::utf8, u"Dummy", own);
+        for (std::size_t Bounds::*const bound : row.which)
+            own.*bound = row.value;
+        const auto scanned = PelPlainScanner::read(row.xml.data(), row.xml.size(),
+                                                   PelPlainScanner::Encoding::utf8, u"Dummy", own);
         EXPECT_EQ(scanned.document != nullptr, row.isScanned) << "line " << row.line;
         EXPECT_EQ(refusal(row.xml, "", own, Method::plainScanner), refusal(row.xml, "", own))
             << "line " << row.line;
@@ -153,7 +178,8 @@ TEST(Limits, NameWhatGrowsOutOfProportion) {
     const std::string defaults = "<!ATTLIST a b CDATA '" + block + "'>";
     const std::string many = "<!ATTLIST a" + repeat(10000, " k$ CDATA #IMPLIED") + ">";
     const std::string choice = "<!ATTLIST a k (v" + repeat(9000, "|v$") + ") #IMPLIED>";
-    const std::string mixed = "<!ELEMENT b (#PCDATA" + repeat(3000, "|v$") + ")*><!ELEMENT v9 EMPTY>";
+    const std::string mixed =
+        "<!ELEMENT b (#PCDATA" + repeat(3000, "|v$") + ")*><!ELEMENT v9 EMPTY>";
     const std::size_t most = bounds.expansion / block.size();
     const std::string text = "too much text from entities, default attributes or files read again";
     const std::string names = "too many names that the parser can hardly tell apart";
@@ -168,63 +194,69 @@ TEST(Limits, NameWhatGrowsOutOfProportion) {
     };
     const std::pair<std::string, std::vector<std::string>> rows[] = {
         {references,
-            {withSubset("<!ENTITY % e0 ' '>" + repeat(18, "<!ENTITY % e@ '&#37;e$;&#37;e$;'>") + "%e18;"),
-                withSubset("<!ENTITY e0 ' '>" + repeat(18, "<!ENTITY e@ '&e$;&e$;'>") +
-                           "<!ATTLIST a k CDATA '&e18;'>")}},
+         {withSubset("<!ENTITY % e0 ' '>" + repeat(18, "<!ENTITY % e@ '&#37;e$;&#37;e$;'>") +
+                     "%e18;"),
+          withSubset("<!ENTITY e0 ' '>" + repeat(18, "<!ENTITY e@ '&e$;&e$;'>") +
+                     "<!ATTLIST a k CDATA '&e18;'>")}},
         {"too much memory",
-            {withSubset(repeat(40000, "<!ENTITY e$ '&e@;'>") + "<!ENTITY e40000 ''>", within("&e0;")),
-                withSubset("<!ENTITY e '" + repeat(500, "<a/>") + "'>", within(repeat(3300, "&e;"))),
-                withSubset("<!ELEMENT b ((v|w)*,v," + repeat(20, "(v|w),") + "v)>", within("<b/>"))}},
-        {text, {withSubset(entity, within(repeat(most * 2, "&e;"))),
-                   withSubset(entity + "<!ENTITY f ''><!ATTLIST a k CDATA ''>",
-                       "<a k='" + repeat(most * 2, "&e;") + "'/>"),
-                   withSubset(defaults, within(repeat(most * 2, "<a/>")))}},
-        {"", {withSubset(entity, within(repeat(most / 2, "&e;"))),
-                 withSubset(defaults, within(repeat(most / 2, "<a/>"))), namesOf(bounds.names - 2),
-                 choiceOf(bounds.listCharacters / 8), modelOf(bounds.modelParts - 1),
-                 within(repeat(bounds.alikeNames, "<$/>", alike)),
-                 withSubset("<!ATTLIST a k ID #IMPLIED l IDREFS #IMPLIED>",
-                     within(
-                         "<a l='" + repeat(1500, "x ") + "'/>" + repeat(1500, "<a l='x'/>") + "<a k='x'/>")),
-                 withSubset(many, within(repeat(900, "<a/>"))),
-                 withSubset("<!ATTLIST a" + repeat(10000, " k$ CDATA ''") + ">"),
-                 withSubset(choice, within(repeat(2000, "<a k='v8999'/>"))),
-                 withSubset(mixed, within("<b>" + repeat(10000, "<v9/>") + "</b>")),
-                 withSubset("<!ELEMENT b (a?" + repeat(600, ",v$?") + ")>", within("<b/>"))}},
-        {"too many declarations", {withSubset(repeat(bounds.names + 1, "<!NOTATION n$ SYSTEM 'n'>"))}},
+         {withSubset(repeat(40000, "<!ENTITY e$ '&e@;'>") + "<!ENTITY e40000 ''>", within("&e0;")),
+          withSubset("<!ENTITY e '" + repeat(500, "<a/>") + "'>", within(repeat(3300, "&e;"))),
+          withSubset("<!ELEMENT b ((v|w)*,v," + repeat(20, "(v|w),") + "v)>", within("<b/>"))}},
+        {text,
+         {withSubset(entity, within(repeat(most * 2, "&e;"))),
+          withSubset(entity + "<!ENTITY f ''><!ATTLIST a k CDATA ''>",
+                     "<a k='" + repeat(most * 2, "&e;") + "'/>"),
+          withSubset(defaults, within(repeat(most * 2, "<a/>")))}},
+        {"",
+         {withSubset(entity, within(repeat(most / 2, "&e;"))),
+          withSubset(defaults, within(repeat(most / 2, "<a/>"))), namesOf(bounds.names - 2),
+          choiceOf(bounds.listCharacters / 8), modelOf(bounds.modelParts - 1),
+          within(repeat(bounds.alikeNames, "<$/>", alike)),
+          withSubset("<!ATTLIST a k ID #IMPLIED l IDREFS #IMPLIED>",
+                     within("<a l='" + repeat(1500, "x ") + "'/>" + repeat(1500, "<a l='x'/>") +
+                            "<a k='x'/>")),
+          withSubset(many, within(repeat(900, "<a/>"))),
+          withSubset("<!ATTLIST a" + repeat(10000, " k$ CDATA ''") + ">"),
+          withSubset(choice, within(repeat(2000, "<a k='v8999'/>"))),
+          withSubset(mixed, within("<b>" + repeat(10000, "<v9/>") + "</b>")),
+          withSubset("<!ELEMENT b (a?" + repeat(600, ",v$?") + ")>", within("<b/>"))}},
+        {"too many declarations",
+         {withSubset(repeat(bounds.names + 1, "<!NOTATION n$ SYSTEM 'n'>"))}},
         {"too many different names", {namesOf(bounds.names)}},
         {"too many values for an attribute", {choiceOf(bounds.listCharacters / 4)}},
         {"too large a content model", {modelOf(bounds.modelParts + 1), modelOf(1000000)}},
-        {names, {within(manyAlike("<$/>")), within(manyAlike("<b $=''/>")), "<a " + manyAlike("$='' ") + "/>",
-                    withSubset(manyAlike("<!ELEMENT $ ANY>")),
-                    withSubset("<!ELEMENT b (a" + manyAlike("|$") + ")>"),
-                    withSubset(manyAlike("<!ENTITY $ ''>")), withSubset(manyAlike("<!ENTITY % $ ''>")),
-                    withSubset(manyAlike("<!NOTATION $ SYSTEM ''>")),
-                    withSubset("<!ATTLIST a" + manyAlike(" $ CDATA ''") + ">"),
-                    withSubset("<!ATTLIST a k ID #IMPLIED>", within(manyAlike("<a k='$'/>"))),
-                    withSubset("<!ATTLIST a k IDREFS #IMPLIED>", "<a k='" + manyAlike("$ ") + "'/>")}},
+        {names,
+         {within(manyAlike("<$/>")), within(manyAlike("<b $=''/>")),
+          "<a " + manyAlike("$='' ") + "/>", withSubset(manyAlike("<!ELEMENT $ ANY>")),
+          withSubset("<!ELEMENT b (a" + manyAlike("|$") + ")>"),
+          withSubset(manyAlike("<!ENTITY $ ''>")), withSubset(manyAlike("<!ENTITY % $ ''>")),
+          withSubset(manyAlike("<!NOTATION $ SYSTEM ''>")),
+          withSubset("<!ATTLIST a" + manyAlike(" $ CDATA ''") + ">"),
+          withSubset("<!ATTLIST a k ID #IMPLIED>", within(manyAlike("<a k='$'/>"))),
+          withSubset("<!ATTLIST a k IDREFS #IMPLIED>", "<a k='" + manyAlike("$ ") + "'/>")}},
         {"too much work for the attributes of elements",
-            {withSubset(many, within(repeat(9000, "<a/>"))),
-                within("<b " + repeat(40000, "k$='' ") + "/>" + repeat(150000, "<b c=''/>"))}},
-        {"too much work for declarations", {withSubset("<!ATTLIST a" + repeat(60000, " k$ CDATA ''") + ">")}},
+         {withSubset(many, within(repeat(9000, "<a/>"))),
+          within("<b " + repeat(40000, "k$='' ") + "/>" + repeat(150000, "<b c=''/>"))}},
+        {"too much work for declarations",
+         {withSubset("<!ATTLIST a" + repeat(60000, " k$ CDATA ''") + ">")}},
         {"too much work for checking attribute values",
-            {withSubset(choice, within(repeat(20000, "<a k='v8999'/>"))),
-                withSubset(choice, "<a k='" + repeat(20000, "v8999 ") + "'/>"),
-                withSubset(repeat(10, "<!ATTLIST b$ k (v" + repeat(7000, "|w$") + ") #IMPLIED>"))}},
+         {withSubset(choice, within(repeat(20000, "<a k='v8999'/>"))),
+          withSubset(choice, "<a k='" + repeat(20000, "v8999 ") + "'/>"),
+          withSubset(repeat(10, "<!ATTLIST b$ k (v" + repeat(7000, "|w$") + ") #IMPLIED>"))}},
         {"too much work for checking content",
-            {withSubset(mixed, within("<b>" + repeat(150000, "<v9/>") + "</b>"))}},
+         {withSubset(mixed, within("<b>" + repeat(150000, "<v9/>") + "</b>"))}},
         {"too much work for content models",
-            {withSubset("<!ELEMENT b (a?" + repeat(3300, ",v$?") + ")>", within("<b/>")),
-                withSubset("<!ELEMENT b (" + repeat(3200, "(") + "v" + repeat(3200, "|v$") +
-                               repeat(3200, ")*") + ")>",
-                    within("<b/>")),
-                withSubset(
-                    "<!ELEMENT b " + repeat(3200, "(") + "x*" + repeat(3200, ",x*)") + ">", within("<b/>")),
-                withSubset(
-                    "<!ELEMENT b (x" + repeat(3000, "|n$" + std::string(999, 'x')) + ")>", within("<b/>"))}},
+         {withSubset("<!ELEMENT b (a?" + repeat(3300, ",v$?") + ")>", within("<b/>")),
+          withSubset("<!ELEMENT b (" + repeat(3200, "(") + "v" + repeat(3200, "|v$") +
+                         repeat(3200, ")*") + ")>",
+                     within("<b/>")),
+          withSubset("<!ELEMENT b " + repeat(3200, "(") + "x*" + repeat(3200, ",x*)") + ">",
+                     within("<b/>")),
+          withSubset("<!ELEMENT b (x" + repeat(3000, "|n$" + std::string(999, 'x')) + ")>",
+                     within("<b/>"))}},
         {"too much work for finding files",
-            {withSubset("<!ENTITY e SYSTEM '" + repeat(10000, "b/../") + "'>", within("&e;")),
-                withSubset("<!ENTITY e SYSTEM '" + repeat(20000, "%41") + "'>", within("&e;"))}},
+         {withSubset("<!ENTITY e SYSTEM '" + repeat(10000, "b/../") + "'>", within("&e;")),
+          withSubset("<!ENTITY e SYSTEM '" + repeat(20000, "%41") + "'>", within("&e;"))}},
         {"too many errors", {withSubset(repeat(90000, "<!ATTLIST a k CDATA ''>"))}},
     };
     testing::internal::CaptureStderr();
@@ -240,9 +272,10 @@ TEST(Limits, EndReadsThatTakeTooLongFromWhereverTheyAre) {
     PelXercesReadLimits::Bounds own;
     own.milliseconds = 5;
     own.nanosecondsPerByte = 0;
-    for (const std::string& text : {within(repeat(1000000, "<b/>")), within(repeat(1000000, "x<!---->")),
-             "<a " + repeat(200000, "b$='' ") + "/>", withSubset(repeat(90000, "<!ELEMENT e$ ANY>")),
-             withSubset("<!ELEMENT b (a" + repeat(3000, ",x$?") + ")>", within("<b/>"))})
+    for (const std::string& text :
+         {within(repeat(1000000, "<b/>")), within(repeat(1000000, "x<!---->")),
+          "<a " + repeat(200000, "b$='' ") + "/>", withSubset(repeat(90000, "<!ELEMENT e$ ANY>")),
+          withSubset("<!ELEMENT b (a" + repeat(3000, ",x$?") + ")>", within("<b/>"))})
         EXPECT_EQ(refusal(text, "", own), "too much processor time") << text.substr(0, 40);
     const std::string large = within(repeat(500000, "<b/>"));
     const double begin = PelPlatform::processorTime();
@@ -275,18 +308,20 @@ TEST(Limits, NeverEndAReadWhereTheEngineClearsUp) {
 TEST(Limits, KeepModelsWithinTheStackOfTheirThread) {
     const std::string groups =
         withSubset("<!ELEMENT b (a" + repeat(400, ",(a") + std::string(401, ')') + ">");
-    const std::string few = withSubset("<!ELEMENT b (a" + repeat(40, ",(a") + std::string(41, ')') + ">");
+    const std::string few =
+        withSubset("<!ELEMENT b (a" + repeat(40, ",(a") + std::string(41, ')') + ">");
     const std::string tooLarge = "too large a content model for the stack of this thread";
     const struct {
         int line;
         std::size_t stack, parts;
         std::string xml, says;
-    } rows[] = {{__LINE__, 64, bounds.modelParts, groups, tooLarge}, {__LINE__, 64, SIZE_MAX, few, ""},
-        {__LINE__, 2048, bounds.modelParts, modelOf(1000), ""},
-        {__LINE__, 2048, bounds.modelParts, modelOf(bounds.modelParts - 1), tooLarge},
-        {__LINE__, 2048, SIZE_MAX, modelOf(60000), tooLarge},
-        {__LINE__, 16384, SIZE_MAX - 1, modelOf(15000),
-            ""}}; // small ones first: larger ones may be taken for them
+    } rows[] = {{__LINE__, 64, bounds.modelParts, groups, tooLarge},
+                {__LINE__, 64, SIZE_MAX, few, ""},
+                {__LINE__, 2048, bounds.modelParts, modelOf(1000), ""},
+                {__LINE__, 2048, bounds.modelParts, modelOf(bounds.modelParts - 1), tooLarge},
+                {__LINE__, 2048, SIZE_MAX, modelOf(60000), tooLarge},
+                {__LINE__, 16384, SIZE_MAX - 1, modelOf(15000),
+                 ""}}; // small ones first: larger ones may be taken for them
     for (const auto& row : rows) {
         std::string says;
         std::function<void()> work = [&] {
@@ -310,22 +345,25 @@ TEST(Limits, KeepModelsWithinTheStackOfTheirThread) {
 
 TEST(Limits, LetLargeDocumentsThrough) {
     const std::string large(20000000, 'x');
-    for (const std::string& text : {"<a>" + large + "</a>", "<a b='" + large + "'/>", "<" + large + "/>",
-             "<a><!--" + large + "--><?p " + large + "?></a>", "<a " + repeat(10000, "b$='' ") + "/>",
-             "<a>" + repeat(1000000, "<b/>") + "</a>", repeat(1000000, "<a>") + repeat(1000000, "</a>")})
-        EXPECT_EQ(services().readDocumentFromStringA(text.c_str()).isNull(), 0) << text.substr(0, 20);
+    for (const std::string& text :
+         {"<a>" + large + "</a>", "<a b='" + large + "'/>", "<" + large + "/>",
+          "<a><!--" + large + "--><?p " + large + "?></a>", "<a " + repeat(10000, "b$='' ") + "/>",
+          "<a>" + repeat(1000000, "<b/>") + "</a>",
+          repeat(1000000, "<a>") + repeat(1000000, "</a>")})
+        EXPECT_EQ(services().readDocumentFromStringA(text.c_str()).isNull(), 0)
+            << text.substr(0, 20);
 }
 
 // One of ICU's converters goes through the engine's array of places twice as fast as it should.
 TEST(Encodings, CannotOverrunWhatTheEngineHasForThem) {
     const ScratchFolder folder;
-    const std::string text =
-        "<?xml version='1.0' encoding='gsm-03.38-2009'?><a>\x1b<" + std::string(60000, 'a') + "</a>";
+    const std::string text = "<?xml version='1.0' encoding='gsm-03.38-2009'?><a>\x1b<" +
+                             std::string(60000, 'a') + "</a>";
     const std::string words = "[" + std::string(60000, 'a');
     folder.write("part.xml", text);
     EXPECT_EQ(show(readFile(folder.file("part.xml"))), "#9(a(|" + words + "|))");
     const std::string entity = withSubset("<!ENTITY e SYSTEM 'part.xml'>", within("&e;"));
-    folder.write(
-        "part.xml", text.substr(0, text.find("<a>")) + "<a>\x1b<" + std::string(60000, 'a') + "</a>");
+    folder.write("part.xml",
+                 text.substr(0, text.find("<a>")) + "<a>\x1b<" + std::string(60000, 'a') + "</a>");
     EXPECT_EQ(show(readFile(folder.write("whole.xml", entity))), "#9(#10 a(a(|" + words + "|)))");
 }

@@ -15,11 +15,14 @@ static PelDOMNodeList elementsOf(const PelDOMElement& root, const PelString& nam
     return list;
 }
 
-static void remove(const PelDOMNode& node) { node.getParentNode().removeChild(node); }
+static void remove(const PelDOMNode& node) {
+    node.getParentNode().removeChild(node);
+}
 
 static PelString names(const PelDOMNodeList& list) {
     PelString joined;
-    for (long i = 0; i < list.length(); ++i) joined += PelDOMElement(itemOf(list, i)).getTagName();
+    for (long i = 0; i < list.length(); ++i)
+        joined += PelDOMElement(itemOf(list, i)).getTagName();
     return joined;
 }
 
@@ -27,9 +30,13 @@ TEST(Lists, AnswerPositionsOutsideThem) {
     const PelDOMElement root = rootOf("<r><a/><b/><c/></r>");
     const PelDOMNodeList list = childrenOf(root);
     PelDOMNode node = root;
-    expectAnswers({{list.item(-1, node), "outside"}, {list.item(3, node), "outside"},
-        {elementsOf(root, "absent").item(0, node), "outside"}, {elementsOf(root, "absent").length(), "0"},
-        {node, "r(a b c)"}, {list.item(2, node), "ok"}, {node, "c"}});
+    expectAnswers({{list.item(-1, node), "outside"},
+                   {list.item(3, node), "outside"},
+                   {elementsOf(root, "absent").item(0, node), "outside"},
+                   {elementsOf(root, "absent").length(), "0"},
+                   {node, "r(a b c)"},
+                   {list.item(2, node), "ok"},
+                   {node, "c"}});
 }
 
 TEST(Lists, AreCopiedAndAssignedAsHandlesAre) {
@@ -60,8 +67,10 @@ struct OwnList : PelDOMNodeListImp {
 
 TEST(Lists, OfUsersAreGoneThroughByPosition) {
     std::string seen;
-    for (const PelDOMNode node : PelDOMNodeList(new OwnList(rootOf("<r/>")))) seen += show(node);
-    for (const PelDOMNode node : PelDOMNodeList(new OwnList(PelDOMNode()))) seen += show(node);
+    for (const PelDOMNode node : PelDOMNodeList(new OwnList(rootOf("<r/>"))))
+        seen += show(node);
+    for (const PelDOMNode node : PelDOMNodeList(new OwnList(PelDOMNode())))
+        seen += show(node);
     EXPECT_EQ(seen, "rrnullnull");
     PelDOMNodeList kept = childrenOf(rootOf("<r><a/></r>"));
     const PelDOMNodeList own(new OwnList(PelDOMNode()));
@@ -74,12 +83,20 @@ TEST(Lists, OfUsersAreGoneThroughByPosition) {
 TEST(Lists, AreMovedAndCompared) {
     const PelDOMDocument document = parse("<r><a/><a/></r>");
     const PelDOMElement root = document.getDocumentElement();
-    const PelDOMNodeList distinct[] = {root.getChildNodes(), document.getChildNodes(),
-        root.getElementsByTagName("a"), root.getElementsByTagName(""), document.getElementsByTagName("a"),
-        PelDOMNodeList(new OwnList(root)), PelDOMNodeList()};
-    const PelDOMNodeList again[] = {childrenOf(root), childrenOf(document), elementsOf(root, "a"),
-        elementsOf(root, ""), PelDOMDocument(document).getElementsByTagName("a"), distinct[5],
-        PelDOMNodeList()};
+    const PelDOMNodeList distinct[] = {root.getChildNodes(),
+                                       document.getChildNodes(),
+                                       root.getElementsByTagName("a"),
+                                       root.getElementsByTagName(""),
+                                       document.getElementsByTagName("a"),
+                                       PelDOMNodeList(new OwnList(root)),
+                                       PelDOMNodeList()};
+    const PelDOMNodeList again[] = {childrenOf(root),
+                                    childrenOf(document),
+                                    elementsOf(root, "a"),
+                                    elementsOf(root, ""),
+                                    PelDOMDocument(document).getElementsByTagName("a"),
+                                    distinct[5],
+                                    PelDOMNodeList()};
     for (int i = 0; i < 7; ++i)
         for (int j = 0; j < 7; ++j) {
             EXPECT_EQ(distinct[i] == again[j], i == j && i != 5) << i << j;
@@ -96,8 +113,10 @@ TEST(Lists, AreMovedAndCompared) {
 
 TEST(Lists, OfElementsAreInDocumentOrderWithoutTheRootAndShareTheirNodes) {
     const PelDOMElement root = rootOf("<x><x><y/><x/></x>t<!--x--><y><p:x/><X/><x/></y></x>");
-    expectAnswers({{names(elementsOf(root, "x")), "'xxx'"}, {names(elementsOf(root, "*")), "'xyxyp:xXx'"},
-        {names(elementsOf(root, "p:x")), "'p:x'"}, {names(elementsOf(root, "")), "''"}});
+    expectAnswers({{names(elementsOf(root, "x")), "'xxx'"},
+                   {names(elementsOf(root, "*")), "'xyxyp:xXx'"},
+                   {names(elementsOf(root, "p:x")), "'p:x'"},
+                   {names(elementsOf(root, "")), "''"}});
     PelDOMElement(itemOf(elementsOf(root, "x"), 2)).setAttribute("k", "v");
     EXPECT_EQ(show(root), "x(x(y x) |t| #8 y(p:x X x k=v))");
 }
@@ -105,26 +124,34 @@ TEST(Lists, OfElementsAreInDocumentOrderWithoutTheRootAndShareTheirNodes) {
 // What was counted while the document was read holds until the first change.
 TEST(Lists, OfManyChildrenAreAsLongAsTheyWereRead) {
     for (long count = 250; count < 262; ++count) {
-        const std::string pieces[] = {"<b/>", "t", "<!---->", "<b><b/>t</b>", "<?p?>", "<![CDATA[]]>"};
+        const std::string pieces[] = {"<b/>",         "t",     "<!---->",
+                                      "<b><b/>t</b>", "<?p?>", "<![CDATA[]]>"};
         std::string xml = "<r><a>";
-        for (long i = 0; i < count; ++i) xml += pieces[i % 6];
+        for (long i = 0; i < count; ++i)
+            xml += pieces[i % 6];
         PelDOMElement root = rootOf((xml + "</a>t</r>").c_str()), a = root.getChildElement();
         const PelDOMNodeList kept = a.getChildNodes(), last = childAt(a, count - 1).getChildNodes();
         PelDOMNode node;
-        expectAnswers({{kept.length(), std::to_string(count)}, {root.getChildNodes().length(), "2"},
-            {kept.item(count - 1, node), "ok"}, {kept.item(count, node), "outside"},
-            {bool(node == a.getLastChild()), "1"}, {a.removeChild(node), "ok"},
-            {kept.length(), std::to_string(count - 1)},
-            {a.getChildNodes().length(), std::to_string(count - 1)}, {last.item(9, node), "outside"}});
+        expectAnswers({{kept.length(), std::to_string(count)},
+                       {root.getChildNodes().length(), "2"},
+                       {kept.item(count - 1, node), "ok"},
+                       {kept.item(count, node), "outside"},
+                       {bool(node == a.getLastChild()), "1"},
+                       {a.removeChild(node), "ok"},
+                       {kept.length(), std::to_string(count - 1)},
+                       {a.getChildNodes().length(), std::to_string(count - 1)},
+                       {last.item(9, node), "outside"}});
     }
 }
 
-// Random changes, both fewer and more between two looks than a tree remembers; fresh lists say what is right.
+// Random changes, both fewer and more between two looks than a tree remembers; fresh lists say what
+// is right.
 TEST(Lists, FollowEveryChangeAtOnce) {
     std::mt19937 random(20240229);
     PelDOMDocument document = parse("<r/>");
     std::vector<PelDOMElement> elements{document.getDocumentElement()};
-    for (int i = 0; i < 12; ++i) elements.push_back(document.createElement(i % 3 == 0 ? "a" : "b"));
+    for (int i = 0; i < 12; ++i)
+        elements.push_back(document.createElement(i % 3 == 0 ? "a" : "b"));
     const auto makeLists = [&elements] {
         std::vector<PelDOMNodeList> lists;
         for (const PelDOMElement& element : elements)
@@ -141,20 +168,25 @@ TEST(Lists, FollowEveryChangeAtOnce) {
             const PelDOMNodeList children = childrenOf(parent);
             const PelDOMNode some = itemOf(children, static_cast<long>(pick(16)));
             const char* const name = pick(2) == 0 ? "a" : "b";
-            const std::function<void()> ways[] = {[&] { append(parent, child); },
+            const std::function<void()> ways[] = {
+                [&] { append(parent, child); },
                 [&] { pick(4) == 0 ? parent.appendTextElement(name, "t") : PelDOM::SUCCESS; },
-                [&] { parent.removeChild(some); }, [&] { parent.replaceChild(child, some); },
+                [&] { parent.removeChild(some); },
+                [&] { parent.replaceChild(child, some); },
                 [&] { parent.insertBefore(document.createComment("c"), some); },
-                [&] { parent.setTagName(name); }, [&] { parent.insertBefore(child, some); },
+                [&] { parent.setTagName(name); },
+                [&] { parent.insertBefore(child, some); },
                 [&] { parent.insertBefore(child, some); }};
             ways[pick(std::size(ways))]();
         }
         const std::vector<PelDOMNodeList> fresh = makeLists();
         for (std::size_t i = 0; i < fresh.size(); ++i) {
-            if (pick(3) == 0) continue; // let it fall behind
+            if (pick(3) == 0)
+                continue; // let it fall behind
             ASSERT_EQ(kept[i].length(), fresh[i].length());
             for (int probe = 0; probe < 4 && fresh[i].length() > 0; ++probe) {
-                const auto index = static_cast<long>(pick(static_cast<std::size_t>(fresh[i].length())));
+                const auto index =
+                    static_cast<long>(pick(static_cast<std::size_t>(fresh[i].length())));
                 ASSERT_EQ(nodeOf(itemOf(kept[i], index)), nodeOf(itemOf(fresh[i], index)));
             }
         }
@@ -170,7 +202,8 @@ TEST(Lists, KeepTheirPlaceThroughAnyChangeOnEitherSideOfIt) {
         std::string letters = "abcdefg";
         const PelDOMNodeList list = childrenOf(root);
         const PelDOMNode at = childAt(root, changed);
-        EXPECT_EQ(itemOf(list, looked).getNodeName(), letters.substr(static_cast<std::size_t>(looked), 1));
+        EXPECT_EQ(itemOf(list, looked).getNodeName(),
+                  letters.substr(static_cast<std::size_t>(looked), 1));
         const bool isRemoval = i / 56 % 2 == 1;
         isRemoval ? root.removeChild(at) : root.insertBefore(document.createElement("x"), at);
         letters.replace(static_cast<std::size_t>(changed), isRemoval ? 1 : 0, isRemoval ? "" : "x");
@@ -188,12 +221,14 @@ TEST(Lists, OfManyNodesAreWalkedWhileNodesComeAndGoAnywhere) {
     PelDOMElement root = document.getDocumentElement();
     const PelDOMNodeList children = childrenOf(root);
     for (long i = 0; i < count; ++i) {
-        ASSERT_EQ(root.insertBefore(document.createElement("f"), itemOf(children, 0)), PelDOM::SUCCESS);
+        ASSERT_EQ(root.insertBefore(document.createElement("f"), itemOf(children, 0)),
+                  PelDOM::SUCCESS);
         ASSERT_EQ(children.length(), i + 2);
     }
     for (long i = 1; i < 2 * count; i += 2) { // a comment before each
         ASSERT_EQ(itemOf(children, i).getNodeType(), PelDOM::ELEMENT_NODE);
-        ASSERT_EQ(root.insertBefore(document.createComment("c"), itemOf(children, i)), PelDOM::SUCCESS);
+        ASSERT_EQ(root.insertBefore(document.createComment("c"), itemOf(children, i)),
+                  PelDOM::SUCCESS);
     }
     for (long i = 1; i <= count; ++i) { // which goes again
         ASSERT_EQ(root.removeChild(itemOf(children, i)), PelDOM::SUCCESS);
@@ -222,16 +257,19 @@ TEST(Lists, OfManyNodesAreWalkedWhileTheTreeGrows) {
     EXPECT_EQ(elementsOf(root, "note").length(), count / 2);
 }
 
-// Each element that was looked at, each change of each other one, within the list's root and outside it; a
-// fresh list says what is right.
+// Each element that was looked at, each change of each other one, within the list's root and
+// outside it; a fresh list says what is right.
 TEST(Lists, OfElementsKeepTheirPlaceThroughAnyChange) {
     constexpr long count = 11;
     for (long i = 0; i < count * count * count * 7 * 2; ++i) {
-        const long looked = i % count, changed = i / count % count, third = i / count / count % count;
+        const long looked = i % count, changed = i / count % count,
+                   third = i / count / count % count;
         const long way = i / (count * count * count) % 7;
         const char* const name = i % 2 == 0 ? "a" : "*";
-        if (way != 0 && way != 6 && third != 0) continue;
-        PelDOMDocument document = parse("<o><a/><r><a><b/>t<a><a/></a></a><b><a/><b/></b><a/></r><a/></o>");
+        if (way != 0 && way != 6 && third != 0)
+            continue;
+        PelDOMDocument document =
+            parse("<o><a/><r><a><b/>t<a><a/></a></a><b><a/><b/></b><a/></r><a/></o>");
         const PelDOMElement o = document.getDocumentElement(), r(childAt(o, 1));
         const PelDOMNodeList all = elementsOf(o, "*"), list = elementsOf(r, name);
         PelDOMElement element(itemOf(all, changed)), other(itemOf(all, third)),
@@ -239,7 +277,8 @@ TEST(Lists, OfElementsKeepTheirPlaceThroughAnyChange) {
         PelDOMElement made = document.createElement("a");
         made.appendTextElement("a", "t");
         itemOf(list, looked);
-        const std::function<void()> ways[] = {[&] { other.insertBefore(element, other.getFirstChild()); },
+        const std::function<void()> ways[] = {
+            [&] { other.insertBefore(element, other.getFirstChild()); },
             [&] { parent.removeChild(element); },
             [&] { parent.insertBefore(document.createElement("a"), element); },
             [&] { element.appendTextElement("a", "t"); },
@@ -252,18 +291,21 @@ TEST(Lists, OfElementsKeepTheirPlaceThroughAnyChange) {
         ASSERT_EQ(list.length(), length) << i;
         for (long j = 0; j < length; ++j) {
             const long index = (looked + (changed % 2 == 0 ? j : length + length - j)) % length;
-            ASSERT_EQ(nodeOf(itemOf(list, index)), nodeOf(itemOf(fresh, index))) << i << " " << index;
+            ASSERT_EQ(nodeOf(itemOf(list, index)), nodeOf(itemOf(fresh, index)))
+                << i << " " << index;
         }
     }
 }
 
-// Loops that DOM users write. A list that began anew, or climbed to its root, for each change would not get
-// through them.
+// Loops that DOM users write. A list that began anew, or climbed to its root, for each change would
+// not get through them.
 TEST(Lists, OfManyElementsAreWalkedWhileAnyOfThemChange) {
     constexpr long count = 40000;
     using Step = std::function<void(const PelDOMNodeList& list, PelDOMDocument& document)>;
     const auto removes = [](long part) {
-        return [part](const PelDOMNodeList& list, auto&) { remove(itemOf(list, list.length() * part / 8)); };
+        return [part](const PelDOMNodeList& list, auto&) {
+            remove(itemOf(list, list.length() * part / 8));
+        };
     };
     const auto renames = [](long part) {
         return [part](const PelDOMNodeList& list, auto&) {
@@ -280,13 +322,16 @@ TEST(Lists, OfManyElementsAreWalkedWhileAnyOfThemChange) {
         wrapper.appendChild(first);
         PelDOMElement(first).setTagName("z");
     };
-    const std::pair<Step, const char*> loops[] = {{removes(0), "<x>t</x>"}, {removesLast, "<x><y/></x>"},
-        {removes(4), "<x>t<y/></x>"}, {renames(0), "<x/>"}, {renames(8), "<x>t</x>"}, {removesLast, "<x>t"},
+    const std::pair<Step, const char*> loops[] = {
+        {removes(0), "<x>t</x>"}, {removesLast, "<x><y/></x>"}, {removes(4), "<x>t<y/></x>"},
+        {renames(0), "<x/>"},     {renames(8), "<x>t</x>"},     {removesLast, "<x>t"},
         {wrapsFirst, "<x/>"}};
     for (const auto& [step, piece] : loops) {
         std::string text = "<r>";
-        for (long i = 0; i < count; ++i) text += piece;
-        for (long i = 0; i < count && std::string(piece) == "<x>t"; ++i) text += "</x>";
+        for (long i = 0; i < count; ++i)
+            text += piece;
+        for (long i = 0; i < count && std::string(piece) == "<x>t"; ++i)
+            text += "</x>";
         PelDOMDocument document = parse((text + "</r>").c_str());
         const PelDOMNodeList list = document.getElementsByTagName("x");
         for (long left = count; left > 0; --left) {

@@ -11,7 +11,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-static std::string logged() { return (std::ostringstream() << std::ifstream(QRNDOM_LOG_FILE).rdbuf()).str(); }
+static std::string logged() {
+    return (std::ostringstream() << std::ifstream(QRNDOM_LOG_FILE).rdbuf()).str();
+}
 
 TEST(Library, StartsANewLogWithEachLoadAndLeavesNothingBehind) {
     const long filesBefore = openFiles();
@@ -24,7 +26,8 @@ TEST(Library, StartsANewLogWithEachLoadAndLeavesNothingBehind) {
         reinterpret_cast<void (*)()>(release)();
         EXPECT_EQ(logged(), "PelDOMUtilites::releaseUtilities()\n");
         EXPECT_NE(dlsym(library, "_ZN11PelDOMFiler14InvalidElementE"), nullptr);
-        EXPECT_EQ(dlvsym(library, "_ZN14PelDOMUtilites16releaseUtilitiesEv", QRNDOM_SYMBOLS), release);
+        EXPECT_EQ(dlvsym(library, "_ZN14PelDOMUtilites16releaseUtilitiesEv", QRNDOM_SYMBOLS),
+                  release);
         EXPECT_EQ(dlsym(library, "_ZN15PelXercesEngine5startEv"), nullptr) << "not part of the API";
         ASSERT_EQ(dlclose(library), 0);
         EXPECT_EQ(dlopen(QRNDOM_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
@@ -40,7 +43,8 @@ TEST(Library, IsUnloadedAfterReads) {
         EXPECT_EQ(logged(), "");
         EXPECT_EQ(reinterpret_cast<int (*)()>(dlsym(reader, "readsRight"))(), 1);
         EXPECT_NE(logged(), "");
-        if (round == 2) break;
+        if (round == 2)
+            break;
         ASSERT_EQ(dlclose(reader), 0);
         EXPECT_EQ(dlopen(QRNDOM_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
         const std::string last = "createContentImp(8) failed\n", log = logged();

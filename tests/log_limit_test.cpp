@@ -24,9 +24,11 @@ TEST(LogFile, EndsAtItsLimitWithALineThatSaysSo) {
     std::vector<std::thread> threads;
     for (int thread = 0; thread < 4; ++thread)
         threads.emplace_back([] {
-            for (int i = 0; i < 1000; ++i) PelDOM::error(std::string(52, 'x'), nullptr);
+            for (int i = 0; i < 1000; ++i)
+                PelDOM::error(std::string(52, 'x'), nullptr);
         });
-    for (std::thread& thread : threads) thread.join();
+    for (std::thread& thread : threads)
+        thread.join();
     const std::string text = log.text();
     const std::size_t begin = text.find(notice);
     ASSERT_NE(begin, text.npos);

@@ -17,20 +17,23 @@ static std::string recorded(std::initializer_list<std::pair<const void*, const c
     std::string text;
     for (const auto& [object, message] : calls)
         if (object == nullptr ? recordsPlain : mode == 2 || mode == 3)
-            text += (mode == 1 ? "" : std::to_string(reinterpret_cast<std::uintptr_t>(object)) + ":") +
-                    message + "\n";
+            text +=
+                (mode == 1 ? "" : std::to_string(reinterpret_cast<std::uintptr_t>(object)) + ":") +
+                message + "\n";
     return text;
 }
 
 static bool logIsOpen() {
     std::error_code isNoFile;
     for (const auto& file : std::filesystem::directory_iterator("/proc/self/fd"))
-        if (std::filesystem::equivalent(file, QRNDOM_LOG_FILE, isNoFile)) return true;
+        if (std::filesystem::equivalent(file, QRNDOM_LOG_FILE, isNoFile))
+            return true;
     return false;
 }
 
 static void requireAtExit(bool isMet, const char* what) {
-    if (isMet) return;
+    if (isMet)
+        return;
     std::fputs(what, stderr);
     std::_Exit(1);
 }
@@ -49,7 +52,7 @@ static const struct LoadTimeObject {
         const std::string last =
             recorded({{&PelDOMFiler::InvalidElement, "~PelDOMNode"}, {nullptr, "the end"}});
         requireAtExit(text.size() >= last.size() && text.substr(text.size() - last.size()) == last,
-            "the log did not end after all else\n");
+                      "the log did not end after all else\n");
     });
 }
 
@@ -76,7 +79,8 @@ TEST(Log, RecordsWhatItsModeSays) {
     PelDOM::error(u"abc", nullptr);
     PelDOM::error(u"\u00e9\U0001F600", &log);
     PelDOM::error(u"", nullptr);
-    EXPECT_EQ(log.text(), recorded({{nullptr, "abc"}, {&log, "\xC3\xA9\xF0\x9F\x98\x80"}, {nullptr, ""}}));
+    EXPECT_EQ(log.text(),
+              recorded({{nullptr, "abc"}, {&log, "\xC3\xA9\xF0\x9F\x98\x80"}, {nullptr, ""}}));
 }
 
 TEST(Log, TracesTheLifeOfHandles) {
@@ -92,13 +96,18 @@ TEST(Log, TracesTheLifeOfHandles) {
         sameDocument = document;
         element = *&element;
         text = *&text;
-        expected = recorded({{&node, "PelDOMNode(const PelDOMNode& orig)"}, {&sameDocument, "PelDOMNode()"},
-            {&element, "PelDOMNode()"}, {&text, "PelDOMNode()"},
-            {&node, "PelDOMNodeoperator=(PelDOMNode& rhs)"},
-            {&sameDocument, "PelDOMDocument operator=(PelDOMText& rhs)"},
-            {&element, "PelDOMElement operator=(PelDOMElement& rhs)"},
-            {&text, "PelDOMText operator=(PelDOMText& rhs)"}, {&text, "~PelDOMNode"},
-            {&element, "~PelDOMNode"}, {&sameDocument, "~PelDOMNode"}, {&node, "~PelDOMNode"}});
+        expected = recorded({{&node, "PelDOMNode(const PelDOMNode& orig)"},
+                             {&sameDocument, "PelDOMNode()"},
+                             {&element, "PelDOMNode()"},
+                             {&text, "PelDOMNode()"},
+                             {&node, "PelDOMNodeoperator=(PelDOMNode& rhs)"},
+                             {&sameDocument, "PelDOMDocument operator=(PelDOMText& rhs)"},
+                             {&element, "PelDOMElement operator=(PelDOMElement& rhs)"},
+                             {&text, "PelDOMText operator=(PelDOMText& rhs)"},
+                             {&text, "~PelDOMNode"},
+                             {&element, "~PelDOMNode"},
+                             {&sameDocument, "~PelDOMNode"},
+                             {&node, "~PelDOMNode"}});
     }
     EXPECT_EQ(log.text(), expected);
 }
@@ -111,10 +120,19 @@ TEST(Log, TracesHandlesBeforeItIsDone) {
         PelDOMNode two(one);
         two = one;
         two = std::move(one);
-        const std::pair<const void*, const char*> assigned{&two, "PelDOMNodeoperator=(PelDOMNode& rhs)"};
-        expected = recorded({{&one, "PelDOMNode()"}, {&two, "PelDOMNode(const PelDOMNode& orig)"},
-            {nullptr, "cloned"}, assigned, {nullptr, "cloned"}, {nullptr, "gone"}, assigned,
-            {nullptr, "gone"}, {&two, "~PelDOMNode"}, {nullptr, "gone"}, {&one, "~PelDOMNode"}});
+        const std::pair<const void*, const char*> assigned{&two,
+                                                           "PelDOMNodeoperator=(PelDOMNode& rhs)"};
+        expected = recorded({{&one, "PelDOMNode()"},
+                             {&two, "PelDOMNode(const PelDOMNode& orig)"},
+                             {nullptr, "cloned"},
+                             assigned,
+                             {nullptr, "cloned"},
+                             {nullptr, "gone"},
+                             assigned,
+                             {nullptr, "gone"},
+                             {&two, "~PelDOMNode"},
+                             {nullptr, "gone"},
+                             {&one, "~PelDOMNode"}});
     }
     EXPECT_EQ(log.text(), expected);
 }
@@ -136,11 +154,13 @@ TEST(Log, ShowsThatConvertingAssignmentsMakeNoTemporaries) {
     EXPECT_EQ(filer.currentElement().getNodeImp(), own);
     const char* const toNode = "PelDOMNodeoperator=(PelDOMNode& rhs)";
     const char* const toElement = "PelDOMElement operator=(PelDOMElement& rhs)";
-    EXPECT_EQ(
-        log.text(), recorded({{&sameDocument, "PelDOMDocument operator=(PelDOMText& rhs)"},
-                        {&sameText, "PelDOMText operator=(PelDOMText& rhs)"}, {&filer.currentNode(), toNode},
-                        {&filer.currentElement(), toElement}, {&filer.currentNode(), toNode},
-                        {&filer.currentNode(), toNode}, {&filer.currentElement(), toElement}}));
+    EXPECT_EQ(log.text(), recorded({{&sameDocument, "PelDOMDocument operator=(PelDOMText& rhs)"},
+                                    {&sameText, "PelDOMText operator=(PelDOMText& rhs)"},
+                                    {&filer.currentNode(), toNode},
+                                    {&filer.currentElement(), toElement},
+                                    {&filer.currentNode(), toNode},
+                                    {&filer.currentNode(), toNode},
+                                    {&filer.currentElement(), toElement}}));
 }
 
 TEST(Log, ShowsNoMoreThanTheHandlesThatWalkingMakes) {
@@ -149,11 +169,14 @@ TEST(Log, ShowsNoMoreThanTheHandlesThatWalkingMakes) {
     std::string expected;
     {
         PelDOMNode first = root.getFirstChild();
-        const PelDOMNode last = root.getChildNodes().operator bool() ? first.getNextSibling() : first;
+        const PelDOMNode last =
+            root.getChildNodes().operator bool() ? first.getNextSibling() : first;
         PelDOMNode moved(std::move(first));
         const PelDOMElement element(std::move(moved));
-        expected = recorded({{&first, "PelDOMNode()"}, {&last, "PelDOMNode()"},
-            {&moved, "PelDOMNode(PelDOMNode&& orig)"}, {&element, "PelDOMNode(PelDOMNode&& orig)"}});
+        expected = recorded({{&first, "PelDOMNode()"},
+                             {&last, "PelDOMNode()"},
+                             {&moved, "PelDOMNode(PelDOMNode&& orig)"},
+                             {&element, "PelDOMNode(PelDOMNode&& orig)"}});
         EXPECT_TRUE(element.getNextSibling().isSameNode(last));
     }
     EXPECT_EQ(log.text().substr(0, expected.size()), expected);
@@ -187,9 +210,18 @@ TEST(Log, ShowsWhatResultsPassThroughOnTheirWayIntoHandles) {
     const char* const made = "PelDOMNode()";
     const char* const assigned = "PelDOMNodeoperator=(PelDOMNode& rhs)";
     const char* const gone = "~PelDOMNode";
-    const std::string expected = recorded({{nullptr, missing}, {&node, made}, {&node, assigned},
-        {nullptr, missing}, {&node, gone}, {&node, made}, {&node, made}, {&node, assigned}, {&node, gone},
-        {&node, "PelDOMNode(const PelDOMNode& orig)"}, {&node, gone}, {&node, gone}});
+    const std::string expected = recorded({{nullptr, missing},
+                                           {&node, made},
+                                           {&node, assigned},
+                                           {nullptr, missing},
+                                           {&node, gone},
+                                           {&node, made},
+                                           {&node, made},
+                                           {&node, assigned},
+                                           {&node, gone},
+                                           {&node, "PelDOMNode(const PelDOMNode& orig)"},
+                                           {&node, gone},
+                                           {&node, gone}});
     EXPECT_EQ(withoutObjects(log.text()), withoutObjects(expected));
     EXPECT_EQ(text, u"x");
 }
@@ -198,7 +230,8 @@ TEST(Log, ShowsWhatResultsPassThroughOnTheirWayIntoHandles) {
 static void meetComment(const PelDOMNode& parent, int times) {
     const PelDOMNodeList children = parent.getChildNodes();
     PelDOMNode node;
-    for (int i = 0; i < times; ++i) children.item(0, node);
+    for (int i = 0; i < times; ++i)
+        children.item(0, node);
 }
 
 static std::string linesOfComments(int times) {
@@ -209,7 +242,8 @@ static std::string linesOfComments(int times) {
 }
 
 TEST(Log, WritesLinesOfNodesWithoutContentManyAtATimeAndInTheirOrder) {
-    if (mode > 1) GTEST_SKIP() << "each trace takes along what waits";
+    if (mode > 1)
+        GTEST_SKIP() << "each trace takes along what waits";
     const PelDOMElement root = rootOf("<r><!--c--></r>");
     const LogWatch log;
     std::string expected;
@@ -225,8 +259,8 @@ TEST(Log, WritesLinesOfNodesWithoutContentManyAtATimeAndInTheirOrder) {
     const std::string soFar = bytesOf(QRNDOM_LOG_FILE);
     EXPECT_GT(soFar.size() + 4096, log.before + expected.size() + linesOfComments(1000).size());
     root.dump(0);
-    EXPECT_TRUE(
-        hasWritten(linesOfComments(1000) + "Element(r)\n(\n" + linesOfComments(1) + "Node(type=8)\n)\n"));
+    EXPECT_TRUE(hasWritten(linesOfComments(1000) + "Element(r)\n(\n" + linesOfComments(1) +
+                           "Node(type=8)\n)\n"));
     meetComment(root, 1);
     const std::string large(5000, 'x'); // more than may wait
     PelDOM::error(large.c_str(), nullptr);
@@ -234,10 +268,12 @@ TEST(Log, WritesLinesOfNodesWithoutContentManyAtATimeAndInTheirOrder) {
 }
 
 TEST(Log, LosesNoLineAndRepeatsNoneWhenProcessesEnd) {
-    if (mode > 1) GTEST_SKIP() << "each trace takes along what waits";
+    if (mode > 1)
+        GTEST_SKIP() << "each trace takes along what waits";
     const PelDOMElement root = rootOf("<r><!--c--></r>");
     const std::string end = recorded({{nullptr, "the end"}});
-    const std::pair<void (*)(int), std::string> ends[] = {{&std::exit, end}, {&std::quick_exit, ""}};
+    const std::pair<void (*)(int), std::string> ends[] = {{&std::exit, end},
+                                                          {&std::quick_exit, ""}};
     for (const auto& [leave, last] : ends) {
         const LogWatch log;
         meetComment(root, 1); // what waits here is none of the child's
@@ -264,13 +300,16 @@ TEST(Log, TracesTheServices) {
     object->writeDocument(read, target, 0, 0, 0);
     PelDOMUtilites::releaseUtilities();
     PelDOMUtilites::releaseUtilities();
-    EXPECT_EQ(log.text(),
-        recorded({{nullptr, "PelDOMUtilites::getUtilities(PelDOM::Platform p)"},
-            {object, "PelXercesDOMUtilities::init()"}, {object, "PelXercesDOMUtilities::readDocument()"},
-            {&read, "PelDOMNode()"}, {object, "PelXercesDOMUtilities::readDocument()"},
-            {&text, "PelDOMNode()"}, {object, "PelXercesDOMUtilities::writeDocument()"},
-            {nullptr, "PelDOMUtilites::releaseUtilities()"}, {object, "PelXercesDOMUtilities::terminate()"},
-            {nullptr, "PelDOMUtilites::releaseUtilities()"}}));
+    EXPECT_EQ(log.text(), recorded({{nullptr, "PelDOMUtilites::getUtilities(PelDOM::Platform p)"},
+                                    {object, "PelXercesDOMUtilities::init()"},
+                                    {object, "PelXercesDOMUtilities::readDocument()"},
+                                    {&read, "PelDOMNode()"},
+                                    {object, "PelXercesDOMUtilities::readDocument()"},
+                                    {&text, "PelDOMNode()"},
+                                    {object, "PelXercesDOMUtilities::writeDocument()"},
+                                    {nullptr, "PelDOMUtilites::releaseUtilities()"},
+                                    {object, "PelXercesDOMUtilities::terminate()"},
+                                    {nullptr, "PelDOMUtilites::releaseUtilities()"}}));
 }
 
 TEST(Log, NeverMixesTheLinesOfThreads) {
@@ -279,9 +318,11 @@ TEST(Log, NeverMixesTheLinesOfThreads) {
     for (char letter = 'a'; letter < 'e'; ++letter)
         threads.emplace_back([letter] {
             const PelString message(std::string(300, letter).c_str());
-            for (int i = 0; i < 200; ++i) PelDOM::error(message, nullptr);
+            for (int i = 0; i < 200; ++i)
+                PelDOM::error(message, nullptr);
         });
-    for (std::thread& thread : threads) thread.join();
+    for (std::thread& thread : threads)
+        thread.join();
     std::istringstream lines(log.text());
     int count = 0;
     for (std::string line; std::getline(lines, line); ++count)
@@ -298,11 +339,15 @@ TEST(LogFile, OpensOnlyARegularFileOfItsOwn) {
     std::filesystem::create_hard_link(victim, folder.file("second name"));
     ASSERT_EQ(mkfifo(folder.file("fifo").c_str(), 0600), 0);
     const std::string foreign = folder.write("foreign", "theirs");
-    std::vector<std::string> refused{folder.file("link"), folder.file("second name"), folder.file("fifo"),
-        folder.file(""), folder.file("missing/log"), "/dev/null"};
-    if (chown(foreign.c_str(), 12345, 12345) == 0) refused.push_back(foreign);
-    for (auto& path : refused) EXPECT_EQ(PelPlatform::openLog(path.c_str()), PelPlatform::noLog) << path;
-    EXPECT_EQ(bytesOf(victim) + bytesOf(folder.file("aim")) + bytesOf(foreign), "preciousaimed attheirs");
+    std::vector<std::string> refused{folder.file("link"),        folder.file("second name"),
+                                     folder.file("fifo"),        folder.file(""),
+                                     folder.file("missing/log"), "/dev/null"};
+    if (chown(foreign.c_str(), 12345, 12345) == 0)
+        refused.push_back(foreign);
+    for (auto& path : refused)
+        EXPECT_EQ(PelPlatform::openLog(path.c_str()), PelPlatform::noLog) << path;
+    EXPECT_EQ(bytesOf(victim) + bytesOf(folder.file("aim")) + bytesOf(foreign),
+              "preciousaimed attheirs");
 }
 
 TEST(LogFile, IsEmptiedPrivateAppendedToAndClosedOnExec) {
@@ -314,10 +359,13 @@ TEST(LogFile, IsEmptiedPrivateAppendedToAndClosedOnExec) {
     const int log = PelPlatform::openLog(path.c_str());
     EXPECT_EQ(log, 0);
     int second = PelPlatform::noLog; // as of another process that loads the library
-    expectAnswers({{PelPlatform::appendToLog(log, "one\n"), "1"}, {bytesOf(path), "'one\n'"},
-        {(second = PelPlatform::openLog(path.c_str())) != PelPlatform::noLog, "1"}, {bytesOf(path), "''"},
-        {PelPlatform::appendToLog(log, "two\n"), "1"}, {PelPlatform::appendToLog(second, "three\n"), "1"},
-        {bytesOf(path), "'two\nthree\n'"}});
+    expectAnswers({{PelPlatform::appendToLog(log, "one\n"), "1"},
+                   {bytesOf(path), "'one\n'"},
+                   {(second = PelPlatform::openLog(path.c_str())) != PelPlatform::noLog, "1"},
+                   {bytesOf(path), "''"},
+                   {PelPlatform::appendToLog(log, "two\n"), "1"},
+                   {PelPlatform::appendToLog(second, "three\n"), "1"},
+                   {bytesOf(path), "'two\nthree\n'"}});
     EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0600));
     EXPECT_NE(fcntl(second, F_GETFD) & FD_CLOEXEC, 0);
     PelPlatform::closeLog(second);

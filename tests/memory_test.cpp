@@ -4,10 +4,13 @@
 #include "xerces/engine/PelXercesFields.h"
 #include "xerces/handles/PelXercesDOMNode.h"
 
-static PelDOMElement rootOf(const PelDOMDocument& document) { return document.getDocumentElement(); }
+static PelDOMElement rootOf(const PelDOMDocument& document) {
+    return document.getDocumentElement();
+}
 
 static PelString valueOf(int number) {
-    return PelString(std::string(static_cast<std::size_t>(1 + number % 50 * 277 % 600), 'v').c_str());
+    return PelString(
+        std::string(static_cast<std::size_t>(1 + number % 50 * 277 % 600), 'v').c_str());
 }
 
 // Enough of them for several collections.
@@ -20,9 +23,10 @@ static void makeGarbage(PelDOMDocument& document, int count = 3000) {
 }
 
 static PelDOMDocument typed() {
-    return parse("<!DOCTYPE r [<!ELEMENT r ANY><!ELEMENT b ANY><!ELEMENT c ANY>"
-                 "<!ATTLIST b d CDATA 'default' i ID #IMPLIED><!ATTLIST c d CDATA 'other' e CDATA 'e'>]>"
-                 "<r><b i='i1'><c>t<!--m--><?p d?></c></b><c/></r>");
+    return parse(
+        "<!DOCTYPE r [<!ELEMENT r ANY><!ELEMENT b ANY><!ELEMENT c ANY>"
+        "<!ATTLIST b d CDATA 'default' i ID #IMPLIED><!ATTLIST c d CDATA 'other' e CDATA 'e'>]>"
+        "<r><b i='i1'><c>t<!--m--><?p d?></c></b><c/></r>");
 }
 
 TEST(NodesWithoutParentAndHandle, GiveTheirMemoryBack) {
@@ -40,7 +44,8 @@ TEST(NodesWithoutParentAndHandle, GiveTheirMemoryBack) {
         [&](auto& document, auto&, int) { document.createElement("never").setAttribute("k", "v"); },
         [&](auto& document, auto& root, int i) {
             PelDOMElement element = document.createElement("e");
-            for (const char* name : {"k", "l", "m"}) element.setAttribute(name, valueOf(i));
+            for (const char* name : {"k", "l", "m"})
+                element.setAttribute(name, valueOf(i));
             element.setAttribute("k", valueOf(i + 1));
             element.removeAttribute("l");
             comeAndGo(root, element);
@@ -53,7 +58,8 @@ TEST(NodesWithoutParentAndHandle, GiveTheirMemoryBack) {
         [&](auto& document, auto& root, int i) {
             comeAndGo(root, document.createComment(valueOf(i)));
             comeAndGo(root, document.createCDATASection(valueOf(i + 1)));
-            comeAndGo(root, document.createProcessingInstruction(i % 2 == 0 ? "p" : "q", valueOf(i + 2)));
+            comeAndGo(root,
+                      document.createProcessingInstruction(i % 2 == 0 ? "p" : "q", valueOf(i + 2)));
         },
         [&](auto&, auto& root, int i) {
             root.appendTextElement("t", valueOf(i));
@@ -62,7 +68,9 @@ TEST(NodesWithoutParentAndHandle, GiveTheirMemoryBack) {
         [&](auto&, auto& root, int) {
             root.replaceChild(root.getFirstChild().cloneNode(true), root.getFirstChild());
         },
-        [&](auto& document, auto& root, int) { comeAndGo(root, document.importNode(rootOf(other), true)); },
+        [&](auto& document, auto& root, int) {
+            comeAndGo(root, document.importNode(rootOf(other), true));
+        },
         [&](auto& document, auto& root, int) {
             const PelDOMNode whole = document.importNode(rootOf(other), true);
             comeAndGo(root, whole);
@@ -84,7 +92,8 @@ TEST(NodesWithoutParentAndHandle, GiveTheirMemoryBack) {
         const std::string before = show(document);
         long alive = 0;
         for (int i = 0; i < 22000; ++i) {
-            if (i == 6000) alive = FailingMemory::alive;
+            if (i == 6000)
+                alive = FailingMemory::alive;
             round(document, root, i);
         }
         kept = PelDOMNode();
@@ -102,24 +111,30 @@ TEST(NodesWithoutParent, StayWholeWhileAHandleOrAListLeadsIntoThem) {
         const PelDOMNode moving = childAt(root, 1);
         const std::string whole = show(a);
         PelDOMNodeList list = holder == 1 ? childrenOf(childAt(a, 0)) : PelDOMNodeList();
-        if (holder == 2) PelDOMElement(a).getElementsByTagName("b", list);
-        EXPECT_EQ(holder == 3 ? root.replaceChild(document.createElement("n"), a) : root.removeChild(a),
-            PelDOM::SUCCESS);
+        if (holder == 2)
+            PelDOMElement(a).getElementsByTagName("b", list);
+        EXPECT_EQ(holder == 3 ? root.replaceChild(document.createElement("n"), a)
+                              : root.removeChild(a),
+                  PelDOM::SUCCESS);
         a = PelDOMNode();
-        if (holder == 1 || holder == 2) held = PelDOMNode();
+        if (holder == 1 || holder == 2)
+            held = PelDOMNode();
         for (int round = 0; round < 20; ++round) { // on and off, in and out
             makeGarbage(document, 500);
             round % 2 == 0 ? root.removeChild(moving) : root.insertBefore(moving, PelDOMNode());
         }
-        if (holder == 1) held = itemOf(list, 1);
+        if (holder == 1)
+            held = itemOf(list, 1);
         if (holder == 2) {
             expectAnswers({{list.length(), "2"}, {itemOf(list, 0), "b(|t| #8)"}});
         }
-        if (holder == 2) held = itemOf(list, 1);
+        if (holder == 2)
+            held = itemOf(list, 1);
         list = PelDOMNodeList();
         makeGarbage(document);
         a = held;
-        while (PelDOMNode parent = a.getParentNode()) a = parent;
+        while (PelDOMNode parent = a.getParentNode())
+            a = parent;
         EXPECT_EQ(show(a), whole) << holder;
         EXPECT_EQ(answers({root.insertBefore(a, PelDOMNode()), root.getLastChild()}), "ok " + whole)
             << holder;
@@ -135,12 +150,14 @@ TEST(NodesWithoutParent, MayBeManyAndHeld) {
     std::vector<PelDOMElement> elements;
     for (int i = 0; i < 30000; ++i) {
         elements.push_back(document.createElement("e"));
-        if (i % 3 == 0) elements.back().appendTextElement("t", PelString().format(u"%d", i));
+        if (i % 3 == 0)
+            elements.back().appendTextElement("t", PelString().format(u"%d", i));
     }
     makeGarbage(document);
     for (std::size_t i = 0; i < elements.size(); ++i)
         EXPECT_EQ(show(elements[i]), i % 3 == 0 ? "e(t(|" + std::to_string(i) + "|))" : "e");
-    for (const PelDOMElement& element : elements) root.insertBefore(element, PelDOMNode());
+    for (const PelDOMElement& element : elements)
+        root.insertBefore(element, PelDOMNode());
     elements.clear();
     makeGarbage(document);
     EXPECT_EQ(childrenOf(root).length(), 30000);
@@ -160,11 +177,15 @@ TEST(NodesWithoutParent, AreGoneFromLists) {
             root.removeChild(childAt(root, 1));
         }
         makeGarbage(document);
-        expectAnswers({{children.length(), "3"}, {itemOf(children, 1), "c"}, {elements.length(), "3"},
-            {itemOf(elements, 1), "c"}});
+        expectAnswers({{children.length(), "3"},
+                       {itemOf(children, 1), "c"},
+                       {elements.length(), "3"},
+                       {itemOf(elements, 1), "c"}});
         root.insertBefore(document.createElement("b"), childAt(root, 1));
-        expectAnswers({{children.length(), "4"}, {itemOf(children, 1), "b"}, {elements.length(), "4"},
-            {itemOf(elements, 1), "b"}});
+        expectAnswers({{children.length(), "4"},
+                       {itemOf(children, 1), "b"},
+                       {elements.length(), "4"},
+                       {itemOf(elements, 1), "b"}});
     }
 }
 
@@ -174,11 +195,14 @@ TEST(NodesUsedAgain, AreAsNew) {
     for (int i = 0; i < 3000; ++i) {
         PelDOMElement element = document.createElement(i % 2 == 0 ? "b" : "n");
         EXPECT_EQ(show(element), i % 2 == 0 ? "b d=default" : "n");
-        expectAnswers({{element.getParentNode(), "null"}, {element.getNextSibling(), "null"},
-            {element.getPreviousSibling(), "null"}, {element.getFirstChild(), "null"}});
+        expectAnswers({{element.getParentNode(), "null"},
+                       {element.getNextSibling(), "null"},
+                       {element.getPreviousSibling(), "null"},
+                       {element.getFirstChild(), "null"}});
         PelDOMNode text = document.createTextNode("t"), comment = document.createComment("");
-        expectAnswers(
-            {{text, "|t|"}, {text.getPreviousSibling(), "null"}, {comment.getNextSibling(), "null"}});
+        expectAnswers({{text, "|t|"},
+                       {text.getPreviousSibling(), "null"},
+                       {comment.getNextSibling(), "null"}});
         for (const PelDOMNode& node : {text, comment, PelDOMNode(document.createElement("m"))})
             element.insertBefore(node, element.getFirstChild());
         element.setAttribute("k", "v");
@@ -190,7 +214,8 @@ TEST(NodesUsedAgain, AreAsNew) {
 // Each way to bring a name into a document. Chains of names stay short, however many there are.
 TEST(NamesThatAreMade, HavePlacesEnough) {
     if (!PelXercesFields::areKnown())
-        GTEST_SKIP() << "the table of names is as the engine makes it where its fields are not known";
+        GTEST_SKIP()
+            << "the table of names is as the engine makes it where its fields are not known";
     constexpr int count = 3000;
     using Make = std::function<void(PelDOMDocument&, PelDOMElement&, const PelString&)>;
     const Make ways[] = {
@@ -199,13 +224,16 @@ TEST(NamesThatAreMade, HavePlacesEnough) {
         [](auto&, auto& root, auto& name) { root.putAttribute(name, ""); },
         [](auto&, auto& root, auto& name) { root.setTagName(name); },
         [](auto& document, auto&, auto& name) { document.createProcessingInstruction(name, ""); },
-        [](auto& document, auto&, auto& name) { document.importNode(rootOf("<" + name + "/>"), true); },
+        [](auto& document, auto&, auto& name) {
+            document.importNode(rootOf("<" + name + "/>"), true);
+        },
         [](auto& document, auto&, auto& name) { PelDOMFiler(document).appendElement(name, "t"); },
     };
     for (const Make& make : ways) {
         PelDOMDocument document = services().createDocument("r");
         PelDOMElement root = document.getDocumentElement();
-        for (int i = 0; i < count; ++i) make(document, root, ("n" + std::to_string(i)).c_str());
+        for (int i = 0; i < count; ++i)
+            make(document, root, ("n" + std::to_string(i)).c_str());
         auto& engine = static_cast<xercesc::DOMDocumentImpl&>(
             *PelXercesDOMNode::of(*document.getNodeImp()).getDocument());
         EXPECT_EQ(PelXercesFields::countNames(engine) / count, 1u) << "way " << &make - ways;

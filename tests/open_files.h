@@ -4,4 +4,6 @@
 #include <filesystem>
 #include <iterator>
 
-inline long openFiles() { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); }
+inline long openFiles() {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+}

@@ -54,7 +54,8 @@ std::string utf16(const std::u16string& text) {
 
 std::string repeated(const std::string& text, int times) {
     std::string result;
-    while (times-- > 0) result += text;
+    while (times-- > 0)
+        result += text;
     return result;
 }
 
@@ -69,55 +70,65 @@ TEST_F(Reading, TellsEachFaultAtItsPlaceInLinesAndCharacters) {
         {__LINE__, "<a>\r\t<b>x</c></a>", "2:8: expected end of tag 'b'"},
         {__LINE__, "<a>\n " + smile + smile + "<b>x</c></a>", "2:10: expected end of tag 'b'"},
         {__LINE__, "<a>" + smile + "\n<b>x</c></a>", "2:7: expected end of tag 'b'"},
-        {__LINE__, utf16(u"<a>\r\n\U0001F600<b>\U0001F600</c></a>"), "2:8: expected end of tag 'b'"},
+        {__LINE__, utf16(u"<a>\r\n\U0001F600<b>\U0001F600</c></a>"),
+         "2:8: expected end of tag 'b'"},
         {__LINE__, "<?xml version='1.0' encoding='ISO-8859-1'?>\n<a>\xE9\xE9<b></c></a>",
-            "2:11: expected end of tag 'b'"},
+         "2:11: expected end of tag 'b'"},
         {__LINE__, "<?xml version='1.0' encoding='GB18030'?>\n<a>\x94\x39\xDA\x33<b></c></a>",
-            "2:10: expected end of tag 'b'"},
+         "2:10: expected end of tag 'b'"},
         {__LINE__, "<a>\n<b>",
-            "2:4: input ended before all started tags were ended; last tag started is 'b'"},
+         "2:4: input ended before all started tags were ended; last tag started is 'b'"},
         {__LINE__, "<a/>\n<b/>",
-            "2:1: only comments and processing instructions may follow the root element"},
-        {__LINE__, "hello", "1:1: this is not XML: a document begins with a declaration or an element"},
+         "2:1: only comments and processing instructions may follow the root element"},
+        {__LINE__, "hello",
+         "1:1: this is not XML: a document begins with a declaration or an element"},
         {__LINE__, "", "1:1: this is not XML: a document begins with a declaration or an element"},
         {__LINE__, "<a b='1' b='2'/>", "1:12: attribute 'b' is already specified for element 'a'"},
         {__LINE__, "<a>&nope;</a>", "1:10: entity 'nope' not found"},
         {__LINE__, "<a>\n x\xFFy</a>", "2:3: code point 0xFF is invalid for 'UTF-8' encoding"},
         {__LINE__, "<a>\n" + repeated("<row>some text</row>\n", 5000) + smile + "\xC3(</a>",
-            "5002:2: code point 0xC3 is invalid for 'UTF-8' encoding"},
+         "5002:2: code point 0xC3 is invalid for 'UTF-8' encoding"},
         {__LINE__, "<bo\xC3ld/>", "1:4: code point 0xC3 is invalid for 'UTF-8' encoding"},
         {__LINE__, "<a>\n <b>\xF5\x80\x80\x80</b></a>",
-            "2:5: code point 0xF5 is invalid for 'UTF-8' encoding"},
-        {__LINE__, "<a>" + repeated("x\n", 100000) + "</a>\xE2\x82", "100001:5: invalid multi-byte sequence"},
+         "2:5: code point 0xF5 is invalid for 'UTF-8' encoding"},
+        {__LINE__, "<a>" + repeated("x\n", 100000) + "</a>\xE2\x82",
+         "100001:5: invalid multi-byte sequence"},
         {__LINE__, "\xFF\xFE<\0a\0>\0\n\0\0\xDC"s,
-            "2:1: code point 0xDC00 is invalid for 'UTF-16LE' encoding"},
+         "2:1: code point 0xDC00 is invalid for 'UTF-16LE' encoding"},
         {__LINE__, "<?xml version='1.0' encoding='Shift_JIS'?>\n<a>\x82\xA0\x82</a>",
-            "2:5: code point 0x82 is invalid for 'Shift_JIS' encoding"},
+         "2:5: code point 0x82 is invalid for 'Shift_JIS' encoding"},
         {__LINE__, "<a/>\n\0x"s, "2:1: code point 0x0 is invalid for 'UTF-8' encoding"},
         {__LINE__, "<a>\n caf\xC3", "2:5: invalid multi-byte sequence"},
-        {__LINE__, "<?xml version='1.7'?><a/>", "1:22: only the versions 1.0 and 1.1 of XML are read"},
+        {__LINE__, "<?xml version='1.7'?><a/>",
+         "1:22: only the versions 1.0 and 1.1 of XML are read"},
         {__LINE__, "<?xml version='1.0' encoding='nope-8'?><a/>",
-            "1:39: the encoding 'nope-8' is unknown or not that of the bytes"},
+         "1:39: the encoding 'nope-8' is unknown or not that of the bytes"},
         {__LINE__, "<!DOCTYPE a [\n<!ELEMENT a (b>]><a/>", "2:15: expected ',', '|', or ')'"},
         {__LINE__, "<!DOCTYPE a SYSTEM 'gone.dtd'>\n<a/>", "1:31: gone.dtd: no such file"},
         {__LINE__, "<!DOCTYPE a SYSTEM 'no\tsuch\nfile'>\n<a/>", "2:7: no such file: no such file"},
         {__LINE__, "<!DOCTYPE a SYSTEM 'sub'>\n<a/>", "1:26: sub: is a folder"},
         {__LINE__, "<!DOCTYPE a SYSTEM '/dev/null'>\n<a/>", "1:32: /dev/null: is no regular file"},
         {__LINE__, "<!DOCTYPE a SYSTEM 'http://x.test/a.dtd'>\n<a/>",
-            "1:42: http://x.test/a.dtd: an address on the network is not read"},
+         "1:42: http://x.test/a.dtd: an address on the network is not read"},
         {__LINE__, "<!DOCTYPE a SYSTEM 'urn:x:a.dtd'>\n<a/>",
-            "1:34: urn:x:a.dtd: an address of this kind is not read"},
-        {__LINE__, "<!DOCTYPE a SYSTEM 'file:/gone/a.dtd'>\n<a/>", "1:39: file:/gone/a.dtd: no such file"},
-        {__LINE__, "<!DOCTYPE a SYSTEM 'file:///%00'>\n<a/>", "1:34: file:///%00: no file has such a name"},
-        {__LINE__, "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e 'e'>]>\n<a>\n" + repeated("&e;", 50'001) + "</a>",
-            "3:150004: parser has encountered more than '50000' entity expansions in the document; this is "
-            "the "
-            "limit imposed by the application"},
+         "1:34: urn:x:a.dtd: an address of this kind is not read"},
+        {__LINE__, "<!DOCTYPE a SYSTEM 'file:/gone/a.dtd'>\n<a/>",
+         "1:39: file:/gone/a.dtd: no such file"},
+        {__LINE__, "<!DOCTYPE a SYSTEM 'file:///%00'>\n<a/>",
+         "1:34: file:///%00: no file has such a name"},
+        {__LINE__,
+         "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e 'e'>]>\n<a>\n" + repeated("&e;", 50'001) + "</a>",
+         "3:150004: parser has encountered more than '50000' entity expansions in the document; "
+         "this is "
+         "the "
+         "limit imposed by the application"},
     };
     for (const auto& row : rows) {
-        if (areRemoteRead && row.bytes.find("http:") != std::string::npos) continue;
+        if (areRemoteRead && row.bytes.find("http:") != std::string::npos)
+            continue;
         Reader reader;
-        reader.setLimit(Reader::TIME, std::numeric_limits<std::size_t>::max()); // however slow the machine is
+        reader.setLimit(Reader::TIME,
+                        std::numeric_limits<std::size_t>::max()); // however slow the machine is
         EXPECT_EQ(read(reader, row.bytes), "null; E d.xml:" + row.message) << "line " << row.line;
     }
 }
@@ -131,12 +142,14 @@ TEST_F(Reading, NamesFilesAsTheCallerAndTheDocumentNameThem) {
     EXPECT_EQ(file("./sub/../a.xml"), "null; E ./sub/../a.xml:2:7: expected end of tag 'b'");
     EXPECT_EQ(file("sub/d.xml"), "null; E sub/e.ent:2:5: entity 'x' not found");
     for (const std::string& name : {folder + "/sub/e.ent", "file://" + folder + "/sub/e.ent"}) {
-        write("sub/d.xml", "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e SYSTEM '" + name + "'>]>\n<a>&e;</a>");
+        write("sub/d.xml",
+              "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e SYSTEM '" + name + "'>]>\n<a>&e;</a>");
         EXPECT_EQ(file("sub/d.xml"), "null; E " + name + ":2:5: entity 'x' not found");
     }
     for (const std::string name : {"part:1", "1:1", ":"}) { // no address if there is such a file
         write(("sub/" + name).c_str(), "&x;");
-        write("sub/d.xml", "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e SYSTEM '" + name + "'>]>\n<a>&e;</a>");
+        write("sub/d.xml",
+              "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e SYSTEM '" + name + "'>]>\n<a>&e;</a>");
         EXPECT_EQ(file("sub/d.xml"), "null; E sub/" + name + ":1:4: entity 'x' not found");
     }
     EXPECT_EQ(file("gone.xml"), "null; E gone.xml:0:0: no such file");
@@ -145,7 +158,7 @@ TEST_F(Reading, NamesFilesAsTheCallerAndTheDocumentNameThem) {
 
     reader.setBase("sub/other.xml");
     EXPECT_EQ(read(reader, "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e SYSTEM 'e.ent'>]><a>&e;</a>"),
-        "null; E sub/e.ent:2:5: entity 'x' not found");
+              "null; E sub/e.ent:2:5: entity 'x' not found");
     EXPECT_EQ(PelDOMUtilites::getLastReadMessage(), PelString()); // the services' own
 }
 
@@ -153,14 +166,15 @@ TEST_F(Reading, NamesFilesAsTheCallerAndTheDocumentNameThem) {
 TEST_F(Reading, LooksForPlacesNoFurtherThanItHasTo) {
     const auto bytesRead = [] {
         std::size_t count = 0;
-        std::ifstream("/proc/self/io").ignore(std::numeric_limits<std::streamsize>::max(), ' ') >> count;
+        std::ifstream("/proc/self/io").ignore(std::numeric_limits<std::streamsize>::max(), ' ') >>
+            count;
         return count;
     };
     Reader reader;
     write("large", "<!e" + repeated("x", 8'000'000));
     const std::size_t before = bytesRead();
-    EXPECT_EQ(
-        read(reader, "<!DOCTYPE a SYSTEM 'large'><a/>"), "null; E large:1:3: markup declaration expected");
+    EXPECT_EQ(read(reader, "<!DOCTYPE a SYSTEM 'large'><a/>"),
+              "null; E large:1:3: markup declaration expected");
     EXPECT_LT(bytesRead() - before, 1'000'000u);
 
     const std::string smile = "\xF0\x9F\x98\x80", line = repeated(smile, 3'000) + "x\n",
@@ -181,14 +195,17 @@ TEST_F(Reading, ReadsAsItIsSet) {
     const auto never = [](Reader& reader) { reader.setValidation(Reader::NEVER); };
     const auto always = [](Reader& reader) { reader.setValidation(Reader::ALWAYS); };
     const auto noDTD = [=](Reader& reader) { never(reader), reader.setExternalDTD(false); };
-    const auto noEntities = [=](Reader& reader) { never(reader), reader.setExternalEntities(false); };
+    const auto noEntities = [=](Reader& reader) {
+        never(reader), reader.setExternalEntities(false);
+    };
     const auto refuse = [](Reader& reader) { reader.setDocumentType(Reader::REFUSE); };
     const auto spaces = [](Reader& reader) { reader.setKeepIgnorableWhitespace(true); };
     const auto two = [](Reader& reader) { reader.setMaxMessages(2); };
     const auto quiet = [](Reader& reader) { reader.setMaxMessages(0); };
     const std::string entities = "<!DOCTYPE a [<!ENTITY e SYSTEM 'inner.ent'>]><a>&e;</a>";
     const std::string page = "<!DOCTYPE a PUBLIC 'p' 'http://x.test/a.dtd'><a/>";
-    const std::string outside = "<!DOCTYPE a SYSTEM 'a.dtd' [<!ENTITY e SYSTEM 'inner.ent'>]><a>&f;</a>";
+    const std::string outside =
+        "<!DOCTYPE a SYSTEM 'a.dtd' [<!ENTITY e SYSTEM 'inner.ent'>]><a>&f;</a>";
     const std::string model = "<!DOCTYPE a [<!ELEMENT a (b)><!ELEMENT b EMPTY>]><a> <b/> </a>";
     const std::string wrong =
         "<!DOCTYPE a [<!ELEMENT a EMPTY><!ATTLIST a b CDATA #REQUIRED>]><a><c/><d/></a>";
@@ -207,60 +224,69 @@ TEST_F(Reading, ReadsAsItIsSet) {
         {__LINE__, none, outside, "a(|from the DTD|)"},
         {__LINE__, never, outside, "a(|from the DTD|)"},
         {__LINE__, noDTD, "<!DOCTYPE a SYSTEM 'a.dtd'><a/>",
-            "a; W d.xml:1:28: a.dtd is not read, as it was set"},
+         "a; W d.xml:1:28: a.dtd is not read, as it was set"},
         {__LINE__, noEntities, outside,
-            "null; W d.xml:1:61: a.dtd is not read, as it was set; E d.xml:1:67: entity 'f' not found"},
+         "null; W d.xml:1:61: a.dtd is not read, as it was set; E d.xml:1:67: entity 'f' not "
+         "found"},
         {__LINE__, never, "<!DOCTYPE a [<!ENTITY e 'e'>]><a>&x;</a>",
-            "null; E d.xml:1:37: entity 'x' not found"},
-        {__LINE__, never, page, "a; W d.xml:1:46: http://x.test/a.dtd is left out, since it cannot be read"},
+         "null; E d.xml:1:37: entity 'x' not found"},
+        {__LINE__, never, page,
+         "a; W d.xml:1:46: http://x.test/a.dtd is left out, since it cannot be read"},
         {__LINE__, never, "<!DOCTYPE a SYSTEM 'gone.dtd'><a/>",
-            "a; W d.xml:1:31: gone.dtd is left out, since it cannot be read"},
+         "a; W d.xml:1:31: gone.dtd is left out, since it cannot be read"},
         {__LINE__, never, "<!DOCTYPE a [<!ENTITY e SYSTEM 'gone.ent'>]><a>&e;</a>",
-            "null; E d.xml:1:51: gone.ent: no such file"},
+         "null; E d.xml:1:51: gone.ent: no such file"},
         {__LINE__, never, "<!DOCTYPE a SYSTEM 'urn:x:a.dtd'><a/>",
-            "a; W d.xml:1:34: urn:x:a.dtd is left out, since it cannot be read"},
+         "a; W d.xml:1:34: urn:x:a.dtd is left out, since it cannot be read"},
         {__LINE__, noDTD, "<!DOCTYPE a SYSTEM 'urn:x:a.dtd'><a/>",
-            "a; W d.xml:1:34: urn:x:a.dtd is not read, as it was set"},
+         "a; W d.xml:1:34: urn:x:a.dtd is not read, as it was set"},
         {__LINE__, never, "<!DOCTYPE a SYSTEM 'gone.dtd'><a b='5&nbsp;&euro;'/>",
-            gone + "; E d.xml:1:44: entity 'nbsp' not found"},
-        {__LINE__, never, "<!DOCTYPE a [%p;]><a b='&x;'/>", "null; E d.xml:1:28: entity 'x' not found"},
+         gone + "; E d.xml:1:44: entity 'nbsp' not found"},
+        {__LINE__, never, "<!DOCTYPE a [%p;]><a b='&x;'/>",
+         "null; E d.xml:1:28: entity 'x' not found"},
         {__LINE__, never,
-            "<!DOCTYPE a SYSTEM 'gone.dtd' [<!ENTITY e 'e'><!ATTLIST a b CDATA '&e;&lt;'>]><a c='&e;'/>",
-            "a b=e< c=e; W d.xml:1:79: gone.dtd is left out, since it cannot be read"},
+         "<!DOCTYPE a SYSTEM 'gone.dtd' [<!ENTITY e 'e'><!ATTLIST a b CDATA '&e;&lt;'>]><a "
+         "c='&e;'/>",
+         "a b=e< c=e; W d.xml:1:79: gone.dtd is left out, since it cannot be read"},
         {__LINE__, never, "<!DOCTYPE a SYSTEM 'gone.dtd' [<!ATTLIST a b CDATA 'd&nbsp;e'>]><a/>",
-            "null; E d.xml:1:60: entity 'nbsp' not found"},
+         "null; E d.xml:1:60: entity 'nbsp' not found"},
         {__LINE__, none, "<!DOCTYPE a SYSTEM 'a.dtd' [<!ATTLIST a b CDATA 'd&nbsp;e'>]><a/>",
-            "null; E d.xml:1:57: entity 'nbsp' not found"},
+         "null; E d.xml:1:57: entity 'nbsp' not found"},
         {__LINE__, never, "<!DOCTYPE a SYSTEM 'list.dtd'><a/>",
-            "null; E list.dtd:1:61: entity 'x' not found"},
-        {__LINE__, none, "<!DOCTYPE a SYSTEM 'list.dtd'><a/>", "null; E list.dtd:1:61: entity 'x' not found"},
+         "null; E list.dtd:1:61: entity 'x' not found"},
+        {__LINE__, none, "<!DOCTYPE a SYSTEM 'list.dtd'><a/>",
+         "null; E list.dtd:1:61: entity 'x' not found"},
         {__LINE__, none, "<!DOCTYPE a SYSTEM 'a.dtd' [<!ATTLIST a b CDATA ''>]><a>&x;&y;</a>",
-            "null; E d.xml:1:60: entity 'x' not found; E d.xml:1:63: entity 'y' not found"},
+         "null; E d.xml:1:60: entity 'x' not found; E d.xml:1:63: entity 'y' not found"},
         {__LINE__, always, "<a/>", "null; E d.xml:1:3: no declaration found for element 'a'"},
         {__LINE__, always, model, "a(b)"},
         {__LINE__, spaces, model, "a(| | b | |)"},
         {__LINE__, refuse, "<a/>", "a"},
         {__LINE__, refuse, page,
-            "null; E d.xml:1:45: documents with a document type are refused, as it was set"},
+         "null; E d.xml:1:45: documents with a document type are refused, as it was set"},
         {__LINE__, refuse, utf16(u"<!DOCTYPE a><a/>"),
-            "null; E d.xml:1:13: documents with a document type are refused, as it was set"},
+         "null; E d.xml:1:13: documents with a document type are refused, as it was set"},
         {__LINE__, refuse, "<?xml version='1.0' encoding='UTF-7'?>+ADwAIQ-DOCTYPE a><a/>",
-            "null; E d.xml:1:51: documents with a document type are refused, as it was set"},
+         "null; E d.xml:1:51: documents with a document type are refused, as it was set"},
         {__LINE__, refuse, // the same in IBM037
-            "\x4C\x6F\xA7\x94\x93\x40\xA5\x85\x99\xA2\x89\x96\x95\x7E\x7D\xF1\x4B\xF0\x7D\x40\x85\x95\x83\x96"
-            "\x84\x89\x95\x87\x7E\x7D\x89\x82\x94\xF0\xF3\xF7\x7D\x6F\x6E\x4C\x5A\xC4\xD6\xC3\xE3\xE8\xD7\xC5"
-            "\x40\x81\x6E\x4C\x81\x61\x6E",
-            "null; E d.xml:1:52: documents with a document type are refused, as it was set"},
+         "\x4C\x6F\xA7\x94\x93\x40\xA5\x85\x99\xA2\x89\x96\x95\x7E\x7D\xF1\x4B\xF0\x7D\x40\x85\x95"
+         "\x83\x96"
+         "\x84\x89\x95\x87\x7E\x7D\x89\x82\x94\xF0\xF3\xF7\x7D\x6F\x6E\x4C\x5A\xC4\xD6\xC3\xE3\xE8"
+         "\xD7\xC5"
+         "\x40\x81\x6E\x4C\x81\x61\x6E",
+         "null; E d.xml:1:52: documents with a document type are refused, as it was set"},
         {__LINE__, none, wrong,
-            "null" + missing + unknown + "; E d.xml:1:73: no declaration found for element 'd'" +
-                "; E d.xml:1:79: element 'c' is not allowed for content model 'EMPTY'"},
+         "null" + missing + unknown + "; E d.xml:1:73: no declaration found for element 'd'" +
+             "; E d.xml:1:79: element 'c' is not allowed for content model 'EMPTY'"},
         {__LINE__, two, wrong, "null" + missing + unknown},
         {__LINE__, quiet, wrong, "null"},
-        {__LINE__, none, "<!DOCTYPE a [<!ELEMENT a ANY><!ATTLIST a b CDATA ''><!ATTLIST a b CDATA ''>]><a/>",
-            "a b=; W d.xml:1:66: attribute 'b' has already been declared for element 'a'"},
+        {__LINE__, none,
+         "<!DOCTYPE a [<!ELEMENT a ANY><!ATTLIST a b CDATA ''><!ATTLIST a b CDATA ''>]><a/>",
+         "a b=; W d.xml:1:66: attribute 'b' has already been declared for element 'a'"},
     };
     for (const auto& row : rows) {
-        if (areRemoteRead && row.bytes.find("http:") != std::string::npos) continue;
+        if (areRemoteRead && row.bytes.find("http:") != std::string::npos)
+            continue;
         Reader reader;
         row.set(reader);
         EXPECT_EQ(read(reader, row.bytes), row.told) << "line " << row.line;
@@ -270,7 +296,8 @@ TEST_F(Reading, ReadsAsItIsSet) {
         Reader assigned;
         read(assigned, "<");
         assigned = reader;
-        EXPECT_EQ(told(assigned, PelDOMDocument()), "null") << "nor have those that are assigned to";
+        EXPECT_EQ(told(assigned, PelDOMDocument()), "null")
+            << "nor have those that are assigned to";
         EXPECT_EQ(read(assigned = *&assigned, row.bytes), row.told)
             << "line " << row.line << ", when assigned";
     }
@@ -279,14 +306,16 @@ TEST_F(Reading, ReadsAsItIsSet) {
 TEST_F(Reading, KeepsAnErrorRatherThanAWarning) {
     Reader reader;
     reader.setMaxMessages(1);
-    EXPECT_EQ(
-        read(reader, "<!DOCTYPE a [<!ELEMENT a ANY><!ATTLIST a b CDATA ''><!ATTLIST a b CDATA ''>]><a/><a/>"),
-        "null; E d.xml:1:82: only comments and processing instructions may follow the root element");
+    EXPECT_EQ(read(reader, "<!DOCTYPE a [<!ELEMENT a ANY><!ATTLIST a b CDATA ''><!ATTLIST a b "
+                           "CDATA ''>]><a/><a/>"),
+              "null; E d.xml:1:82: only comments and processing instructions may follow the root "
+              "element");
 }
 
 TEST_F(Reading, KeepsToEachLimitThatIsSet) {
-    const std::string dtd = "<!DOCTYPE a [<!ELEMENT a ANY><!ELEMENT b (a,a?)><!ATTLIST a k (one|two) 'one'>"
-                            "<!ENTITY f 'longer than e'><!ENTITY e 'eeeeeeeeee'>]><a>&e;&e;<a/></a>";
+    const std::string dtd =
+        "<!DOCTYPE a [<!ELEMENT a ANY><!ELEMENT b (a,a?)><!ATTLIST a k (one|two) 'one'>"
+        "<!ENTITY f 'longer than e'><!ENTITY e 'eeeeeeeeee'>]><a>&e;&e;<a/></a>";
     const auto declaring = [](const std::string& declarations) {
         return "<!DOCTYPE a [" + declarations + "]><a/>";
     };
@@ -298,25 +327,27 @@ TEST_F(Reading, KeepsToEachLimitThatIsSet) {
     } rows[] = {
         {__LINE__, Reader::WORK, Reader::WORK_PER_BYTE, 0, dtd, "too much work for"},
         {__LINE__, Reader::MEMORY, Reader::MEMORY_PER_BYTE, 0, dtd, "too much memory"},
-        {__LINE__, Reader::TIME, Reader::TIME_PER_BYTE, 0, "<a>" + repeated("<a/>", 500'000) + "</a>",
-            "too much processor time"},
+        {__LINE__, Reader::TIME, Reader::TIME_PER_BYTE, 0,
+         "<a>" + repeated("<a/>", 500'000) + "</a>", "too much processor time"},
         {__LINE__, Reader::EXPANSION, Reader::EXPANSION_PER_BYTE, 26, dtd,
-            "too much text from entities, default attributes or files read again"},
+         "too much text from entities, default attributes or files read again"},
         {__LINE__, Reader::ENTITY_EXPANSIONS, Reader::ENTITY_EXPANSIONS, 2, dtd,
-            "parser has encountered more than '1'"},
-        {__LINE__, Reader::REFERENCES, Reader::REFERENCES, 3, dtd, "too many references to entities"},
+         "parser has encountered more than '1'"},
+        {__LINE__, Reader::REFERENCES, Reader::REFERENCES, 3, dtd,
+         "too many references to entities"},
         {__LINE__, Reader::NAMES, Reader::NAMES, 3,
-            "<?xml version='1.0' encoding='ISO-8859-1'?><a a='' b=''><b/><c/></a>",
-            "too many different names"},
+         "<?xml version='1.0' encoding='ISO-8859-1'?><a a='' b=''><b/><c/></a>",
+         "too many different names"},
         {__LINE__, Reader::NAMES, Reader::NAMES, 2, "<a b=''/>", "too many different names"},
         {__LINE__, Reader::NAMES, Reader::NAMES, 2, declaring("<!ELEMENT a ANY><!ELEMENT b ANY>"),
-            "too many declarations"},
+         "too many declarations"},
         {__LINE__, Reader::NAMES, Reader::NAMES, 2, declaring("<!ENTITY e ''><!ENTITY f ''>"),
-            "too many declarations"},
+         "too many declarations"},
         {__LINE__, Reader::MODEL_PARTS, Reader::MODEL_PARTS, 4, dtd, "too large a content model"},
         {__LINE__, Reader::LIST_CHARACTERS, Reader::LIST_CHARACTERS, 7, dtd,
-            "too many values for an attribute"},
-        {__LINE__, Reader::MESSAGE_CHARACTERS, Reader::MESSAGE_CHARACTERS, 0, dtd + "<", "too many errors"},
+         "too many values for an attribute"},
+        {__LINE__, Reader::MESSAGE_CHARACTERS, Reader::MESSAGE_CHARACTERS, 0, dtd + "<",
+         "too many errors"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.line);
@@ -344,15 +375,18 @@ TEST_F(Reading, ReadsStreamsToTheirEnd) {
     Reader reader;
     std::istringstream stream(bytes);
     const PelDOMDocument document = reader.readStream(stream, "s");
-    EXPECT_EQ(document.getDocumentElement().getTextContent().toUtf8(), "\xC3\xA9" + repeated("x", 200'000));
+    EXPECT_EQ(document.getDocumentElement().getTextContent().toUtf8(),
+              "\xC3\xA9" + repeated("x", 200'000));
     EXPECT_TRUE(stream.eof());
-    EXPECT_EQ(told(reader, reader.readStream(stream, "s")), "null; E s:0:0: the stream cannot be read");
+    EXPECT_EQ(told(reader, reader.readStream(stream, "s")),
+              "null; E s:0:0: the stream cannot be read");
 
     struct Broken : std::streambuf {
         int_type underflow() override { throw std::runtime_error("cut off"); }
     } broken;
     std::istream cutOff(&broken);
-    EXPECT_EQ(told(reader, reader.readStream(cutOff, "c")), "null; E c:0:0: the stream cannot be read");
+    EXPECT_EQ(told(reader, reader.readStream(cutOff, "c")),
+              "null; E c:0:0: the stream cannot be read");
     std::istringstream strict("<a/>");
     strict.exceptions(std::ios_base::eofbit);
     EXPECT_EQ(told(reader, reader.readStream(strict, "s")), "a");
@@ -364,13 +398,15 @@ TEST_F(Reading, WorksInSeveralThreadsAndBesideTheServices) {
         threads.emplace_back([] {
             Reader reader;
             for (int round = 0; round < 50; ++round) {
-                EXPECT_EQ(read(reader, "<!DOCTYPE a SYSTEM 'a.dtd'><a>&f;</a>"), "a(|from the DTD|)");
+                EXPECT_EQ(read(reader, "<!DOCTYPE a SYSTEM 'a.dtd'><a>&f;</a>"),
+                          "a(|from the DTD|)");
                 EXPECT_EQ(read(reader, "<a>"),
-                    "null; E d.xml:1:4: input ended before all started tags were ended; "
-                    "last tag started is 'a'");
+                          "null; E d.xml:1:4: input ended before all started tags were ended; "
+                          "last tag started is 'a'");
             }
         });
-    for (std::thread& thread : threads) thread.join();
+    for (std::thread& thread : threads)
+        thread.join();
     Reader reader;
     PelDOMDocument document = reader.readBytes("<a/>", 4, "d");
     services().init();

@@ -27,8 +27,10 @@ namespace {
 
 // A document and the bytes that it is written as.
 struct Sample {
-    explicit Sample(const std::string& fill, std::size_t count = 1) : document(parse("<" + fill + "/>")) {
-        for (std::size_t i = 0; i < count; ++i) document.getDocumentElement().appendTextElement("t", fill);
+    explicit Sample(const std::string& fill, std::size_t count = 1)
+        : document(parse("<" + fill + "/>")) {
+        for (std::size_t i = 0; i < count; ++i)
+            document.getDocumentElement().appendTextElement("t", fill);
         PelDOMWriter().writeBytes(document, bytes);
     }
     PelDOMDocument document;
@@ -48,7 +50,8 @@ std::string namesIn(const std::string& folder) {
     for (const auto& entry : std::filesystem::directory_iterator(folder))
         names.insert(entry.path().filename());
     std::string all;
-    for (const std::string& name : names) all += (all.empty() ? "" : " ") + name;
+    for (const std::string& name : names)
+        all += (all.empty() ? "" : " ") + name;
     return all;
 }
 
@@ -79,7 +82,8 @@ const Sample small("small");
 
 TEST(SavingFiles, ReplacesTheFileAndKeepsWhatItIs) {
     const ScratchFolder folder;
-    const std::string file = folder.write("a.xml", "a longer file that was there before, with more in it");
+    const std::string file =
+        folder.write("a.xml", "a longer file that was there before, with more in it");
     const std::string fresh = folder.file("\xD0\x96.xml");
     ASSERT_EQ(chmod(file.c_str(), 0751), 0);
     const bool hasAttributes = setxattr(file.c_str(), "user.note", "kept", 4, 0) == 0;
@@ -111,11 +115,13 @@ TEST(SavingFiles, FollowsLinksAndLeavesThem) {
     folder.write("sub/real.xml", "old");
     std::filesystem::create_symlink("sub/link", folder.file("one"));
     std::filesystem::create_symlink("real.xml", folder.file("sub/link"));
-    std::filesystem::create_symlink(folder.file("sub/new.xml"), folder.file("two")); // leads to nothing yet
+    std::filesystem::create_symlink(folder.file("sub/new.xml"),
+                                    folder.file("two")); // leads to nothing yet
     std::filesystem::create_symlink("loop", folder.file("loop"));
     EXPECT_EQ(save(small, folder.file("one")), "");
     EXPECT_EQ(save(small, folder.file("two")), "");
-    EXPECT_EQ(save(small, folder.file("loop")), folder.file("loop") + ": Too many levels of symbolic links");
+    EXPECT_EQ(save(small, folder.file("loop")),
+              folder.file("loop") + ": Too many levels of symbolic links");
     for (const char* link : {"one", "two", "sub/link"})
         EXPECT_TRUE(std::filesystem::is_symlink(folder.file(link))) << link;
     EXPECT_EQ(bytesOf(folder.file("sub/real.xml")), small.bytes);
@@ -138,7 +144,8 @@ TEST(SavingFiles, WritesInPlaceWhatCannotBeReplaced) {
     EXPECT_EQ(save(small, fifo), fifo + ": No such device or address"); // nobody reads
     std::string received;
     std::thread reader([&] { received = bytesOf(fifo); });
-    while (save(small, fifo) != "") std::this_thread::yield();
+    while (save(small, fifo) != "")
+        std::this_thread::yield();
     reader.join();
     EXPECT_EQ(received, small.bytes);
 
@@ -169,15 +176,19 @@ TEST(SavingFiles, LeavesTheOldFileWhenItFails) {
     bad.document.getDocumentElement().setAttribute("k", u"\xD800");
     for (const std::string& name : {file, twin}) {
         EXPECT_EQ(save(bad, name),
-            name + ": an attribute holds half a surrogate pair, U+D800 (in the element 'bad')");
+                  name +
+                      ": an attribute holds half a surrogate pair, U+D800 (in the element 'bad')");
         EXPECT_EQ(PelDOMWriter().writeFile(PelDOMDocument(), name), PelDOM::NULL_NODE);
         EXPECT_EQ(bytesOf(name), "old");
     }
     const std::string absent = folder.file("absent");
     EXPECT_NE(save(bad, absent), "");
-    const std::pair<std::string, const char*> names[] = {{"", ": No such file or directory"},
-        {folder.path, ": Is a directory"}, {folder.path + "/", ": Is a directory"},
-        {folder.path + "/..", ": Is a directory"}, {file + "/", ": Not a directory"},
+    const std::pair<std::string, const char*> names[] = {
+        {"", ": No such file or directory"},
+        {folder.path, ": Is a directory"},
+        {folder.path + "/", ": Is a directory"},
+        {folder.path + "/..", ": Is a directory"},
+        {file + "/", ": Not a directory"},
         {folder.file("no/a.xml"), ": No such file or directory"},
         {folder.file(std::string(256, 'n')), ": File name too long"},
         {file + std::string(1, '\0'), ": the name holds U+0000"}};
@@ -189,7 +200,8 @@ TEST(SavingFiles, LeavesTheOldFileWhenItFails) {
     struct rlimit limit = {};
     getrlimit(RLIMIT_FSIZE, &limit);
     const auto former = signal(SIGXFSZ, SIG_IGN);
-    for (const rlim_t room : {rlim_t{0}, rlim_t{100000}, static_cast<rlim_t>(large.bytes.size()) - 1}) {
+    for (const rlim_t room :
+         {rlim_t{0}, rlim_t{100000}, static_cast<rlim_t>(large.bytes.size()) - 1}) {
         const struct rlimit narrow = {room, limit.rlim_max};
         setrlimit(RLIMIT_FSIZE, &narrow);
         EXPECT_EQ(save(large, file), file + ": File too large");
@@ -210,8 +222,8 @@ TEST(SavingFiles, SucceedsWithAMessageWhenOnlyTheFolderIsNotSynced) {
     areFoldersUnsyncable = true;
     EXPECT_EQ(writer.writeFile(small.document, file), PelDOM::SUCCESS);
     areFoldersUnsyncable = false;
-    EXPECT_EQ(writer.getMessage().toUtf8(),
-        file + ": written, but a crash of the system may still bring the old file back: Input/output error");
+    EXPECT_EQ(writer.getMessage().toUtf8(), file + ": written, but a crash of the system may still "
+                                                   "bring the old file back: Input/output error");
     EXPECT_EQ(bytesOf(file), small.bytes);
     EXPECT_EQ(namesIn(folder.path), "a.xml");
     EXPECT_EQ(openFiles(), before);
@@ -230,14 +242,16 @@ TEST(SavingFiles, GivesNobodyMoreRights) {
         EXPECT_EQ(save(small, file), file + ": no temporary file beside it: Permission denied");
         EXPECT_EQ(save(small, folder.file("b.xml")), folder.file("b.xml") + ": Permission denied");
         EXPECT_EQ(bytesOf(file), "old");
-        chmod(folder.path.c_str(), 0333); // written but not listed: the folder itself cannot be synced
+        chmod(folder.path.c_str(),
+              0333); // written but not listed: the folder itself cannot be synced
         EXPECT_EQ(save(small, file), "");
         chmod(folder.path.c_str(), 0755);
         EXPECT_EQ(bytesOf(file), small.bytes);
         EXPECT_EQ(namesIn(folder.path), "a.xml");
     });
     const std::string other = folder.write("other", "old");
-    if (chown(other.c_str(), 1234, 4321) != 0) GTEST_SKIP() << "files of other owners take root to make";
+    if (chown(other.c_str(), 1234, 4321) != 0)
+        GTEST_SKIP() << "files of other owners take root to make";
     ASSERT_EQ(chmod(other.c_str(), 06776), 0);
     withoutRights(folder.path, [&] { EXPECT_EQ(save(small, other), ""); });
     EXPECT_EQ(statusOf(other).st_mode, mode_t{S_IFREG | 0766});
@@ -249,7 +263,8 @@ TEST(SavingFiles, AreTheOldOneOrTheNewOneWhenTheWriterIsKilled) {
     const std::string file = folder.file("a.xml");
     const Sample one("one", 1500), two("other", 2500);
     const auto begin = std::chrono::steady_clock::now();
-    for (int i = 0; i < 5; ++i) ASSERT_EQ(save(one, file), "");
+    for (int i = 0; i < 5; ++i)
+        ASSERT_EQ(save(one, file), "");
     const std::chrono::nanoseconds longest = (std::chrono::steady_clock::now() - begin) / 5 * 3;
     std::mt19937_64 random(1);
     int leftovers = 0, changes = 0;
@@ -276,7 +291,8 @@ TEST(SavingFiles, AreTheOldOneOrTheNewOneWhenTheWriterIsKilled) {
         changes += after != before ? 1 : 0;
         for (const auto& entry : std::filesystem::directory_iterator(folder.path)) {
             const std::string name = entry.path().filename();
-            if (name == "a.xml") continue;
+            if (name == "a.xml")
+                continue;
             EXPECT_EQ(name.substr(0, 8), ".qrndom-");
             std::filesystem::remove(entry.path());
             ++leftovers;
@@ -293,10 +309,13 @@ TEST(SavingFiles, MayBeWrittenBySeveralThreadsAtOnce) {
     for (int number = 0; number < 4; ++number)
         threads.emplace_back([&folder, number] {
             const Sample own("own" + std::to_string(number), 3000);
-            for (int round = 0; round < 10; ++round) EXPECT_EQ(save(own, folder.file("a.xml")), "");
+            for (int round = 0; round < 10; ++round)
+                EXPECT_EQ(save(own, folder.file("a.xml")), "");
         });
-    for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ(readFile(folder.file("a.xml")).getDocumentElement().getTagName().view().substr(0, 3), u"own");
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(readFile(folder.file("a.xml")).getDocumentElement().getTagName().view().substr(0, 3),
+              u"own");
     EXPECT_EQ(namesIn(folder.path), "a.xml");
     services().terminate();
 }

@@ -34,8 +34,8 @@ const Settings indented{2, "UTF-8", false};
 const Settings latin{0, "ISO-8859-1", false};
 const std::string declared = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 
-// What a node is written as, to bytes and to a stream alike. When it is not, both are untouched, and this is
-// the code and the message.
+// What a node is written as, to bytes and to a stream alike. When it is not, both are untouched,
+// and this is the code and the message.
 std::string saved(const PelDOMNode& node, const Settings& settings = {}) {
     PelDOMWriter writer = settings.writer();
     std::string bytes = "kept";
@@ -46,7 +46,8 @@ std::string saved(const PelDOMNode& node, const Settings& settings = {}) {
     EXPECT_EQ(writer.getMessage().toUtf8(), message);
     EXPECT_EQ(message.empty(), code == PelDOM::SUCCESS);
     EXPECT_EQ(stream.str(), code == PelDOM::SUCCESS ? bytes : "");
-    if (code == PelDOM::SUCCESS) return bytes;
+    if (code == PelDOM::SUCCESS)
+        return bytes;
     EXPECT_EQ(bytes, "kept");
     return answers({code}) + ": " + message;
 }
@@ -74,24 +75,28 @@ struct OpenType : xercesc::DOMDocumentTypeImpl {
 } // namespace
 
 TEST(Saving, AddsNothingWithinElements) {
-    const std::pair<const char*, const char*> cases[] = {{"<r></r>", "<r/>\n"},
+    const std::pair<const char*, const char*> cases[] = {
+        {"<r></r>", "<r/>\n"},
         {"<!--c--> <?p d?>\n<!DOCTYPE r [<!ELEMENT r ANY>]><r/> <?q?>",
-            "<!--c-->\n<?p d?>\n<!DOCTYPE r [<!ELEMENT r ANY>]>\n<r/>\n<?q?>\n"},
-        {"<!DOCTYPE r [<!ELEMENT r (a)><!ELEMENT a EMPTY><!NOTATION n PUBLIC \"p'\" 's\"'>]><r> <a/> </r>",
-            "<!DOCTYPE r [<!ELEMENT r (a)><!ELEMENT a EMPTY><!NOTATION n PUBLIC \"p'\" "
-            "'s\"'>]>\n<r><a/></r>\n"},
-        {"<r b='2' a='&lt;&amp;\"&#9;&#10;&#13;'>\n <a/>t&amp;&gt;&#13;<!-- - --><![CDATA[<]>]]></r>",
-            "<r a=\"&lt;&amp;&quot;&#x9;&#xA;&#xD;\" b=\"2\">\n <a/>t&amp;&gt;&#xD;<!-- - "
-            "--><![CDATA[<]>]]></r>\n"}};
+         "<!--c-->\n<?p d?>\n<!DOCTYPE r [<!ELEMENT r ANY>]>\n<r/>\n<?q?>\n"},
+        {"<!DOCTYPE r [<!ELEMENT r (a)><!ELEMENT a EMPTY><!NOTATION n PUBLIC \"p'\" 's\"'>]><r> "
+         "<a/> </r>",
+         "<!DOCTYPE r [<!ELEMENT r (a)><!ELEMENT a EMPTY><!NOTATION n PUBLIC \"p'\" "
+         "'s\"'>]>\n<r><a/></r>\n"},
+        {"<r b='2' a='&lt;&amp;\"&#9;&#10;&#13;'>\n <a/>t&amp;&gt;&#13;<!-- - "
+         "--><![CDATA[<]>]]></r>",
+         "<r a=\"&lt;&amp;&quot;&#x9;&#xA;&#xD;\" b=\"2\">\n <a/>t&amp;&gt;&#xD;<!-- - "
+         "--><![CDATA[<]>]]></r>\n"}};
     for (const auto& [text, expected] : cases) {
         EXPECT_EQ(saved(parse(text)), declared + expected);
         EXPECT_EQ(saved(parse(saved(parse(text)).c_str())), declared + expected);
     }
     EXPECT_EQ(saved(parse("<?xml version='1.0' standalone='yes'?><r/>")),
-        "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n<r/>\n");
+              "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n<r/>\n");
     const PelDOMDocument created = services().createDocument("r");
     EXPECT_EQ(saved(created), declared + "<r/>\n");
-    append(created, childAt(created, 0)); // the declaration goes to the end, and stands at the beginning
+    append(created,
+           childAt(created, 0)); // the declaration goes to the end, and stands at the beginning
     EXPECT_EQ(saved(created), declared + "<r/>\n");
     EXPECT_EQ(saved(created, latin), "<r/>\n");
 }
@@ -100,18 +105,21 @@ TEST(Saving, WritesEveryKindOfNodeByItself) {
     const ScratchFolder folder;
     folder.write("\"", "<!ELEMENT r ANY><!ELEMENT a ANY><!ATTLIST a k CDATA ''>");
     const PelDOMDocument document = readFile(folder.write(
-        "f.xml", "<!DOCTYPE r SYSTEM '\"' []><r>t&lt;<?p d?><!--c--><![CDATA[x]]><a k='\xC3\xA9'/></r>"));
+        "f.xml",
+        "<!DOCTYPE r SYSTEM '\"' []><r>t&lt;<?p d?><!--c--><![CDATA[x]]><a k='\xC3\xA9'/></r>"));
     const PelDOMElement root = document.getDocumentElement();
-    const char* const parts[] = {"t&lt;", "<?p d?>", "<!--c-->", "<![CDATA[x]]>", "<a k=\"\xC3\xA9\"/>"};
-    for (long i = 0; i < 5; ++i) EXPECT_EQ(saved(childAt(root, i)), parts[i]);
+    const char* const parts[] = {"t&lt;", "<?p d?>", "<!--c-->", "<![CDATA[x]]>",
+                                 "<a k=\"\xC3\xA9\"/>"};
+    for (long i = 0; i < 5; ++i)
+        EXPECT_EQ(saved(childAt(root, i)), parts[i]);
     EXPECT_EQ(saved(childAt(document, 0)), "<!DOCTYPE r SYSTEM '\"' []>");
     EXPECT_EQ(saved(childAt(root, 4), {2, "ISO-8859-1"}),
-        "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n<a k=\"\xE9\"/>\n");
+              "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n<a k=\"\xE9\"/>\n");
     EXPECT_EQ(saved(childAt(root, 1), {2, "ISO-8859-1"}), "<?p d?>");
     EXPECT_EQ(saved(childAt(services().createDocument("r"), 0)), declared);
     PelDOMNode attribute;
-    PelXercesDOMNode::give(
-        PelXercesDOMNode::of(*root.getNodeImp()), engineOf(document).createAttribute(u"k"), attribute);
+    PelXercesDOMNode::give(PelXercesDOMNode::of(*root.getNodeImp()),
+                           engineOf(document).createAttribute(u"k"), attribute);
     EXPECT_EQ(saved(attribute), "internal: a node of this kind is not written by itself");
     EXPECT_EQ(saved(PelDOMNode()), "null-node: there is no node to write");
 }
@@ -124,8 +132,10 @@ struct Buffer : std::streambuf {
     std::streamsize xsputn(const char*, std::streamsize count) override {
         const struct mallinfo2 heap = mallinfo2();
         mostMemory = std::max(mostMemory, heap.uordblks + heap.hblkhd);
-        if ((room -= count) >= 0) return count;
-        if (throws) throw std::bad_alloc();
+        if ((room -= count) >= 0)
+            return count;
+        if (throws)
+            throw std::bad_alloc();
         return 0;
     }
     int sync() override { return xsputn(nullptr, 1) == 1 ? 0 : -1; }
@@ -139,8 +149,8 @@ struct Buffer : std::streambuf {
 TEST(Saving, AnswersACodeWhateverAStreamThrows) {
     const PelDOMDocument document = parse("<r>text</r>");
     const auto size = static_cast<std::streamsize>(saved(document).size());
-    const std::ios_base::iostate masks[] = {
-        std::ios_base::goodbit, std::ios_base::badbit, std::ios_base::badbit | std::ios_base::failbit};
+    const std::ios_base::iostate masks[] = {std::ios_base::goodbit, std::ios_base::badbit,
+                                            std::ios_base::badbit | std::ios_base::failbit};
     for (const bool throws : {false, true})
         for (const std::ios_base::iostate mask : masks)
             for (const std::streamsize room : {size + 1, size, std::streamsize{0}}) {
@@ -149,8 +159,8 @@ TEST(Saving, AnswersACodeWhateverAStreamThrows) {
                 stream.exceptions(mask);
                 PelDOMWriter writer;
                 const bool fits = room > size; // the flush takes one
-                EXPECT_EQ(
-                    writer.writeStream(document, stream), fits ? PelDOM::SUCCESS : PelDOM::INTERNAL_ERROR);
+                EXPECT_EQ(writer.writeStream(document, stream),
+                          fits ? PelDOM::SUCCESS : PelDOM::INTERNAL_ERROR);
                 EXPECT_EQ(writer.getMessage(), fits ? u"" : u"the stream has failed");
                 EXPECT_EQ(stream.exceptions(), mask);
                 EXPECT_EQ(stream.good(), fits);
@@ -160,9 +170,11 @@ TEST(Saving, AnswersACodeWhateverAStreamThrows) {
 TEST(Saving, TakesMemoryForAPieceOfALongText) {
     const std::string plain(std::size_t{4} << 20, 'x');
     std::string marked = plain;
-    for (std::size_t i = 0; i < marked.size(); i += 100) marked[i] = i % 200 == 0 ? '\n' : ']';
+    for (std::size_t i = 0; i < marked.size(); i += 100)
+        marked[i] = i % 200 == 0 ? '\n' : ']';
     std::string escaped = plain;
-    for (std::size_t i = 0; i < escaped.size(); i += 100) escaped[i] = '"';
+    for (std::size_t i = 0; i < escaped.size(); i += 100)
+        escaped[i] = '"';
     PelDOMDocument document = parse("<r><a/><a/><a/><a/></r>");
     PelDOMElement root = document.getDocumentElement();
     append(root, document.createTextNode(plain));
@@ -174,27 +186,30 @@ TEST(Saving, TakesMemoryForAPieceOfALongText) {
             Buffer buffer(LONG_MAX, true);
             std::ostream stream(&buffer);
             const struct mallinfo2 heap = mallinfo2();
-            EXPECT_EQ(
-                Settings({0, encoding, true, ends}).writer().writeStream(document, stream), PelDOM::SUCCESS);
-            EXPECT_LT(buffer.mostMemory, heap.uordblks + heap.hblkhd + (std::size_t{1} << 20)) << encoding;
+            EXPECT_EQ(Settings({0, encoding, true, ends}).writer().writeStream(document, stream),
+                      PelDOM::SUCCESS);
+            EXPECT_LT(buffer.mostMemory, heap.uordblks + heap.hblkhd + (std::size_t{1} << 20))
+                << encoding;
         }
 }
 
 TEST(Saving, IndentsWhereNoTextStands) {
     const std::pair<const char*, const char*> cases[] = {
-        {"<r><a/><!--c--><b><c/></b></r>", "<r>\n  <a/>\n  <!--c-->\n  <b>\n    <c/>\n  </b>\n</r>\n"},
+        {"<r><a/><!--c--><b><c/></b></r>",
+         "<r>\n  <a/>\n  <!--c-->\n  <b>\n    <c/>\n  </b>\n</r>\n"},
         {"<!--c--><r><?p?></r>", "<!--c-->\n<r>\n  <?p?>\n</r>\n"},
         {"<r><a>t</a> <a> </a>\n\t<a></a></r>", "<r>\n  <a>t</a>\n  <a> </a>\n  <a/>\n</r>\n"},
         {"<r><p>t<b><i/> <i/></b></p><q><i/></q></r>",
-            "<r>\n  <p>t<b><i/> <i/></b></p>\n  <q>\n    <i/>\n  </q>\n</r>\n"},
+         "<r>\n  <p>t<b><i/> <i/></b></p>\n  <q>\n    <i/>\n  </q>\n</r>\n"},
         {"<r><a/><![CDATA[ ]]></r>", "<r><a/><![CDATA[ ]]></r>\n"},
-        {"<r><a/>&#13;</r>", "<r><a/>&#xD;</r>\n"}, {"<r><a/> \xC2\xA0</r>", "<r><a/> \xC2\xA0</r>\n"},
+        {"<r><a/>&#13;</r>", "<r><a/>&#xD;</r>\n"},
+        {"<r><a/> \xC2\xA0</r>", "<r><a/> \xC2\xA0</r>\n"},
         {"<r><a xml:space='preserve'> <b> <c/></b><d xml:space='default'><e/></d></a></r>",
-            "<r>\n  <a xml:space=\"preserve\"> <b> <c/></b><d xml:space=\"default\">\n      <e/>\n    "
-            "</d></a>\n</r>\n"},
+         "<r>\n  <a xml:space=\"preserve\"> <b> <c/></b><d xml:space=\"default\">\n      <e/>\n    "
+         "</d></a>\n</r>\n"},
         {"<r xml:space='other'><a xml:space='preserve'><b xml:space='other'><c/></b></a></r>",
-            "<r xml:space=\"other\">\n  <a xml:space=\"preserve\"><b "
-            "xml:space=\"other\"><c/></b></a>\n</r>\n"}};
+         "<r xml:space=\"other\">\n  <a xml:space=\"preserve\"><b "
+         "xml:space=\"other\"><c/></b></a>\n</r>\n"}};
     for (const auto& [text, expected] : cases) {
         EXPECT_EQ(saved(parse(text), indented), expected);
         EXPECT_EQ(saved(parse(expected), indented), expected);
@@ -202,18 +217,19 @@ TEST(Saving, IndentsWhereNoTextStands) {
         const std::string returned = saved(parse(text), crlf);
         EXPECT_EQ(saved(parse(returned.c_str()), indented), expected);
         EXPECT_EQ(std::count(returned.begin(), returned.end(), '\r'),
-            std::count(returned.begin(), returned.end(), '\n'));
+                  std::count(returned.begin(), returned.end(), '\n'));
         EXPECT_EQ(returned.find("\r\n"), returned.find('\n') - 1);
     }
     const PelDOMElement kept = rootOf("<r xml:space='preserve'><a><b/></a></r>");
     EXPECT_EQ(saved(childAt(kept, 0), indented), "<a><b/></a>\n");
     EXPECT_EQ(saved(kept, {-1, "UTF-8", false}), "<r xml:space=\"preserve\"><a><b/></a></r>");
     // White space that is added would break the promise of a standalone document.
-    const char* const promised = "<?xml version='1.0' standalone='yes'?><!DOCTYPE r [<!ELEMENT r ANY>]><r/>";
+    const char* const promised =
+        "<?xml version='1.0' standalone='yes'?><!DOCTYPE r [<!ELEMENT r ANY>]><r/>";
     EXPECT_EQ(saved(parse(promised), {1}).find("standalone"), std::string::npos);
     EXPECT_NE(saved(parse(promised)).find("standalone"), std::string::npos);
     EXPECT_NE(saved(parse("<?xml version='1.0' standalone='yes'?><r/>"), {1}).find("standalone"),
-        std::string::npos);
+              std::string::npos);
 }
 
 TEST(Saving, IndentsNoLineByMoreThan256) {
@@ -228,11 +244,15 @@ TEST(Saving, IndentsNoLineByMoreThan256) {
 }
 
 TEST(Saving, RefusesWhatNoReaderWouldTake) {
-    const auto text = [](auto value) { return holding([=](auto& d) { return d.createTextNode(value); }); };
+    const auto text = [](auto value) {
+        return holding([=](auto& d) { return d.createTextNode(value); });
+    };
     const auto cdata = [](auto value) {
         return holding([=](auto& d) { return d.createCDATASection(value); });
     };
-    const auto comment = [](auto value) { return holding([=](auto& d) { return d.createComment(value); }); };
+    const auto comment = [](auto value) {
+        return holding([=](auto& d) { return d.createComment(value); });
+    };
     const auto instruction = [](auto target, auto data) {
         return holding([=](auto& d) { return d.createProcessingInstruction(target, data); });
     };
@@ -246,13 +266,15 @@ TEST(Saving, RefusesWhatNoReaderWouldTake) {
         {text(u"\xFFFE"), "a text holds U+FFFE, which XML forbids (in the element 'r')"},
         {cdata(u"\xFFFF"), "a CDATA section holds U+FFFF, which XML forbids (in the element 'r')"},
         {text(u"a\xD800"), "a text holds half a surrogate pair, U+D800 (in the element 'r')"},
-        {cdata(u"\xDC00\xD800"), "a CDATA section holds half a surrogate pair, U+DC00 (in the element 'r')"},
+        {cdata(u"\xDC00\xD800"),
+         "a CDATA section holds half a surrogate pair, U+DC00 (in the element 'r')"},
         {comment(u"a--b"), "a comment holds two hyphens, or one at its end (in the element 'r')"},
         {comment(u"a-"), "a comment holds two hyphens, or one at its end (in the element 'r')"},
         {instruction(u"p", u"?>"), "an instruction holds ?> (in the element 'r')"},
         {instruction(u"xMl", u""), "an instruction has the target xml (in the element 'r')"},
         {named, "'two words' is no name in XML (in the element 'two words')"}};
-    for (const auto& [document, message] : cases) EXPECT_EQ(saved(document), "internal: " + message);
+    for (const auto& [document, message] : cases)
+        EXPECT_EQ(saved(document), "internal: " + message);
     PelDOMDocument rootless = services().createDocument("r");
     append(rootless.createElement("elsewhere"), rootless.getDocumentElement());
     EXPECT_EQ(saved(rootless), "internal: the document has no root element");
@@ -263,10 +285,11 @@ TEST(Saving, RefusesWhatNoReaderWouldTake) {
     EXPECT_EQ(saved(late), "internal: the document type stands after the root element");
     const PelDOMDocument attribute = parse("<r><a/></r>");
     PelDOMElement(childAt(attribute.getDocumentElement(), 0)).setAttribute("k", u"\xDBFFx");
-    EXPECT_EQ(
-        saved(attribute), "internal: an attribute holds half a surrogate pair, U+DBFF (in the element 'a')");
+    EXPECT_EQ(saved(attribute),
+              "internal: an attribute holds half a surrogate pair, U+DBFF (in the element 'a')");
     // Of what can be mended nothing is lost.
-    EXPECT_EQ(saved(cdata(u"]]>\r]]"), indented), "<r><![CDATA[]]]]><![CDATA[>]]>&#xD;<![CDATA[]]]]></r>\n");
+    EXPECT_EQ(saved(cdata(u"]]>\r]]"), indented),
+              "<r><![CDATA[]]]]><![CDATA[>]]>&#xD;<![CDATA[]]]]></r>\n");
     EXPECT_EQ(saved(cdata(u""), indented), "<r><![CDATA[]]></r>\n");
     EXPECT_EQ(saved(comment(u"a\r\nb\rc"), {0, "UTF-8", false}), "<r><!--a\nb\nc--></r>\n");
     EXPECT_EQ(saved(text(u""), {0, "UTF-8", false}), "<r/>\n");
@@ -284,41 +307,44 @@ TEST(Saving, WritesNamesBeyondTheBasicPlane) {
 }
 
 TEST(Saving, WritesXml11SoThatItReadsBack) {
-    const char* const text =
-        "<?xml version='1.1'?><r k='&#1;&#x7F;&#x85;&#x2028;'>&#x1F;&#x9F;\xC2\xA0&#13;<!--c--></r>";
-    const char* const body = "<r k=\"&#x1;&#x7F;&#x85;&#x2028;\">&#x1F;&#x9F;\xC2\xA0&#xD;<!--c--></r>";
+    const char* const text = "<?xml version='1.1'?><r "
+                             "k='&#1;&#x7F;&#x85;&#x2028;'>&#x1F;&#x9F;\xC2\xA0&#13;<!--c--></r>";
+    const char* const body =
+        "<r k=\"&#x1;&#x7F;&#x85;&#x2028;\">&#x1F;&#x9F;\xC2\xA0&#xD;<!--c--></r>";
     const std::string version11 = "<?xml version=\"1.1\" encoding=\"UTF-8\"?>\n";
     const PelDOMDocument document = parse(text);
     EXPECT_EQ(saved(document), version11 + body + "\n");
     EXPECT_EQ(show(readBytes(saved(document))), show(document));
     EXPECT_EQ(saved(document.getDocumentElement()), version11 + body);
     EXPECT_EQ(saved(document, indented),
-        "internal: an attribute holds U+0001, which XML forbids (in the element 'r')");
+              "internal: an attribute holds U+0001, which XML forbids (in the element 'r')");
     EXPECT_EQ(saved(parse("<?xml version='1.1'?><r/>"), indented), "<r/>\n");
     xercesc::DOMDocument& engine = engineOf(document);
     xercesc::DOMElement& root = *engine.getDocumentElement();
     root.replaceChild(engine.createCDATASection(u"a\x85\x1]"), root.getFirstChild());
-    EXPECT_NE(saved(document).find("><![CDATA[a]]>&#x85;&#x1;<![CDATA[]]]><!--"), std::string::npos);
+    EXPECT_NE(saved(document).find("><![CDATA[a]]>&#x85;&#x1;<![CDATA[]]]><!--"),
+              std::string::npos);
     root.appendChild(engine.createComment(u"\x7F"));
-    EXPECT_EQ(saved(document),
-        "internal: a comment holds U+007F, which XML takes as a reference only (in the element 'r')");
+    EXPECT_EQ(saved(document), "internal: a comment holds U+007F, which XML takes as a reference "
+                               "only (in the element 'r')");
 }
 
 TEST(SavingEncodings, PutsReferencesWhereTheyMeanSomething) {
     const std::pair<const char*, const char*> cases[] = {
         {"<r k='\xC3\xA9\xD0\x96'>\xF0\x9F\x98\x80z</r>", "<r k=\"\xE9&#x416;\">&#x1F600;z</r>\n"},
         {"<r><![CDATA[a\xD0\x96\xD0\x96]]\xC3\xA9]]></r>",
-            "<r><![CDATA[a]]>&#x416;&#x416;<![CDATA[]]\xE9]]></r>\n"},
+         "<r><![CDATA[a]]>&#x416;&#x416;<![CDATA[]]\xE9]]></r>\n"},
         {"<r><![CDATA[\xD0\x96]]></r>", "<r>&#x416;</r>\n"},
         {"<r><!--\xD0\x96--></r>",
-            "internal: a comment holds U+0416, which the encoding does not have (in the element 'r')"},
-        {"<r><?p \xF0\x9F\x98\x80?></r>",
-            "internal: an instruction holds U+1F600, which the encoding does not have (in the element 'r')"},
-        {"<r><?\xD0\x96?></r>",
-            "internal: the name '\xD0\x96' holds a character that cannot be written (in the element 'r')"},
-        {"<r><a \xD0\x96='1'/></r>",
-            "internal: the name '\xD0\x96' holds a character that cannot be written (in the element 'a')"}};
-    for (const auto& [text, expected] : cases) EXPECT_EQ(saved(parse(text), latin), expected);
+         "internal: a comment holds U+0416, which the encoding does not have (in the element 'r')"},
+        {"<r><?p \xF0\x9F\x98\x80?></r>", "internal: an instruction holds U+1F600, which the "
+                                          "encoding does not have (in the element 'r')"},
+        {"<r><?\xD0\x96?></r>", "internal: the name '\xD0\x96' holds a character that cannot be "
+                                "written (in the element 'r')"},
+        {"<r><a \xD0\x96='1'/></r>", "internal: the name '\xD0\x96' holds a character that cannot "
+                                     "be written (in the element 'a')"}};
+    for (const auto& [text, expected] : cases)
+        EXPECT_EQ(saved(parse(text), latin), expected);
     const std::string cannot = ", which the encoding does not have";
     const ScratchFolder folder;
     folder.write("\xD0\x96", "<!ELEMENT r ANY>");
@@ -327,13 +353,18 @@ TEST(SavingEncodings, PutsReferencesWhereTheyMeanSomething) {
     const std::pair<const char*, std::string> subsets[] = {
         {"<!ENTITY e \"\xD0\x96<\">", "<!ENTITY e \"&#x416;<\">"},
         {"<!ATTLIST r k CDATA \"100% \xD0\x96\">", "<!ATTLIST r k CDATA \"100% &#x416;\">"},
-        {"<!ENTITY e \"&\xD0\x96;\">", ""}, {"<!--\"\xD0\x96\"-->", ""}, {"<?p \"\xD0\x96\"?>", ""},
-        {"<!--'--><!ENTITY e SYSTEM \"\xD0\x96\">", ""}, {"<!ENTITY e PUBLIC \"p\" \"\xD0\x96\">", ""},
-        {"<!NOTATION n SYSTEM \"\xD0\x96\">", ""}, {"<!ENTITY \xD0\x96 \"x\">", ""},
+        {"<!ENTITY e \"&\xD0\x96;\">", ""},
+        {"<!--\"\xD0\x96\"-->", ""},
+        {"<?p \"\xD0\x96\"?>", ""},
+        {"<!--'--><!ENTITY e SYSTEM \"\xD0\x96\">", ""},
+        {"<!ENTITY e PUBLIC \"p\" \"\xD0\x96\">", ""},
+        {"<!NOTATION n SYSTEM \"\xD0\x96\">", ""},
+        {"<!ENTITY \xD0\x96 \"x\">", ""},
         {"<!ATTLIST r \xD0\x96 CDATA \"x\">", ""}};
     for (const auto& [subset, expected] : subsets) {
         const PelDOMDocument document = parse("<!DOCTYPE r [<!ELEMENT r ANY>]><r/>");
-        auto* const type = static_cast<xercesc::DOMDocumentTypeImpl*>(engineOf(document).getDoctype());
+        auto* const type =
+            static_cast<xercesc::DOMDocumentTypeImpl*>(engineOf(document).getDoctype());
         (type->*&OpenType::setInternalSubset)(
             PelString(("ANY>" + std::string(subset)).c_str()).view().data());
         const std::string whole = saved(document, latin);
@@ -359,19 +390,25 @@ TEST(SavingEncodings, ReadBackWithAndWithoutDeclaration) {
             EXPECT_EQ(show(readBytes(saved(document, {0, name, false}))), show(back)) << name;
         }
     };
-    for (const char* name : {"UTF-8", "utf-8", "UTF-16", "UTF-16LE", "UTF-16BE"}) check(name, false);
-    for (const char* name :
-        {"ISO-10646-UCS-4", "UTF-32LE", "ISO-8859-1", "US-ASCII", "windows-1252", "ISO-8859-15", "KOI8-R",
-            "Shift_JIS", "EUC-JP", "GB18030", "ISO-2022-JP", "UTF-7", "IBM037", "ebcdic-cp-us"})
+    for (const char* name : {"UTF-8", "utf-8", "UTF-16", "UTF-16LE", "UTF-16BE"})
+        check(name, false);
+    for (const char* name : {"ISO-10646-UCS-4", "UTF-32LE", "ISO-8859-1", "US-ASCII",
+                             "windows-1252", "ISO-8859-15", "KOI8-R", "Shift_JIS", "EUC-JP",
+                             "GB18030", "ISO-2022-JP", "UTF-7", "IBM037", "ebcdic-cp-us"})
         check(name, true);
-    // A mark stands where the name does not tell the order of the bytes, which is the processor's then.
+    // A mark stands where the name does not tell the order of the bytes, which is the processor's
+    // then.
     const char16_t mark = 0xFEFF;
     for (const auto& [name, start] : {std::pair{"UTF-16", reinterpret_cast<const char*>(&mark)},
-             {"UTF-16LE", "<\0"}, {"UTF-16BE", "\0<"}, {"utf-16le", "<\0"}, {"utf-16be", "\0<"}})
+                                      {"UTF-16LE", "<\0"},
+                                      {"UTF-16BE", "\0<"},
+                                      {"utf-16le", "<\0"},
+                                      {"utf-16be", "\0<"}})
         EXPECT_EQ(saved(document, {0, name}).substr(0, 2), std::string(start, 2)) << name;
     for (const char* bad : {"", "no-such", "UTF-16,version=1", "8859-1", "BOCU-1"})
         EXPECT_EQ(saved(document, {0, bad}).substr(0, 10), "internal: ") << bad;
-    EXPECT_EQ(saved(document, {0, "BOCU-1"}), "internal: no reader would recognise the encoding 'BOCU-1'");
+    EXPECT_EQ(saved(document, {0, "BOCU-1"}),
+              "internal: no reader would recognise the encoding 'BOCU-1'");
 }
 
 TEST(Writers, KeepTheirSettingsToThemselves) {
@@ -380,13 +417,18 @@ TEST(Writers, KeepTheirSettingsToThemselves) {
     services().writeDocument(services().createDocument("r"), unused, 0, 1, 0);
     one.writeBytes(PelDOMNode(), *std::make_unique<std::string>());
     PelDOMWriter two = one;
-    expectAnswers({{two.getIndent(), "3"}, {two.getEncoding(), "'UTF-16'"}, {two.getDeclaration(), "0"},
-        {static_cast<long>(two.getLineEnds()), std::to_string(PelDOMWriter::CRLF)},
-        {two.getMessage(), "'there is no node to write'"}});
+    expectAnswers({{two.getIndent(), "3"},
+                   {two.getEncoding(), "'UTF-16'"},
+                   {two.getDeclaration(), "0"},
+                   {static_cast<long>(two.getLineEnds()), std::to_string(PelDOMWriter::CRLF)},
+                   {two.getMessage(), "'there is no node to write'"}});
     two = PelDOMWriter();
-    expectAnswers({{two.getIndent(), "0"}, {two.getEncoding(), "'UTF-8'"}, {two.getDeclaration(), "1"},
-        {static_cast<long>(two.getLineEnds()), std::to_string(PelDOMWriter::LF)}, {two.getMessage(), "''"},
-        {one.getIndent(), "3"}});
+    expectAnswers({{two.getIndent(), "0"},
+                   {two.getEncoding(), "'UTF-8'"},
+                   {two.getDeclaration(), "1"},
+                   {static_cast<long>(two.getLineEnds()), std::to_string(PelDOMWriter::LF)},
+                   {two.getMessage(), "''"},
+                   {one.getIndent(), "3"}});
     std::ofstream failed("/no/such/file");
     EXPECT_EQ(two.writeStream(parse("<r/>"), failed), PelDOM::INTERNAL_ERROR);
     EXPECT_EQ(two.getMessage(), "the stream has failed");
@@ -402,10 +444,11 @@ TEST(Writers, RunInSeveralThreadsAtOnce) {
         threads.emplace_back([&results, number] {
             const PelDOMDocument document = parse(u"<r><a>\u0416</a></r>");
             for (int round = 0; round < 50; ++round)
-                results[number] =
-                    saved(document, {number % 2 == 0 ? 2 : 0, number < 2 ? "UTF-8" : "KOI8-R", false});
+                results[number] = saved(
+                    document, {number % 2 == 0 ? 2 : 0, number < 2 ? "UTF-8" : "KOI8-R", false});
         });
-    for (std::thread& thread : threads) thread.join();
+    for (std::thread& thread : threads)
+        thread.join();
     EXPECT_EQ(results[0], "<r>\n  <a>\xD0\x96</a>\n</r>\n");
     EXPECT_EQ(results[1], "<r><a>\xD0\x96</a></r>\n");
     EXPECT_EQ(results[2], "<r>\n  <a>\xF6</a>\n</r>\n");

@@ -6,8 +6,8 @@
 static std::string write(const char16_t* encoding) {
     const PelDOMDocument document = services().createDocument("r");
     xercesc::DOMDocument& engine = *PelXercesDOMNode::of(*document.getNodeImp()).getDocument();
-    engine.replaceChild(
-        PelXercesDeclaration::create(engine, {"1.0", encoding, std::nullopt}), engine.getFirstChild());
+    engine.replaceChild(PelXercesDeclaration::create(engine, {"1.0", encoding, std::nullopt}),
+                        engine.getFirstChild());
     PelString text;
     services().writeDocument(document, text, 0, 0, 0);
     return text.toUtf8();
@@ -19,7 +19,8 @@ static const std::string expected = "<?xml version=\"1.0\" encoding=\"ISO-8859-1
 static const struct EarlyAndLateWriter {
     const std::string first = write(u"ISO-8859-15");
     ~EarlyAndLateWriter() {
-        if (write(u"UTF-8") == first) return;
+        if (write(u"UTF-8") == first)
+            return;
         std::fputs("the output encoding was lost at the end\n", stderr);
         std::_Exit(1);
     }

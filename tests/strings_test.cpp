@@ -14,17 +14,19 @@ TEST(Strings, ComeFromEveryKindOfText) {
     PelString assigned("old");
     const std::string utf8 = "a\xF0\x9F\x98\x80";
     const std::u16string utf16 = u"a\U0001F600";
-    for (const PelString& made :
-        {PelString(units), PelString("a\xF0\x9F\x98\x80"), PelString(utf8), PelString(std::string_view(utf8)),
-            PelString(utf16), assigned = utf8, assigned = utf16, assigned = units,
-                              assigned = "a\xF0\x9F\x98\x80", assigned = u"a\U0001F600"})
+    for (const PelString& made : {PelString(units), PelString("a\xF0\x9F\x98\x80"), PelString(utf8),
+                                  PelString(std::string_view(utf8)), PelString(utf16),
+                                  assigned = utf8, assigned = utf16, assigned = units,
+                                  assigned = "a\xF0\x9F\x98\x80", assigned = u"a\U0001F600"})
         EXPECT_EQ(made.view(), u"a\U0001F600");
-    expectAnswers({{assigned.length(), "3"}, {assigned.isEmpty(), "0"},
-        {PelString(static_cast<const char*>(nullptr)).isEmpty(), "1"},
-        {PelString(static_cast<const char16_t*>(nullptr)), "''"},
-        {assigned = static_cast<const unsigned short*>(nullptr), "''"}});
+    expectAnswers({{assigned.length(), "3"},
+                   {assigned.isEmpty(), "0"},
+                   {PelString(static_cast<const char*>(nullptr)).isEmpty(), "1"},
+                   {PelString(static_cast<const char16_t*>(nullptr)), "''"},
+                   {assigned = static_cast<const unsigned short*>(nullptr), "''"}});
     EXPECT_EQ(PelString(std::string("a\0b", 3)).view(), std::u16string_view(u"a\0b", 3));
-    EXPECT_EQ(PelString::fromLatin1("a\0\xE9\xFF", 4).view(), std::u16string_view(u"a\0\u00e9\u00ff", 4));
+    EXPECT_EQ(PelString::fromLatin1("a\0\xE9\xFF", 4).view(),
+              std::u16string_view(u"a\0\u00e9\u00ff", 4));
     EXPECT_EQ(PelString::fromLatin1(nullptr, 0), "");
 }
 
@@ -32,51 +34,84 @@ TEST(Strings, ComeFromTextThatSaysItIsUtf8) {
     const char8_t* const literal = u8"\u00e9\U0001F600";
     const std::u8string text = literal, longer(u8"\u00e9\0", 3);
     PelString assigned("old"), copied;
-    for (const PelString& made : {PelString(literal), PelString(text), PelString(std::u8string_view(text)),
-             assigned = literal, copied = text})
+    for (const PelString& made :
+         {PelString(literal), PelString(text), PelString(std::u8string_view(text)),
+          assigned = literal, copied = text})
         EXPECT_EQ(made.view(), u"\u00e9\U0001F600");
     EXPECT_EQ(PelString(longer).view(), std::u16string_view(u"\u00e9\0", 2));
     EXPECT_EQ(PelString(std::u8string_view(text).substr(0, 2)), u8"\u00e9");
-    expectAnswers({{assigned == text, "1"}, {literal != assigned, "0"}, {assigned == longer, "0"},
-        {u8"\u00e9" != assigned, "1"}, {PelString(static_cast<const char8_t*>(nullptr)), "''"},
-        {assigned = static_cast<const char8_t*>(nullptr), "''"}});
+    expectAnswers({{assigned == text, "1"},
+                   {literal != assigned, "0"},
+                   {assigned == longer, "0"},
+                   {u8"\u00e9" != assigned, "1"},
+                   {PelString(static_cast<const char8_t*>(nullptr)), "''"},
+                   {assigned = static_cast<const char8_t*>(nullptr), "''"}});
 }
 
 TEST(Strings, AreComparedWithTextAsItIs) {
-    const std::string part[] = {"a", "z", "\xC3\xA9", "\xF0\x9F\x98\x80", "\xC3", "\x80\x80", "\xED\xA0\x80",
-        std::string(1, '\0'), std::string(126, 'x'), "\xEF\xBF\xBD"};
+    const std::string part[] = {"a",
+                                "z",
+                                "\xC3\xA9",
+                                "\xF0\x9F\x98\x80",
+                                "\xC3",
+                                "\x80\x80",
+                                "\xED\xA0\x80",
+                                std::string(1, '\0'),
+                                std::string(126, 'x'),
+                                "\xEF\xBF\xBD"};
     std::vector<std::string> texts{""};
     for (const std::string& a : part)
         for (const std::string& b : part)
-            for (const std::string& c : part) texts.push_back(a + b + c);
+            for (const std::string& c : part)
+                texts.push_back(a + b + c);
     for (std::size_t i = 0; i < texts.size(); ++i) {
         const PelString string(texts[i]);
-        for (const std::string& other : {texts[i], texts[i] + "a", texts[(i * 7 + 1) % texts.size()]}) {
+        for (const std::string& other :
+             {texts[i], texts[i] + "a", texts[(i * 7 + 1) % texts.size()]}) {
             const bool isSame = PelTextConversion::fromUtf8(other) == string.view();
             EXPECT_EQ(answers({string == other, other == string, string != other, other != string}),
-                answers({isSame, isSame, !isSame, !isSame}))
+                      answers({isSame, isSame, !isSame, !isSame}))
                 << texts[i] << " " << other;
         }
     }
     const char* const null = nullptr;
     const PelString empty, e(u"\u00e9");
-    expectAnswers({{empty == null, "1"}, {null != empty, "0"}, {e == null, "0"}, {e == u"\u00e9", "1"},
-        {e == u"e", "0"}, {PelString(u"\u0161") == "a", "0"}, {std::u16string(u"\u00e9") == e, "1"},
-        {e != "\xC3\xA9", "0"}});
+    expectAnswers({{empty == null, "1"},
+                   {null != empty, "0"},
+                   {e == null, "0"},
+                   {e == u"\u00e9", "1"},
+                   {e == u"e", "0"},
+                   {PelString(u"\u0161") == "a", "0"},
+                   {std::u16string(u"\u00e9") == e, "1"},
+                   {e != "\xC3\xA9", "0"}});
 }
 
 TEST(Strings, AreSearchedAndCut) {
     const PelString text("abcabc");
-    expectAnswers({{text.find("abc"), "0"}, {text.find("abc", 1), "3"}, {text.find("abc", 3), "3"},
-        {text.find("abc", 4), "-1"}, {text.find("abd"), "-1"}, {text.find("a", -1), "-1"},
-        {text.find("", 6), "6"}, {text.find("", 7), "-1"}, {text.find("a", LONG_MAX), "-1"},
-        {text.find(std::string("ca")), "2"}});
-    expectAnswers(
-        {{text.substr(0, 2), "'ab'"}, {text.substr(1, LONG_MAX), "'bcabc'"}, {text.substr(5, 1), "'c'"},
-            {text.substr(6, 1), "''"}, {text.substr(7, 1), "''"}, {text.substr(-1, 3), "''"},
-            {text.substr(1, -1), "''"}, {text.substr(0, 6), "'abcabc'"}, {text.substr(LONG_MIN, 1), "''"}});
-    expectAnswers({{text.startsWith("abca"), "1"}, {text.startsWith(""), "1"}, {text.startsWith("b"), "0"},
-        {text.startsWith("abcabca"), "0"}, {PelString().startsWith(""), "1"}});
+    expectAnswers({{text.find("abc"), "0"},
+                   {text.find("abc", 1), "3"},
+                   {text.find("abc", 3), "3"},
+                   {text.find("abc", 4), "-1"},
+                   {text.find("abd"), "-1"},
+                   {text.find("a", -1), "-1"},
+                   {text.find("", 6), "6"},
+                   {text.find("", 7), "-1"},
+                   {text.find("a", LONG_MAX), "-1"},
+                   {text.find(std::string("ca")), "2"}});
+    expectAnswers({{text.substr(0, 2), "'ab'"},
+                   {text.substr(1, LONG_MAX), "'bcabc'"},
+                   {text.substr(5, 1), "'c'"},
+                   {text.substr(6, 1), "''"},
+                   {text.substr(7, 1), "''"},
+                   {text.substr(-1, 3), "''"},
+                   {text.substr(1, -1), "''"},
+                   {text.substr(0, 6), "'abcabc'"},
+                   {text.substr(LONG_MIN, 1), "''"}});
+    expectAnswers({{text.startsWith("abca"), "1"},
+                   {text.startsWith(""), "1"},
+                   {text.startsWith("b"), "0"},
+                   {text.startsWith("abcabca"), "0"},
+                   {PelString().startsWith(""), "1"}});
 }
 
 TEST(Strings, AreReadAsNumbersWhole) {
@@ -90,7 +125,8 @@ TEST(Strings, AreReadAsNumbersWhole) {
         std::to_chars(digits, digits + sizeof digits, real);
         return (isWhole ? std::to_string(whole) : "-") + " " + (isReal ? digits : "-");
     };
-    std::istringstream table(R"(42 42 42  -3 -3 -3  +8 8 8  -0 0 -0  007 7 7  4.9 - 4.9  12abc - -  abc - -
+    std::istringstream table(
+        R"(42 42 42  -3 -3 -3  +8 8 8  -0 0 -0  007 7 7  4.9 - 4.9  12abc - -  abc - -
         --1 - -  +-1 - -  -+1 - -  ++1 - -  + - -  . - -  .5 - 0.5  5. - 5  1e3 - 1000  1e - -  1e+ - -  1,5 - -
         0x1p3 - 8  -0XA.8 - -10.5  0x - -  0x-1 - -  0x+1 - -  0xinf - -  0xnan - -  0x1p - -  0x.8 - 0.5  x1 - -
         inf - inf  -INF - -inf  Infinity - inf  infin - -  NaN - nan  1e999 - -  -1e999 - -
@@ -119,17 +155,19 @@ TEST(RealText, IsAsTheStandardLibrarys) {
         EXPECT_EQ(isRead, wanted.ec == std::errc() && wanted.ptr == end) << text;
         EXPECT_TRUE(!isRead || other == number || (other != other && number != number)) << text;
     };
-    for (const char* const text : {"0", "1.5", ".5", "5.", "1e5", "1e400", "1e-400", "4e-324", "1e39",
-             "1e-46", "1e", "x", "", ".", "+1", "\v1", "1 ", "1,5", "inf", "nan", "16777217"}) {
+    for (const char* const text :
+         {"0", "1.5", ".5", "5.", "1e5", "1e400", "1e-400", "4e-324", "1e39", "1e-46",   "1e",
+          "x", "",    ".",  "+1", "\v1", "1 ",    "1,5",    "inf",    "nan",  "16777217"}) {
         agree(text, std::chars_format::general, 9.0F);
         agree(text, std::chars_format::general, 9.0);
     }
     for (const char* const text : {"1.p", "A.8p1", ".8", "1p", "p", "1p5000", "1p-5000"})
         agree(text, std::chars_format::hex, 9.0);
     agree("1e4932", std::chars_format::general, 9.0L);
-    for (const long double number : {0.0L, 1.0L / 3, 0.1L, -1e30L, 1e-5L, 1234567.5L, 0x1p64L, 0x1p-16445L,
-             std::numeric_limits<long double>::max()})
-        for (const bool isWhole : {false, std::trunc(number) == number && std::abs(number) < 0x1p63L}) {
+    for (const long double number : {0.0L, 1.0L / 3, 0.1L, -1e30L, 1e-5L, 1234567.5L, 0x1p64L,
+                                     0x1p-16445L, std::numeric_limits<long double>::max()})
+        for (const bool isWhole :
+             {false, std::trunc(number) == number && std::abs(number) < 0x1p63L}) {
             char text[64] = {};
             isWhole ? std::to_chars(text, std::end(text), number, std::chars_format::fixed)
                     : std::to_chars(text, std::end(text), number);
@@ -141,7 +179,8 @@ TEST(RealText, IsAsTheStandardLibrarys) {
 TEST(Strings, ReplaceIllFormedTextAndKeepTheRest) {
     EXPECT_EQ(PelString("a\xC3(b\xE2\x82z\xFF").view(), u"a\uFFFD(b\uFFFDz\uFFFD");
     EXPECT_EQ(PelString("\xED\xA0\x80").length(), 3); // a surrogate in UTF-8 is three bad bytes
-    EXPECT_EQ(testing::PrintToString(PelString(u"\u00e9\u4e2d\xD800z")), "\xC3\xA9\xE4\xB8\xAD\xEF\xBF\xBDz");
+    EXPECT_EQ(testing::PrintToString(PelString(u"\u00e9\u4e2d\xD800z")),
+              "\xC3\xA9\xE4\xB8\xAD\xEF\xBF\xBDz");
 }
 
 TEST(Strings, LendBuffersInBothOldForms) {
@@ -166,8 +205,11 @@ TEST(Strings, HaveValueSemantics) {
     two = "again";
     std::swap(moved, two);
     two = *&two;
-    expectAnswers(
-        {{moved, "'again'"}, {two, "'one two'"}, {one < two, "1"}, {two < one, "0"}, {one != two, "1"}});
+    expectAnswers({{moved, "'again'"},
+                   {two, "'one two'"},
+                   {one < two, "1"},
+                   {two < one, "0"},
+                   {one != two, "1"}});
     EXPECT_EQ(std::unordered_set<PelString>({two, two, moved}).size(), 2U);
 }
 
@@ -175,28 +217,34 @@ TEST(Formatting, RendersAsPrintfDoes) {
     const unsigned short units[] = {u'u', u's', 0};
     const char16_t open[] = {u'o', u'p', u'e', u'n'}; // no NUL: the precision bounds the read
     const std::pair<PelString, PelString> cases[] = {
-        {PelString().format(u"%d|%5d|%-5d|%05d|%+d|% d", 7, 7, 7, 7, 7, 7), u"7|    7|7    |00007|+7| 7"},
+        {PelString().format(u"%d|%5d|%-5d|%05d|%+d|% d", 7, 7, 7, 7, 7, 7),
+         u"7|    7|7    |00007|+7| 7"},
         {PelString().format(u"%i %u %o %x %X %#x %#o", -3, 4000000000U, 8, 255, 255, 255, 8),
-            u"-3 4000000000 10 ff FF 0xff 010"},
-        {PelString().format(u"%ld %lld %hd %hhd %zu %jd %td", LONG_MIN, LLONG_MAX, 65537, 258, std::size_t{9},
-             std::intmax_t{-1}, std::ptrdiff_t{5}),
-            PelString(std::to_string(LONG_MIN)) + u" 9223372036854775807 1 2 9 -1 5"},
+         u"-3 4000000000 10 ff FF 0xff 010"},
+        {PelString().format(u"%ld %lld %hd %hhd %zu %jd %td", LONG_MIN, LLONG_MAX, 65537, 258,
+                            std::size_t{9}, std::intmax_t{-1}, std::ptrdiff_t{5}),
+         PelString(std::to_string(LONG_MIN)) + u" 9223372036854775807 1 2 9 -1 5"},
         {PelString().format(u"%hhx %hu %lx %llo", 0x1FF, 65537, 0xFFUL, 8ULL), u"ff 1 ff 10"},
-        {PelString().format(u"%f %.2f %e %G %.0f %08.3f", 2.5, 0.125, 12345.678, 1e-10, 2.5, -3.14159),
-            u"2.500000 0.12 1.234568e+04 1E-10 2 -003.142"},
-        {PelString().format(u"%a %A %Lf %lf", 1.0, 2.0, 1.5L, 0.25), u"0x1p+0 0X1P+1 1.500000 0.250000"},
+        {PelString().format(u"%f %.2f %e %G %.0f %08.3f", 2.5, 0.125, 12345.678, 1e-10, 2.5,
+                            -3.14159),
+         u"2.500000 0.12 1.234568e+04 1E-10 2 -003.142"},
+        {PelString().format(u"%a %A %Lf %lf", 1.0, 2.0, 1.5L, 0.25),
+         u"0x1p+0 0X1P+1 1.500000 0.250000"},
         {PelString().format(u"%s|%5s|%-5s|%.1s|%s", u"ab", units, u"x", u"\u00e9z", nullptr),
-            u"ab|   us|x    |\u00e9|(null)"},
-        {PelString().format(u"%.4s|%.*s|%*s|%*s|%-*d|%*d", open, 2, u"abc", 4, u"r", -3, u"l", 3, 1, -3, 2),
-            u"open|ab|   r|l  |1  |2  "},
-        {PelString().format(u"%.0s|%.*s|%.s|%.3s", open + 4, -1, u"all", open, nullptr), u"|all||(nu"},
+         u"ab|   us|x    |\u00e9|(null)"},
+        {PelString().format(u"%.4s|%.*s|%*s|%*s|%-*d|%*d", open, 2, u"abc", 4, u"r", -3, u"l", 3, 1,
+                            -3, 2),
+         u"open|ab|   r|l  |1  |2  "},
+        {PelString().format(u"%.0s|%.*s|%.s|%.3s", open + 4, -1, u"all", open, nullptr),
+         u"|all||(nu"},
         {PelString().format(u"%63d|%64d", 1, 2),
-            std::u16string(62, u' ') + u"1|" + std::u16string(63, u' ') + u"2"},
+         std::u16string(62, u' ') + u"1|" + std::u16string(63, u' ') + u"2"},
         {PelString().format(u"%c%c|%3c|%%|100%", u'a', 0x416, u'z'), u"a\u0416|  z|%|100%"},
         {PelString().format(u"%n %q %y%d %5k %S", 1), u"%n %q %y1 %5k %S"},
         {PelString().format(u"%99999999999d|%d|%l", 3), u"%99999999999d|3|%l"},
         {PelString().format(units), u"us"}};
-    for (const auto& [rendered, expected] : cases) EXPECT_EQ(rendered, expected);
+    for (const auto& [rendered, expected] : cases)
+        EXPECT_EQ(rendered, expected);
     EXPECT_EQ(PelString().format(u"%100000d%.70000f", 1, 0.5).length(), 170002);
     PelString self("%s");
     EXPECT_EQ(self.format(self.view().data(), self.view().data()), "%s");
@@ -205,7 +253,8 @@ TEST(Formatting, RendersAsPrintfDoes) {
 TEST(Formatting, DoesNotDependOnTheLocale) {
     const ScratchFolder folder;
     const std::string make = "localedef -i de_DE -f UTF-8 " + folder.file("de_DE.UTF-8");
-    if (std::system(make.c_str()) != 0) GTEST_SKIP() << "localedef or its data (package locales) is missing";
+    if (std::system(make.c_str()) != 0)
+        GTEST_SKIP() << "localedef or its data (package locales) is missing";
     setenv("LOCPATH", folder.path.c_str(), 1);
     ASSERT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr);
     ASSERT_STREQ(std::localeconv()->decimal_point, ",");
@@ -214,8 +263,10 @@ TEST(Formatting, DoesNotDependOnTheLocale) {
     PelDOMElement root = rootOf("<a r='2.5'/>");
     root.getAttribute("r", value);
     root.setAttribute("w", -value);
-    expectAnswers({{root, "a r=2.5 w=-2.5"}, {value == 2.5, "1"},
-        {root.getAttributeOr("w", 0.0) == -2.5, "1"}, {PelString("2,5").toDouble(value), "0"}});
+    expectAnswers({{root, "a r=2.5 w=-2.5"},
+                   {value == 2.5, "1"},
+                   {root.getAttributeOr("w", 0.0) == -2.5, "1"},
+                   {PelString("2,5").toDouble(value), "0"}});
     std::setlocale(LC_ALL, "C");
 }
 

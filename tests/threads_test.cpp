@@ -13,8 +13,9 @@ TEST(Threads, ReadAndChangeTreesOfTheirOwn) {
     for (std::size_t number = 0; number < shown.size(); ++number)
         threads.emplace_back([&, number] {
             for (int round = 0; round < 50; ++round) {
-                const PelDOMDocument document = round % 2 == 0 ? object.readDocument(QRNDOM_SAMPLE)
-                                                               : object.readDocumentFromStringW(text);
+                const PelDOMDocument document = round % 2 == 0
+                                                    ? object.readDocument(QRNDOM_SAMPLE)
+                                                    : object.readDocumentFromStringW(text);
                 PelDOMElement root = document.getDocumentElement();
                 root.appendTextElement("added", PelString().format(u"%.2f", 0.25));
                 long value = 0;
@@ -25,7 +26,9 @@ TEST(Threads, ReadAndChangeTreesOfTheirOwn) {
                 shown[number] = show(document);
             }
         });
-    for (std::thread& thread : threads) thread.join();
-    for (const std::string& tree : shown) EXPECT_EQ(tree, "#9(#10 r k=1(added(|0.25|)))");
+    for (std::thread& thread : threads)
+        thread.join();
+    for (const std::string& tree : shown)
+        EXPECT_EQ(tree, "#9(#10 r k=1(added(|0.25|)))");
     object.terminate();
 }

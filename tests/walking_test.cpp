@@ -28,18 +28,26 @@ TEST(Relatives, AreWhatTheListsOfChildrenSay) {
         }
     }
     EXPECT_EQ(nodes.size(), 11U);
-    EXPECT_TRUE(!document.getParentNode() && !document.getNextSibling() && !document.getOwnerDocument());
+    EXPECT_TRUE(!document.getParentNode() && !document.getNextSibling() &&
+                !document.getOwnerDocument());
 }
 
 TEST(Relatives, AreElementsWithAName) {
-    const PelDOMElement root = rootOf("<r>t<a i='1'/><!--c--><b i='2'><a/></b> <a i='3'/><![CDATA[d]]></r>");
-    const PelDOMElement first = root.getChildElement(), third = root.getChildElement("b").getNextElement();
-    expectAnswers(
-        {{first, "a i=1"}, {root.getChildElement("c"), "null"}, {first.getNextElement(), "b i=2(a)"},
-            {first.getNextElement("a"), "a i=3"}, {first.getNextElement("c"), "null"},
-            {third.getNextElement(), "null"}, {third.getPreviousElement(), "b i=2(a)"},
-            {third.getPreviousElement("a"), "a i=1"}, {first.getPreviousElement(), "null"},
-            {first.getChildElement(), "null"}, {root.getNextElement("*"), "null"}});
+    const PelDOMElement root =
+        rootOf("<r>t<a i='1'/><!--c--><b i='2'><a/></b> <a i='3'/><![CDATA[d]]></r>");
+    const PelDOMElement first = root.getChildElement(),
+                        third = root.getChildElement("b").getNextElement();
+    expectAnswers({{first, "a i=1"},
+                   {root.getChildElement("c"), "null"},
+                   {first.getNextElement(), "b i=2(a)"},
+                   {first.getNextElement("a"), "a i=3"},
+                   {first.getNextElement("c"), "null"},
+                   {third.getNextElement(), "null"},
+                   {third.getPreviousElement(), "b i=2(a)"},
+                   {third.getPreviousElement("a"), "a i=1"},
+                   {first.getPreviousElement(), "null"},
+                   {first.getChildElement(), "null"},
+                   {root.getNextElement("*"), "null"}});
 }
 
 static std::string content(const PelDOMNode& node) {
@@ -49,24 +57,34 @@ static std::string content(const PelDOMNode& node) {
 TEST(Contents, OfEveryKindAreReadAndSet) {
     const struct {
         const char *before, *setValue, *afterValue, *setText, *afterText;
-    } kinds[] = {{"'#document' '' ''", "invalid", "'#document' '' ''", "invalid", "'#document' '' ''"},
+    } kinds[] = {
+        {"'#document' '' ''", "invalid", "'#document' '' ''", "invalid", "'#document' '' ''"},
         {"'xml' '' ''", "invalid", "'xml' '' ''", "invalid", "'xml' '' ''"},
         {"'n:r' '' 'a<d>bc'", "invalid", "'n:r' '' 'a<d>bc'", "ok", "'n:r' '' 't\U0001F600'"},
         {"'#text' 'a' 'a'", "ok", "'#text' 'v' 'v'", "ok", "'#text' 't\U0001F600' 't\U0001F600'"},
-        {"'#comment' 'c' 'c'", "ok", "'#comment' 'v' 'v'", "ok", "'#comment' 't\U0001F600' 't\U0001F600'"},
+        {"'#comment' 'c' 'c'", "ok", "'#comment' 'v' 'v'", "ok",
+         "'#comment' 't\U0001F600' 't\U0001F600'"},
         {"'#cdata-section' '<d>' '<d>'", "ok", "'#cdata-section' 'v' 'v'", "ok",
-            "'#cdata-section' 't\U0001F600' 't\U0001F600'"},
+         "'#cdata-section' 't\U0001F600' 't\U0001F600'"},
         {"'b' '' 'b'", "invalid", "'b' '' 'b'", "ok", "'b' '' 't\U0001F600'"},
         {"'pi' 'i j' 'i j'", "ok", "'pi' 'v' 'v'", "ok", "'pi' 't\U0001F600' 't\U0001F600'"},
         {"'n:r' '' ''", "invalid", "'n:r' '' ''", "invalid", "'n:r' '' ''"}};
     int index = 0;
     for (const auto& kind : kinds) {
-        const PelDOMDocument read = parse("<!DOCTYPE n:r><n:r>a<!--c--><![CDATA[<d>]]><b>b<b/></b><?pi i j?>"
-                                          "c</n:r>");
+        const PelDOMDocument read =
+            parse("<!DOCTYPE n:r><n:r>a<!--c--><![CDATA[<d>]]><b>b<b/></b><?pi i j?>"
+                  "c</n:r>");
         const PelDOMNode root = read.getDocumentElement();
         const PelDOMNode made = services().createDocument("r");
-        PelDOMNode node[] = {read, made.getFirstChild(), root, childAt(root, 0), childAt(root, 1),
-            childAt(root, 2), childAt(root, 3), childAt(root, 4), read.getFirstChild()};
+        PelDOMNode node[] = {read,
+                             made.getFirstChild(),
+                             root,
+                             childAt(root, 0),
+                             childAt(root, 1),
+                             childAt(root, 2),
+                             childAt(root, 3),
+                             childAt(root, 4),
+                             read.getFirstChild()};
         PelDOMNode& one = node[index++];
         const LogWatch log;
         EXPECT_EQ(content(one), kind.before);
@@ -75,7 +93,8 @@ TEST(Contents, OfEveryKindAreReadAndSet) {
         EXPECT_EQ(answers({one.setTextContent(u"t\U0001F600")}), kind.setText) << kind.before;
         EXPECT_EQ(content(one), kind.afterText);
         const PelDOM::Error code = one.setTextContent("");
-        EXPECT_EQ(one.getTextContent() == "", code == PelDOM::SUCCESS || *kind.setText == 'i') << kind.before;
+        EXPECT_EQ(one.getTextContent() == "", code == PelDOM::SUCCESS || *kind.setText == 'i')
+            << kind.before;
         EXPECT_EQ(log.text(), "");
     }
 }
@@ -84,38 +103,54 @@ TEST(Contents, ThatXmlForbidsAreRefused) {
     PelDOMElement root = rootOf("<r>t<![CDATA[d]]><!--c--><?p i?></r>");
     PelDOMNode text = childAt(root, 0), cdata = childAt(root, 1), comment = childAt(root, 2),
                instruction = childAt(root, 3);
-    const std::pair<PelDOMNode*, std::u16string_view> refused[] = {{&text, u"\u0001"}, {&text, {u"a\0", 2}},
-        {&cdata, u"]]>"}, {&cdata, u"\xD800"}, {&comment, u"a--b"}, {&comment, u"a-"}, {&comment, u"\uFFFF"},
-        {&instruction, u"?>"}, {&instruction, u"\xDC00"}};
+    const std::pair<PelDOMNode*, std::u16string_view> refused[] = {
+        {&text, u"\u0001"},    {&text, {u"a\0", 2}},  {&cdata, u"]]>"},
+        {&cdata, u"\xD800"},   {&comment, u"a--b"},   {&comment, u"a-"},
+        {&comment, u"\uFFFF"}, {&instruction, u"?>"}, {&instruction, u"\xDC00"}};
     for (const auto& [node, value] : refused) {
         const std::string before = content(*node);
         EXPECT_EQ(node->setNodeValue(PelString(value)), PelDOM::INVALID_VALUE) << PelString(value);
-        EXPECT_EQ(node->setTextContent(PelString(value)), PelDOM::INVALID_VALUE) << PelString(value);
+        EXPECT_EQ(node->setTextContent(PelString(value)), PelDOM::INVALID_VALUE)
+            << PelString(value);
         EXPECT_EQ(content(*node), before);
     }
     EXPECT_EQ(root.setTextContent(u"a\u0002"), PelDOM::INVALID_VALUE);
     EXPECT_EQ(root.getTextContent(), "td");
-    const std::pair<PelDOMNode*, const char*> allowed[] = {
-        {&text, "]]>--?>"}, {&cdata, "]] > --?>"}, {&comment, "]]>?>-a"}, {&instruction, "]]>--? >"}};
-    for (const auto& [node, value] : allowed) EXPECT_EQ(node->setNodeValue(value), PelDOM::SUCCESS) << value;
+    const std::pair<PelDOMNode*, const char*> allowed[] = {{&text, "]]>--?>"},
+                                                           {&cdata, "]] > --?>"},
+                                                           {&comment, "]]>?>-a"},
+                                                           {&instruction, "]]>--? >"}};
+    for (const auto& [node, value] : allowed)
+        EXPECT_EQ(node->setNodeValue(value), PelDOM::SUCCESS) << value;
     PelString written;
-    expectAnswers({{services().writeDocument(root.getOwnerDocument(), written, 0, 0, 0), "ok"},
-        {written, "'<r>]]&gt;--?&gt;<![CDATA[]] > --?>]]><!--]]>?>-a--><?p ]]>--? >?></r>'"}});
+    expectAnswers(
+        {{services().writeDocument(root.getOwnerDocument(), written, 0, 0, 0), "ok"},
+         {written, "'<r>]]&gt;--?&gt;<![CDATA[]] > --?>]]><!--]]>?>-a--><?p ]]>--? >?></r>'"}});
 }
 
 TEST(Contents, OfAnElementAreReplacedForEveryList) {
-    PelDOMElement root = rootOf("<!DOCTYPE r [<!ELEMENT r ANY><!ELEMENT a ANY><!ENTITY e 'x<a>y</a>'>]>"
-                                "<r>1<a>2<!--3--><a/><![CDATA[4]]></a>&e;</r>");
+    PelDOMElement root =
+        rootOf("<!DOCTYPE r [<!ELEMENT r ANY><!ELEMENT a ANY><!ENTITY e 'x<a>y</a>'>]>"
+               "<r>1<a>2<!--3--><a/><![CDATA[4]]></a>&e;</r>");
     const PelDOMNodeList children = root.getChildNodes(), elements = root.getElementsByTagName("a");
     const PelDOMNode first = root.getChildElement(), inner = root.getLastChild().getFirstChild();
-    expectAnswers({{children.length(), "4"}, {elements.length(), "3"}, {root.getTextContent(), "'124xy'"}});
-    expectAnswers({{root.setTextContent("new"), "ok"}, {children.length(), "1"}, {elements.length(), "0"},
-        {root, "r(|new|)"}, {first, "a(|2| #8 a #4)"}, {first.getParentNode(), "null"}, {inner, "|y|"},
-        {inner.getParentNode(), "a(|y|)"}});
-    expectAnswers({{root.setTextContent(""), "ok"}, {children.length(), "0"}, {root, "r"},
-        {first.getNextSibling(), "null"}});
     expectAnswers(
-        {{root.setTextContent(""), "ok"}, {root.setTextContent("again"), "ok"}, {root, "r(|again|)"}});
+        {{children.length(), "4"}, {elements.length(), "3"}, {root.getTextContent(), "'124xy'"}});
+    expectAnswers({{root.setTextContent("new"), "ok"},
+                   {children.length(), "1"},
+                   {elements.length(), "0"},
+                   {root, "r(|new|)"},
+                   {first, "a(|2| #8 a #4)"},
+                   {first.getParentNode(), "null"},
+                   {inner, "|y|"},
+                   {inner.getParentNode(), "a(|y|)"}});
+    expectAnswers({{root.setTextContent(""), "ok"},
+                   {children.length(), "0"},
+                   {root, "r"},
+                   {first.getNextSibling(), "null"}});
+    expectAnswers({{root.setTextContent(""), "ok"},
+                   {root.setTextContent("again"), "ok"},
+                   {root, "r(|again|)"}});
 }
 
 TEST(Contents, AreReadAndReplacedInDepth) {
@@ -124,7 +159,8 @@ TEST(Contents, AreReadAndReplacedInDepth) {
     PelDOMElement root = document.getDocumentElement(), inner = root;
     for (int i = 0; i < depth; ++i) {
         PelDOMElement next = document.createElement("n");
-        if (i % 100000 == 0) append(inner, document.createTextNode("t"));
+        if (i % 100000 == 0)
+            append(inner, document.createTextNode("t"));
         append(inner, next);
         inner = std::move(next);
     }
@@ -136,19 +172,28 @@ TEST(Namespaces, AreFoundByTheNamesAndAttributesAbove) {
     const PelDOMElement root = rootOf("<r xmlns='d' xmlns:p='1'><p:a xmlns:p='2' xmlns:q='3'>"
                                       "<b xmlns='' q='5'/></p:a></r>");
     const PelDOMElement a = root.getChildElement(), b = a.getChildElement();
-    expectAnswers({{root.lookupNamespaceURI(""), "'d'"}, {root.lookupNamespaceURI("p"), "'1'"},
-        {root.lookupNamespaceURI("q"), "''"}, {a.lookupNamespaceURI(""), "'d'"},
-        {a.lookupNamespaceURI("p"), "'2'"}, {a.lookupNamespaceURI("q"), "'3'"},
-        {b.lookupNamespaceURI(""), "''"}, {b.lookupNamespaceURI("p"), "'2'"},
-        {b.lookupNamespaceURI("q"), "'3'"}, {b.lookupNamespaceURI("r"), "''"}});
+    expectAnswers({{root.lookupNamespaceURI(""), "'d'"},
+                   {root.lookupNamespaceURI("p"), "'1'"},
+                   {root.lookupNamespaceURI("q"), "''"},
+                   {a.lookupNamespaceURI(""), "'d'"},
+                   {a.lookupNamespaceURI("p"), "'2'"},
+                   {a.lookupNamespaceURI("q"), "'3'"},
+                   {b.lookupNamespaceURI(""), "''"},
+                   {b.lookupNamespaceURI("p"), "'2'"},
+                   {b.lookupNamespaceURI("q"), "'3'"},
+                   {b.lookupNamespaceURI("r"), "''"}});
     EXPECT_EQ(b.lookupNamespaceURI("xml") + u" " + b.lookupNamespaceURI("xmlns"),
-        "http://www.w3.org/XML/1998/namespace http://www.w3.org/2000/xmlns/");
+              "http://www.w3.org/XML/1998/namespace http://www.w3.org/2000/xmlns/");
     PelDOMDocument document = root.getOwnerDocument();
-    for (const auto& [name, prefix, local] : {std::array{"r", "", "r"}, {"p:a", "p", "a"}, {":a", "", ":a"},
-             {"p:", "", "p:"}, {"p:q:a", "", "p:q:a"}, {"pp:qq", "pp", "qq"}}) {
+    for (const auto& [name, prefix, local] : {std::array{"r", "", "r"},
+                                              {"p:a", "p", "a"},
+                                              {":a", "", ":a"},
+                                              {"p:", "", "p:"},
+                                              {"p:q:a", "", "p:q:a"},
+                                              {"pp:qq", "pp", "qq"}}) {
         const PelDOMElement made = document.createElement(name);
-        EXPECT_EQ(
-            answers({made.getPrefix(), made.getLocalName()}), answers({PelString(prefix), PelString(local)}));
+        EXPECT_EQ(answers({made.getPrefix(), made.getLocalName()}),
+                  answers({PelString(prefix), PelString(local)}));
     }
 }
 
@@ -158,19 +203,23 @@ static std::string joined(const Range& range) {
     std::string all;
     for (const auto node : range) {
         all += node.getNodeName().toUtf8();
-        if (node.getNodeType() == PelDOM::ELEMENT_NODE) all += PelDOMElement(node).getAttribute("i").toUtf8();
+        if (node.getNodeType() == PelDOM::ELEMENT_NODE)
+            all += PelDOMElement(node).getAttribute("i").toUtf8();
     }
     return all;
 }
 
 TEST(Ranges, GoThroughChildrenElementsAndAttributes) {
-    const PelDOMDocument document =
-        parse("<r z='1' b='2' n:a='3'>t<a i='1'><a i='2'/><b/></a><!--c--><b><a i='3'/></b><a i='4'/></r>");
+    const PelDOMDocument document = parse("<r z='1' b='2' n:a='3'>t<a i='1'><a "
+                                          "i='2'/><b/></a><!--c--><b><a i='3'/></b><a i='4'/></r>");
     const PelDOMElement root = document.getDocumentElement();
     const LogWatch log;
     EXPECT_EQ(joined(root.getChildNodes()), "#texta1#commentba4");
-    for (const auto& [name, children, below] : {std::array{"a", "a1a4", "a1a2a3a4"}, {"b", "b", "bb"},
-             {"*", "a1ba4", "ra1a2bba3a4"}, {"c", "", ""}, {"", "", ""}}) {
+    for (const auto& [name, children, below] : {std::array{"a", "a1a4", "a1a2a3a4"},
+                                                {"b", "b", "bb"},
+                                                {"*", "a1ba4", "ra1a2bba3a4"},
+                                                {"c", "", ""},
+                                                {"", "", ""}}) {
         EXPECT_EQ(joined(root.getChildElements(name)), children) << name;
         EXPECT_EQ(joined(document.getElementsByTagName(name)), below) << name;
     }
@@ -179,9 +228,12 @@ TEST(Ranges, GoThroughChildrenElementsAndAttributes) {
         attributes += (name + u"=" + value + u" ").toUtf8();
     EXPECT_EQ(attributes, "b=2 n:a=3 z=1 ");
     EXPECT_EQ(log.text(), "");
-    for (const PelDOMNode node : PelDOMNodeList()) ADD_FAILURE() << show(node);
-    for (const PelDOMElement element : PelDOMElement().getChildElements()) ADD_FAILURE() << show(element);
-    for (const PelDOMElement element : PelDOMElementRange()) ADD_FAILURE() << show(element);
+    for (const PelDOMNode node : PelDOMNodeList())
+        ADD_FAILURE() << show(node);
+    for (const PelDOMElement element : PelDOMElement().getChildElements())
+        ADD_FAILURE() << show(element);
+    for (const PelDOMElement element : PelDOMElementRange())
+        ADD_FAILURE() << show(element);
     EXPECT_TRUE(PelDOMElement().getAttributes().empty() && document.getFirstChild() == root);
 }
 
@@ -192,7 +244,8 @@ template <class Range>
 static std::string visited(const Range& range, PelDOMElement root, const Body& body) {
     std::string seen;
     for (auto node : range) {
-        if (seen.size() > 20) return seen + "...";
+        if (seen.size() > 20)
+            return seen + "...";
         seen += node.getNodeName().toUtf8();
         body(root, node);
     }
@@ -204,12 +257,15 @@ static PelDOMNode named(const PelDOMElement& root, const char* name) {
     return itemOf(found, 0);
 }
 
-static void remove(const PelDOMNode& node) { node.getParentNode().removeChild(node); }
+static void remove(const PelDOMNode& node) {
+    node.getParentNode().removeChild(node);
+}
 
 // Does it once, when the loop comes to the node with that name.
 static Body at(char name, const std::function<void(PelDOMElement& root, PelDOMNode& node)>& body) {
     return [name, body](PelDOMElement& root, PelDOMNode& node) {
-        if (node.getNodeName() == std::string(1, name)) body(root, node);
+        if (node.getNodeName() == std::string(1, name))
+            body(root, node);
     };
 }
 
@@ -217,46 +273,52 @@ TEST(Ranges, GoOnWithWhatFollowedWhateverTheirBodiesDo) {
     const auto make = [](const PelDOMElement& root, const char* name) {
         return root.getOwnerDocument().createElement(name);
     };
-    const std::pair<Body, const char*> bodies[] = {{[](auto&, auto&) {}, "abcdef r(a b c d e f)"},
+    const std::pair<Body, const char*> bodies[] = {
+        {[](auto&, auto&) {}, "abcdef r(a b c d e f)"},
         {[](auto& root, auto& node) { root.removeChild(node); }, "abcdef r"},
         {[](auto& root, auto& node) { root.getParentNode().insertBefore(node, root); }, "abcdef r"},
         {[&](auto& root, auto& node) { make(root, "x").appendChild(node); }, "abcdef r"},
         {[](auto& root, auto& node) { root.appendChild(node); }, "abcdef r(a b c d e f)"},
         {[](auto& root, auto& node) { root.insertBefore(node, root.getFirstChild()); },
-            "abcdef r(f e d c b a)"},
+         "abcdef r(f e d c b a)"},
         {[](auto&, auto& node) { remove(node.getNextSibling()), remove(node); }, "ace r"},
         {[](auto&, auto& node) { remove(node.getNextSibling()); }, "ace r(a c e)"},
         {[](auto&, auto& node) { remove(node.getNextSibling()), remove(node.getNextSibling()); },
-            "ad r(a d)"},
+         "ad r(a d)"},
         {[](auto& root, auto&) { root.setTextContent(""); }, "a r"},
         {[](auto& root, auto&) { remove(root.getLastChild()); }, "abc r(a b c)"},
         {[&](auto& root, auto& node) { root.insertBefore(make(root, "x"), node); },
-            "abcdef r(x a x b x c x d x e x f)"},
+         "abcdef r(x a x b x c x d x e x f)"},
         {[&](auto& root, auto& node) { root.insertBefore(make(root, "x"), node.getNextSibling()); },
-            "abcdef r(a x b x c x d x e x f x)"},
-        {[&](auto& root, auto&) { root.appendChild(make(root, "x")); }, "abcdef r(a b c d e f x x x x x x)"},
+         "abcdef r(a x b x c x d x e x f x)"},
+        {[&](auto& root, auto&) { root.appendChild(make(root, "x")); },
+         "abcdef r(a b c d e f x x x x x x)"},
         {at('a', [&](auto& root, auto&) { root.insertBefore(make(root, "x"), named(root, "f")); }),
-            "abcdexf r(a b c d e x f)"},
+         "abcdexf r(a b c d e x f)"},
         {at('a', [&](auto& root, auto&) { root.replaceChild(make(root, "x"), named(root, "b")); }),
-            "acdef r(a x c d e f)"},
+         "acdef r(a x c d e f)"},
         {at('a', [&](auto& root, auto&) { root.replaceChild(make(root, "x"), named(root, "f")); }),
-            "abcde r(a b c d e x)"},
-        {at('a', [](auto& root, auto&) { root.appendChild(named(root, "b")); }), "acdef r(a c d e f b)"},
+         "abcde r(a b c d e x)"},
+        {at('a', [](auto& root, auto&) { root.appendChild(named(root, "b")); }),
+         "acdef r(a c d e f b)"},
         {at('c', [](auto& root, auto&) { root.insertBefore(named(root, "f"), named(root, "a")); }),
-            "abcde r(f a b c d e)"},
+         "abcde r(f a b c d e)"},
         {at('e', [](auto& root, auto&) { remove(named(root, "f")); }), "abcde r(a b c d e)"},
-        {at('e', [&](auto& root, auto&) { root.appendChild(make(root, "x")), remove(named(root, "f")); }),
-            "abcde r(a b c d e x)"},
-        {at('f', [](auto& root, auto&) { root.appendChild(named(root, "a")); }), "abcdef r(b c d e f a)"},
+        {at('e', [&](auto& root,
+                     auto&) { root.appendChild(make(root, "x")), remove(named(root, "f")); }),
+         "abcde r(a b c d e x)"},
+        {at('f', [](auto& root, auto&) { root.appendChild(named(root, "a")); }),
+         "abcdef r(b c d e f a)"},
         {at('b', [](auto& root, auto&) { PelDOMElement(named(root, "d")).setTagName("z"); }),
-            "abczef r(a b c z e f)"}};
+         "abczef r(a b c z e f)"}};
     for (const auto& [body, expected] : bodies)
         for (int kind = 0; kind < 3; ++kind) {
             const PelDOMDocument document = parse("<o><r><a/><b/><c/><d/><e/><f/></r></o>");
             const PelDOMElement root = document.getDocumentElement().getChildElement();
-            const std::string seen = kind == 0   ? visited(root.getChildNodes(), root, body)
-                                     : kind == 1 ? visited(root.getChildElements(), root, body)
-                                                 : visited(root.getElementsByTagName("*"), root, body);
+            const std::string seen = kind == 0 ? visited(root.getChildNodes(), root, body)
+                                     : kind == 1
+                                         ? visited(root.getChildElements(), root, body)
+                                         : visited(root.getElementsByTagName("*"), root, body);
             EXPECT_EQ(seen, expected) << kind;
         }
 }
@@ -264,12 +326,15 @@ TEST(Ranges, GoOnWithWhatFollowedWhateverTheirBodiesDo) {
 TEST(Ranges, OfAllElementsBelowGoOnBehindWhatIsRemoved) {
     const auto removes = [](std::initializer_list<const char*> names) {
         return [names = std::vector(names)](auto& root, auto&) {
-            for (const char* name : names) remove(named(root, name));
+            for (const char* name : names)
+                remove(named(root, name));
         };
     };
-    const std::pair<Body, const char*> bodies[] = {{[](auto&, auto& node) { remove(node); }, "adh r(#8)"},
+    const std::pair<Body, const char*> bodies[] = {
+        {[](auto&, auto& node) { remove(node); }, "adh r(#8)"},
         {at('e', removes({"d"})), "abcdeh r(a(b c) #8 h)"},
-        {at('f', removes({"d"})), "abcdefh r(a(b c) #8 h)"}, {at('c', removes({"d"})), "abch r(a(b c) #8 h)"},
+        {at('f', removes({"d"})), "abcdefh r(a(b c) #8 h)"},
+        {at('c', removes({"d"})), "abch r(a(b c) #8 h)"},
         {at('a', removes({"b"})), "acdefgh r(a(c) #8 d(e(f) g) h)"},
         {at('c', removes({"d", "h"})), "abc r(a(b c) #8)"},
         {at('b', removes({"c"})), "abdefgh r(a(b) #8 d(e(f) g) h)"},
@@ -278,11 +343,13 @@ TEST(Ranges, OfAllElementsBelowGoOnBehindWhatIsRemoved) {
         {at('a', removes({"h", "g", "f"})), "abcde r(a(b c) #8 d(e))"},
         {at('a', removes({"h", "d", "c"})), "ab r(a(b) #8)"},
         {at('b', removes({"a"})), "abdefgh r(#8 d(e(f) g) h)"},
-        {at('d', [](auto& root, auto& node) { root.appendChild(node); }), "abcdh r(a(b c) #8 h d(e(f) g))"},
+        {at('d', [](auto& root, auto& node) { root.appendChild(node); }),
+         "abcdh r(a(b c) #8 h d(e(f) g))"},
         {at('b', [](auto& root, auto&) { remove(root); }), "abcdefgh r(a(b c) #8 d(e(f) g) h)"}};
     for (const auto& [body, expected] : bodies) {
         const PelDOMElement root =
-            rootOf("<o><r><a><b/><c/></a><!----><d><e><f/></e><g/></d><h/></r><z/></o>").getChildElement();
+            rootOf("<o><r><a><b/><c/></a><!----><d><e><f/></e><g/></d><h/></r><z/></o>")
+                .getChildElement();
         EXPECT_EQ(visited(root.getElementsByTagName("*"), root, body), expected);
     }
 }
@@ -291,14 +358,16 @@ TEST(Ranges, OfAllElementsBelowGoOnBehindWhatIsRemoved) {
 TEST(Ranges, OfNestedElementsGoOnWhileTextsAreRemoved) {
     constexpr int depth = 100000;
     std::string text;
-    for (int i = 0; i < depth; ++i) text += "<e>t";
-    for (int i = 0; i < depth; ++i) text += "t</e>";
+    for (int i = 0; i < depth; ++i)
+        text += "<e>t";
+    for (int i = 0; i < depth; ++i)
+        text += "t</e>";
     const PelDOMDocument document = parse(text.c_str());
     int seen = 0;
     for (PelDOMNode node : document.getElementsByTagName("*")) {
         ASSERT_EQ(node.removeChild(node.getFirstChild()), PelDOM::SUCCESS);
-        ASSERT_EQ(
-            node.removeChild(node.getLastChild()), ++seen < depth ? PelDOM::SUCCESS : PelDOM::NULL_NODE);
+        ASSERT_EQ(node.removeChild(node.getLastChild()),
+                  ++seen < depth ? PelDOM::SUCCESS : PelDOM::NULL_NODE);
     }
     EXPECT_EQ(seen, depth);
 }
@@ -306,10 +375,13 @@ TEST(Ranges, OfNestedElementsGoOnWhileTextsAreRemoved) {
 TEST(Ranges, MayBeManyAtOnceAndEndInAnyOrder) {
     const PelDOMElement root = rootOf("<r><a/><b/><c/><d/></r>");
     std::vector<PelDOMIterator<PelDOMNode>> loops;
-    for (int i = 0; i < 4; ++i) loops.push_back(root.getChildNodes().begin());
+    for (int i = 0; i < 4; ++i)
+        loops.push_back(root.getChildNodes().begin());
     std::string seen;
     for (const char* name : {"b", "c", "d"}) {
-        loops.erase(loops.begin() + (*name == 'b' ? 1 : *name == 'c' ? 2 : 0)); // the middle, the ends
+        loops.erase(loops.begin() + (*name == 'b'   ? 1
+                                     : *name == 'c' ? 2
+                                                    : 0)); // the middle, the ends
         remove(named(root, name));
         for (auto& loop : loops) {
             seen += show(*loop);
@@ -321,14 +393,16 @@ TEST(Ranges, MayBeManyAtOnceAndEndInAnyOrder) {
 
 TEST(Ranges, KeepTheirTreeAndAreInputRanges) {
     std::string seen;
-    for (const PelDOMElement child : rootOf("<r><a/><b/></r>").getChildElements()) seen += show(child);
+    for (const PelDOMElement child : rootOf("<r><a/><b/></r>").getChildElements())
+        seen += show(child);
     EXPECT_EQ(seen, "ab");
     const PelDOMNodeList list = rootOf("<r><a/><b/><c/></r>").getChildNodes();
     EXPECT_EQ(std::distance(list.begin(), list.end()), 3);
     const auto isB = [](const PelDOMNode& node) { return node.getNodeName() == "b"; };
     auto found = std::find_if(list.begin(), list.end(), isB);
     const auto copy = found;
-    EXPECT_TRUE(found == copy && found != list.end() && found != list.begin() && isB(*found) && isB(*copy));
+    EXPECT_TRUE(found == copy && found != list.end() && found != list.begin() && isB(*found) &&
+                isB(*copy));
     found++;
     expectAnswers({{*found, "c"}, {*copy, "c"}}); // the place is shared
     EXPECT_TRUE(++found == list.end() && !*found && ++found == list.end() && !*copy);

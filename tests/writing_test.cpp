@@ -33,7 +33,8 @@ static PelDOMDocument createWith(const PelXercesDeclaration& values) {
 enum Target { toString, toFile };
 
 // What a document is written as, after the code and in quotes if it is not SUCCESS.
-static std::string written(Target to, const PelDOMDocument& document, int newlines = 0, int terminator = 0) {
+static std::string written(Target to, const PelDOMDocument& document, int newlines = 0,
+                           int terminator = 0) {
     const ScratchFolder folder;
     PelString target(to == toFile ? folder.write("\xD1\x84.xml", "old").c_str() : "kept");
     const PelDOM::Error code = services().writeDocument(document, target, to, newlines, terminator);
@@ -54,7 +55,8 @@ static void expectAccepted(const std::string& file) {
 }
 
 TEST(Writing, IsCheckedByAnotherReader) {
-    if (!hasXmllint) GTEST_SKIP() << "xmllint is missing, which would check what the others write";
+    if (!hasXmllint)
+        GTEST_SKIP() << "xmllint is missing, which would check what the others write";
 }
 
 TEST(Writing, FramesACreatedDocument) {
@@ -80,24 +82,24 @@ TEST(Writing, GivesEachKindOfNodeItsMarkup) {
         // "~" stands where a line break comes with newlines, and nothing without
         const std::pair<const char*, const char*> cases[] = {
             {"<?xml version='1.0'?><a z='1' k='v'><b>x</b><!--c--></a>",
-                R"(~<a k="v" z="1">~<b>x</b><!--c--></a>~~)"},
+             R"(~<a k="v" z="1">~<b>x</b><!--c--></a>~~)"},
             {"<?p?><!--a-b?--><a> <?q d d?>\n<![CDATA[<&>]]>&lt;&gt;&amp;\"'&#13;&#10;&#9;</a>",
-                "<?p?>~<!--a-b?-->~~<a> <?q d d?>\n<![CDATA[<&>]]>&lt;&gt;&amp;\"'&#xD;\n\t</a>~~"},
+             "<?p?>~<!--a-b?-->~~<a> <?q d d?>\n<![CDATA[<&>]]>&lt;&gt;&amp;\"'&#xD;\n\t</a>~~"},
             {"<a k='&lt;&gt;&amp;&quot;&apos;&#13;&#10;&#9;'/>",
-                R"(~<a k="&lt;>&amp;&quot;'&#xD;&#xA;&#x9;"/>~~)"},
+             R"(~<a k="&lt;>&amp;&quot;'&#xD;&#xA;&#x9;"/>~~)"},
             {"<!DOCTYPE a SYSTEM 'a.dtd'><a/>", R"(<!DOCTYPE a SYSTEM "a.dtd">~~<a/>~~)"},
             {"<!DOCTYPE a PUBLIC 'p' 'a.dtd' [<!ENTITY e 'x'>]><a>&e;</a>",
-                R"(<!DOCTYPE a PUBLIC "p" "a.dtd"[<!ENTITY e "x">]>~~<a>x</a>~~)"},
+             R"(<!DOCTYPE a PUBLIC "p" "a.dtd"[<!ENTITY e "x">]>~~<a>x</a>~~)"},
             {"<!DOCTYPE a [ <!ELEMENT a ANY> ]><a/>", "<!DOCTYPE a[ <!ELEMENT a ANY> ]>~~<a/>~~"},
             {R"(<!DOCTYPE a [<!--c--><!ELEMENT a ANY><!ENTITY % p 'x'><!ENTITY q '&#38;#60;"&#37;&#13;'>)"
              R"(<!NOTATION n SYSTEM '"'><!ENTITY u PUBLIC 'p' 's' NDATA n>)"
              R"(<!ATTLIST a f CDATA #FIXED '&#9;&#10;&#13;&#38;&#60;"' n NOTATION (n) #IMPLIED i (x|y) 'x' r ID)"
              " #REQUIRED>]><a r='i'>&q;</a>",
-                R"(<!DOCTYPE a[<!--c--><!ELEMENT a ANY><!ENTITY % p "x">)"
-                R"(<!ENTITY q "&#x26;#60;&#x22;&#x25;&#xD;"><!NOTATION n SYSTEM '"'>)"
-                R"(<!ENTITY u PUBLIC "p" "s" NDATA n>)"
-                R"(<!ATTLIST a f CDATA #FIXED "&#x9;&#xA;&#xD;&#x26;&#x3C;&#x22;" n NOTATION (n) #IMPLIED i (x|y) "x" r ID)"
-                R"( #REQUIRED>]>~~<a f="&#x9;&#xA;&#xD;&amp;&lt;&quot;" i="x" r="i">&lt;"%&#xD;</a>~~)"},
+             R"(<!DOCTYPE a[<!--c--><!ELEMENT a ANY><!ENTITY % p "x">)"
+             R"(<!ENTITY q "&#x26;#60;&#x22;&#x25;&#xD;"><!NOTATION n SYSTEM '"'>)"
+             R"(<!ENTITY u PUBLIC "p" "s" NDATA n>)"
+             R"(<!ATTLIST a f CDATA #FIXED "&#x9;&#xA;&#xD;&#x26;&#x3C;&#x22;" n NOTATION (n) #IMPLIED i (x|y) "x" r ID)"
+             R"( #REQUIRED>]>~~<a f="&#x9;&#xA;&#xD;&amp;&lt;&quot;" i="x" r="i">&lt;"%&#xD;</a>~~)"},
             {R"(<!DOCTYPE a SYSTEM 'a".dtd'><a/>)", R"(<!DOCTYPE a SYSTEM 'a".dtd'>~~<a/>~~)"},
             // of what is declared twice, the first counts
             {"<!DOCTYPE a [<!ELEMENT a ANY><!ATTLIST a k (x|y) 'x'>"
@@ -105,23 +107,23 @@ TEST(Writing, GivesEachKindOfNodeItsMarkup) {
              "<!NOTATION n PUBLIC 'p'><!ENTITY u 'v'><!ENTITY u SYSTEM 'x' NDATA n>"
              "<!ENTITY % u 'w'><!ENTITY % u SYSTEM 'y'><!ENTITY lt '&#38;#60;'>"
              "<!ENTITY lt '&#38;#x3C;'>]><a>&u;</a>",
-                R"(<!DOCTYPE a[<!ELEMENT a ANY><!ATTLIST a k (x|y) "x"><!ATTLIST a   l ID #IMPLIED>)"
-                R"(<!NOTATION n SYSTEM "n"><!ENTITY u "v"><!ENTITY % u "w">)"
-                R"(<!ENTITY lt "&#x26;#60;">]>~~<a k="x">v</a>~~)"},
+             R"(<!DOCTYPE a[<!ELEMENT a ANY><!ATTLIST a k (x|y) "x"><!ATTLIST a   l ID #IMPLIED>)"
+             R"(<!NOTATION n SYSTEM "n"><!ENTITY u "v"><!ENTITY % u "w">)"
+             R"(<!ENTITY lt "&#x26;#60;">]>~~<a k="x">v</a>~~)"},
             {"<!DOCTYPE a [<!ELEMENT a ANY><!NOTATION n SYSTEM ''><!NOTATION m PUBLIC 'p' ''>"
              "<!NOTATION o PUBLIC ''><!ENTITY e SYSTEM ''><!ENTITY f PUBLIC 'p' ''>"
              "<!ENTITY % g SYSTEM ''>]><a/>",
-                R"(<!DOCTYPE a[<!ELEMENT a ANY><!NOTATION n SYSTEM ""><!NOTATION m PUBLIC "p">)"
-                R"(<!NOTATION o SYSTEM ""><!ENTITY e SYSTEM ""><!ENTITY f PUBLIC "p" "">)"
-                R"(<!ENTITY % g SYSTEM "">]>~~<a/>~~)"},
+             R"(<!DOCTYPE a[<!ELEMENT a ANY><!NOTATION n SYSTEM ""><!NOTATION m PUBLIC "p">)"
+             R"(<!NOTATION o SYSTEM ""><!ENTITY e SYSTEM ""><!ENTITY f PUBLIC "p" "">)"
+             R"(<!ENTITY % g SYSTEM "">]>~~<a/>~~)"},
             {"<!DOCTYPE a [<!ELEMENT a ((b?,c)*)*><!ELEMENT b (c*)*>"
              "<!ELEMENT c (((a)?)+|(b,(c,a))*)?><!ELEMENT d (b|(a|c)|(a,b)+)><!ELEMENT e (c)>"
              "<!ELEMENT f (#PCDATA)><!ELEMENT g (#PCDATA|:)*><!ELEMENT : EMPTY>"
              "<!ELEMENT h (:+,(:)?)><!ELEMENT i ((a?)+)*><!ELEMENT j (#PCDATA)*>]><a/>",
-                "<!DOCTYPE a[<!ELEMENT a (((b?,c))*)*><!ELEMENT b (c*)*>"
-                "<!ELEMENT c ((a?)+|((b,c,a))*)?><!ELEMENT d (b|a|c|((a,b))+)><!ELEMENT e (c)>"
-                "<!ELEMENT f (#PCDATA)><!ELEMENT g (#PCDATA|:)*><!ELEMENT : EMPTY><!ELEMENT h (:+,:?)>"
-                "<!ELEMENT i ((a?)+)*><!ELEMENT j (#PCDATA)*>]>~~<a/>~~"}};
+             "<!DOCTYPE a[<!ELEMENT a (((b?,c))*)*><!ELEMENT b (c*)*>"
+             "<!ELEMENT c ((a?)+|((b,c,a))*)?><!ELEMENT d (b|a|c|((a,b))+)><!ELEMENT e (c)>"
+             "<!ELEMENT f (#PCDATA)><!ELEMENT g (#PCDATA|:)*><!ELEMENT : EMPTY><!ELEMENT h (:+,:?)>"
+             "<!ELEMENT i ((a?)+)*><!ELEMENT j (#PCDATA)*>]>~~<a/>~~"}};
         for (const auto& [text, expected] : cases) {
             const PelDOMDocument document = readFile(folder.write("in.xml", text));
             EXPECT_EQ(written(toString, document), replaced(expected, "~", ""));
@@ -139,16 +141,21 @@ TEST(Writing, KeepsTheVersionThatADocumentNeeds) {
         const std::string type = "<!DOCTYPE a [<!ELEMENT a ANY><!ATTLIST a d CDATA '&#2;' k CDATA "
                                  "#IMPLIED><!ENTITY e '&#38;#3;&#133;'>]>";
         const std::string begin = "<?xml version='1.1' encoding='ISO-8859-1'?>" + type;
-        const PelDOMDocument document = readFile(folder.write("in.xml",
-            begin + "<a k='&#1;&#31;&#x2028;'>&#127;&#x9F;&#x2028;&#x2027;&#xA0;&#9;&#10;&#13;&e;</a>"));
+        const PelDOMDocument document = readFile(folder.write(
+            "in.xml",
+            begin +
+                "<a "
+                "k='&#1;&#31;&#x2028;'>&#127;&#x9F;&#x2028;&#x2027;&#xA0;&#9;&#10;&#13;&e;</a>"));
         const std::string written11 =
-            "<?xml version=\"1.1\" encoding=\"UTF-8\"?>\n~~<!DOCTYPE a[<!ELEMENT a ANY><!ATTLIST a d CDATA "
+            "<?xml version=\"1.1\" encoding=\"UTF-8\"?>\n~~<!DOCTYPE a[<!ELEMENT a ANY><!ATTLIST a "
+            "d CDATA "
             "\"&#x2;\" k CDATA #IMPLIED><!ENTITY e \"&#x26;#3;&#x85;\">]>~~<a d=\"&#x2;\" "
             "k=\"&#x1;&#x1F;&#x2028;\">"
             "&#x7F;&#x9F;&#x2028;\xE2\x80\xA7\xC2\xA0\t\n&#xD;&#x3;&#x85;</a>~~";
         EXPECT_EQ(written(toString, document), replaced(written11, "~", ""));
         EXPECT_EQ(written(toString, document, 1), replaced(written11, "~", "\n"));
-        EXPECT_EQ(show(readFile(folder.write("out.xml", written(toFile, document)))), show(document));
+        EXPECT_EQ(show(readFile(folder.write("out.xml", written(toFile, document)))),
+                  show(document));
         EXPECT_EQ(show(parse(written(toString, document))), show(document));
     });
 }
@@ -163,10 +170,12 @@ TEST(Writing, WritesWhatOnlyProgramsCanMake) {
             ->appendChild(engine.createElement(u"e"))
             ->appendChild(engine.createTextNode(u""));
         engine.getDocumentElement()->appendChild(engine.createEntityReference(u"ref"));
-        const std::string declaration = "<?xml version=\"\" encoding=\"UTF-8\" standalone=\"yes\"?>\n";
+        const std::string declaration =
+            "<?xml version=\"\" encoding=\"UTF-8\" standalone=\"yes\"?>\n";
         EXPECT_EQ(written(toString, document), declaration + "<r><e></e>&ref;</r>");
         append(document, childAt(document, 0));
-        EXPECT_EQ(written(toString, document, 1), "\n<r>\n<e></e>&ref;</r>\n" + declaration + "\n\n\n");
+        EXPECT_EQ(written(toString, document, 1),
+                  "\n<r>\n<e></e>&ref;</r>\n" + declaration + "\n\n\n");
         testing::internal::CaptureStderr();
         PelXercesDOMNode::give(node, engine.createAttribute(u"k"), document);
         EXPECT_EQ(written(toString, document), "");
@@ -197,7 +206,8 @@ TEST(FirstWrite, SettlesTheEncodingOfTheProcess) {
 
 TEST(Failures, OfTheEncodingLast) {
     inNewProcess([] {
-        EXPECT_EQ(written(toString, createWith({"1.0", "no-such", std::nullopt})), "internal 'kept'");
+        EXPECT_EQ(written(toString, createWith({"1.0", "no-such", std::nullopt})),
+                  "internal 'kept'");
         EXPECT_EQ(written(toFile, services().createDocument("a")), "internal ''");
     });
 }
@@ -215,9 +225,11 @@ TEST(Failures, OfFilesAndTextAreContained) {
         EXPECT_EQ(services().writeDocument(document, ""), PelDOM::INVALID_VALUE);
         EXPECT_EQ(message(), "the file has no name");
         const std::pair<std::string, std::string> losses[] = {
-            {folder.file("no/such"), "No such file or directory"}, {folder.path, "Is a directory"},
+            {folder.file("no/such"), "No such file or directory"},
+            {folder.path, "Is a directory"},
             {"/dev/full", "No space left on device"}};
-        const PelDOMDocument large = services().createDocument("r"); // more than the stream holds back
+        const PelDOMDocument large =
+            services().createDocument("r"); // more than the stream holds back
         large.getDocumentElement().setAttribute("k", PelString(std::u16string(100000, u'k')));
         for (const auto& [lost, reason] : losses) {
             for (const PelDOMDocument& one : {document, large}) {
@@ -227,7 +239,8 @@ TEST(Failures, OfFilesAndTextAreContained) {
                 EXPECT_EQ(message(), "");
             }
         }
-        for (const auto* bad : {u"\xD800", u"\xDC00", u"a\xDBFF", u"\xD83D\xD83D\xDE00", u"\xDE00\xD83D"}) {
+        for (const auto* bad :
+             {u"\xD800", u"\xDC00", u"a\xDBFF", u"\xD83D\xD83D\xDE00", u"\xDE00\xD83D"}) {
             root.setAttribute("k", bad);
             EXPECT_EQ(written(toString, document), "internal 'kept'");
             EXPECT_EQ(message().substr(0, 42), "the document holds half a surrogate pair, ");
@@ -242,7 +255,8 @@ TEST(Writing, EscapesNothingThatItNeedNot) {
     inNewProcess([] {
         std::u16string plain;
         for (char16_t unit = 1; unit != 0; ++unit)
-            if ((unit & 0xF800) != 0xD800 && std::u16string_view(u"<>&\"\t\n\r").find(unit) == plain.npos)
+            if ((unit & 0xF800) != 0xD800 &&
+                std::u16string_view(u"<>&\"\t\n\r").find(unit) == plain.npos)
                 plain.push_back(unit);
         const PelDOMDocument document = parse("<r>t</r>");
         document.getDocumentElement().setAttribute("k", plain.c_str());
@@ -253,18 +267,23 @@ TEST(Writing, EscapesNothingThatItNeedNot) {
 }
 
 // Encodings that have text mode in files; then others, by the engine's name and by ICU's.
-static const char* const byteOriented[] = {"UTF-8", "ISO-8859-1", "US-ASCII", "windows-1252", "ISO-8859-15",
-    "KOI8-R", "Shift_JIS", "EUC-JP", "GB18030", "ISO-2022-JP"};
-static const std::pair<const char*, const char*> wide[] = {{"UTF-16", "UTF16_PlatformEndian"},
-    {"UTF-16BE", "UTF-16BE"}, {"ISO-10646-UCS-4", "UTF32_PlatformEndian"}};
+static const char* const byteOriented[] = {"UTF-8",       "ISO-8859-1", "US-ASCII",  "windows-1252",
+                                           "ISO-8859-15", "KOI8-R",     "Shift_JIS", "EUC-JP",
+                                           "GB18030",     "ISO-2022-JP"};
+static const std::pair<const char*, const char*> wide[] = {
+    {"UTF-16", "UTF16_PlatformEndian"},
+    {"UTF-16BE", "UTF-16BE"},
+    {"ISO-10646-UCS-4", "UTF32_PlatformEndian"}};
 
 // Pairs fall on both sides of every edge of the engine's buffers, in text and in an attribute; what
 // an encoding cannot hold comes back as a reference; file and string say the same.
 static void carryEveryCharacter(const char* encoding, const char* icuName, bool hasTextMode) {
     const ScratchFolder folder;
     for (std::size_t shift = 0; shift < 4; ++shift) {
-        std::u16string all = std::u16string(shift, u'a') + u"\u00e9\u20ac\u0416\u3042\u6f22\u00a5~\\";
-        for (int i = 0; i < 10000; ++i) all += u"\U0001F600\u3042z";
+        std::u16string all =
+            std::u16string(shift, u'a') + u"\u00e9\u20ac\u0416\u3042\u6f22\u00a5~\\";
+        for (int i = 0; i < 10000; ++i)
+            all += u"\U0001F600\u3042z";
         all += u"\u3042\U00020000\U0010FFFFz\u0416";
         const PelDOMDocument document = createWith({"1.0", encoding, std::nullopt});
         PelDOMElement root = document.getDocumentElement();
@@ -272,14 +291,17 @@ static void carryEveryCharacter(const char* encoding, const char* icuName, bool 
         root.appendTextElement("t", PelString(all + u"\n&"));
         const std::string file = folder.write("f.xml", written(toFile, document, 1));
         std::string expected = written(toString, document, 1);
-        if (hasTextMode) expected = replaced(expected, "\n", "\r\n");
+        if (hasTextMode)
+            expected = replaced(expected, "\n", "\r\n");
         const std::string bytes = bytesOf(file);
         const icu::UnicodeString decoded(bytes.data(), static_cast<int32_t>(bytes.size()), icuName);
         ASSERT_TRUE(decoded == icu::UnicodeString::fromUTF8(expected)) << encoding;
         const PelDOMElement back = readFile(file).getDocumentElement();
         ASSERT_TRUE(back.getAttribute("k").view() == all) << encoding;
-        ASSERT_TRUE(PelDOMText(childAt(childAt(back, 1), 0)).getValue().view() == all + u"\n&") << encoding;
-        if (hasTextMode) expectAccepted(file);
+        ASSERT_TRUE(PelDOMText(childAt(childAt(back, 1), 0)).getValue().view() == all + u"\n&")
+            << encoding;
+        if (hasTextMode)
+            expectAccepted(file);
         PelDOMWriter writer;
         writer.setEncoding(encoding);
         writer.setLineEnds(PelDOMWriter::CRLF);
@@ -289,19 +311,23 @@ static void carryEveryCharacter(const char* encoding, const char* icuName, bool 
 }
 
 TEST(Encodings, KeepEveryCharacterWhereverAPieceEnds) {
-    for (const char* name : byteOriented) inNewProcess([&] { carryEveryCharacter(name, name, true); });
-    for (const auto& two : wide) inNewProcess([&] { carryEveryCharacter(two.first, two.second, false); });
+    for (const char* name : byteOriented)
+        inNewProcess([&] { carryEveryCharacter(name, name, true); });
+    for (const auto& two : wide)
+        inNewProcess([&] { carryEveryCharacter(two.first, two.second, false); });
 }
 
 TEST(Depth, TakesNoStackInReadingWalkingGrowingAndWriting) {
     inNewProcess([] {
         constexpr std::size_t depth = 1000000;
         std::string text;
-        for (std::size_t i = 0; i < 2 * depth; ++i) text += i < depth ? "<a>" : "</a>";
+        for (std::size_t i = 0; i < 2 * depth; ++i)
+            text += i < depth ? "<a>" : "</a>";
         PelDOMDocument document = parse(text.c_str());
         PelDOMNode node = document;
         for (std::size_t level = 0; level < 2 * depth; ++level) { // down to the end, and on
-            if (level >= depth) append(node, document.createElement("a"));
+            if (level >= depth)
+                append(node, document.createElement("a"));
             node = childAt(node, 0);
         }
         EXPECT_EQ(written(toString, document).size(), 2 * depth * 7 - 3);

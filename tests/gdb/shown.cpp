@@ -2,7 +2,9 @@
 // What the debugger is to show when it stops in `stop`; check.py says how.
 #include <qrndom/QRNDOM.h>
 
-static void stop() { asm volatile(""); }
+static void stop() {
+    asm volatile("");
+}
 
 struct OwnList : PelDOMNodeListImp {
     PelDOM::Error item(long, PelDOMNode&) override { return PelDOM::INDEX_OUT_OF_RANGE; }
