@@ -281,6 +281,11 @@ TEST(Texts, KeepWhatIsSet) {
                    {text.setValue(u" \r\n<\U0001F600 "), "ok"},
                    {other, "| \r\n<\xF0\x9F\x98\x80 |"}});
     EXPECT_EQ(show(document.createTextNode("")), "||");
+    const auto& engine = *PelXercesDOMNode::of(*text.getNodeImp()).getNode();
+    static_cast<xercesc::DOMTextImpl&>(const_cast<xercesc::DOMNode&>(engine))
+        .setReadOnly(true, false);
+    EXPECT_THROW(text.setValue("v"), DOMException);
+    EXPECT_EQ(text.getValue(), u" \r\n<\U0001F600 ");
 }
 
 TEST(Trees, RefuseWhatTheDomForbidsAndStayAsTheyWere) {

@@ -205,6 +205,9 @@ TEST(NodesUsedAgain, AreAsNew) {
                        {comment.getNextSibling(), "null"}});
         for (const PelDOMNode& node : {text, comment, PelDOMNode(document.createElement("m"))})
             element.insertBefore(node, element.getFirstChild());
+        element.setAttribute("d", "own");
+        element.removeAttribute("d");
+        EXPECT_EQ(element.getAttribute("d"), i % 2 == 0 ? "default" : "");
         element.setAttribute("k", "v");
         root.insertBefore(element, PelDOMNode());
         root.removeChild(element);

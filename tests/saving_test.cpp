@@ -220,9 +220,13 @@ TEST(Saving, IndentsWhereNoTextStands) {
                   std::count(returned.begin(), returned.end(), '\n'));
         EXPECT_EQ(returned.find("\r\n"), returned.find('\n') - 1);
     }
-    const PelDOMElement kept = rootOf("<r xml:space='preserve'><a><b/></a></r>");
-    EXPECT_EQ(saved(childAt(kept, 0), indented), "<a><b/></a>\n");
-    EXPECT_EQ(saved(kept, {-1, "UTF-8", false}), "<r xml:space=\"preserve\"><a><b/></a></r>");
+    const PelDOMElement kept = rootOf("<r xml:space='preserve'><m><a><b/></a></m>"
+                                      "<d xml:space='default'><e><f/></e></d></r>");
+    EXPECT_EQ(saved(childAt(kept, 0), indented), "<m><a><b/></a></m>\n");
+    EXPECT_EQ(saved(childAt(childAt(kept, 0), 0), indented), "<a><b/></a>\n");
+    EXPECT_EQ(saved(childAt(childAt(kept, 1), 0), indented), "<e>\n  <f/>\n</e>\n");
+    EXPECT_EQ(saved(kept, {-1, "UTF-8", false}).substr(0, 41),
+              "<r xml:space=\"preserve\"><m><a><b/></a></m>");
     // White space that is added would break the promise of a standalone document.
     const char* const promised =
         "<?xml version='1.0' standalone='yes'?><!DOCTYPE r [<!ELEMENT r ANY>]><r/>";
