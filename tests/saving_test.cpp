@@ -225,7 +225,7 @@ TEST(Saving, IndentsWhereNoTextStands) {
     EXPECT_EQ(saved(childAt(kept, 0), indented), "<m><a><b/></a></m>\n");
     EXPECT_EQ(saved(childAt(childAt(kept, 0), 0), indented), "<a><b/></a>\n");
     EXPECT_EQ(saved(childAt(childAt(kept, 1), 0), indented), "<e>\n  <f/>\n</e>\n");
-    EXPECT_EQ(saved(kept, {-1, "UTF-8", false}).substr(0, 41),
+    EXPECT_EQ(saved(kept, {-1, "UTF-8", false}).substr(0, 42),
               "<r xml:space=\"preserve\"><m><a><b/></a></m>");
     // White space that is added would break the promise of a standalone document.
     const char* const promised =

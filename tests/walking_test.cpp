@@ -5,154 +5,6 @@
 #include <array>
 #include <functional>
 
-TEST(Relatives, AreWhatTheListsOfChildrenSay) {
-    const PelDOMDocument document =
-        parse("<?pi?><!DOCTYPE r [<!ELEMENT r ANY><!ELEMENT a ANY>]><r>t<a><a/></a><!--c--><a/>"
-              "<![CDATA[d]]><?p i?></r>");
-    std::vector<PelDOMNode> nodes{document};
-    for (std::size_t i = 0; i < nodes.size(); ++i) {
-        const PelDOMNode node = nodes[i];
-        const PelDOMNodeList children = childrenOf(node);
-        const long count = children.length();
-        EXPECT_EQ(node.hasChildNodes(), count > 0);
-        EXPECT_EQ(node.getOwnerDocument(), i == 0 ? PelDOMDocument() : document);
-        EXPECT_EQ(node.getChildNodes(), children);
-        EXPECT_EQ(node.getFirstChild(), itemOf(children, 0));
-        EXPECT_EQ(node.getLastChild(), itemOf(children, count - 1));
-        for (long j = 0; j < count; ++j) {
-            const PelDOMNode child = itemOf(children, j);
-            EXPECT_EQ(child.getParentNode(), node);
-            EXPECT_EQ(child.getPreviousSibling(), itemOf(children, j - 1));
-            EXPECT_EQ(child.getNextSibling(), itemOf(children, j + 1));
-            nodes.push_back(child);
-        }
-    }
-    EXPECT_EQ(nodes.size(), 11U);
-    EXPECT_TRUE(!document.getParentNode() && !document.getNextSibling() &&
-                !document.getOwnerDocument());
-}
-
-TEST(Relatives, AreElementsWithAName) {
-    const PelDOMElement root =
-        rootOf("<r>t<a i='1'/><!--c--><b i='2'><a/></b> <a i='3'/><![CDATA[d]]></r>");
-    const PelDOMElement first = root.getChildElement(),
-                        third = root.getChildElement("b").getNextElement();
-    expectAnswers({{first, "a i=1"},
-                   {root.getChildElement("c"), "null"},
-                   {first.getNextElement(), "b i=2(a)"},
-                   {first.getNextElement("a"), "a i=3"},
-                   {first.getNextElement("c"), "null"},
-                   {third.getNextElement(), "null"},
-                   {third.getPreviousElement(), "b i=2(a)"},
-                   {third.getPreviousElement("a"), "a i=1"},
-                   {first.getPreviousElement(), "null"},
-                   {first.getChildElement(), "null"},
-                   {root.getNextElement("*"), "null"}});
-}
-
-static std::string content(const PelDOMNode& node) {
-    return answers({node.getNodeName(), node.getNodeValue(), node.getTextContent()});
-}
-
-TEST(Contents, OfEveryKindAreReadAndSet) {
-    const struct {
-        const char *before, *setValue, *afterValue, *setText, *afterText;
-    } kinds[] = {
-        {"'#document' '' ''", "invalid", "'#document' '' ''", "invalid", "'#document' '' ''"},
-        {"'xml' '' ''", "invalid", "'xml' '' ''", "invalid", "'xml' '' ''"},
-        {"'n:r' '' 'a<d>bc'", "invalid", "'n:r' '' 'a<d>bc'", "ok", "'n:r' '' 't\U0001F600'"},
-        {"'#text' 'a' 'a'", "ok", "'#text' 'v' 'v'", "ok", "'#text' 't\U0001F600' 't\U0001F600'"},
-        {"'#comment' 'c' 'c'", "ok", "'#comment' 'v' 'v'", "ok",
-         "'#comment' 't\U0001F600' 't\U0001F600'"},
-        {"'#cdata-section' '<d>' '<d>'", "ok", "'#cdata-section' 'v' 'v'", "ok",
-         "'#cdata-section' 't\U0001F600' 't\U0001F600'"},
-        {"'b' '' 'b'", "invalid", "'b' '' 'b'", "ok", "'b' '' 't\U0001F600'"},
-        {"'pi' 'i j' 'i j'", "ok", "'pi' 'v' 'v'", "ok", "'pi' 't\U0001F600' 't\U0001F600'"},
-        {"'n:r' '' ''", "invalid", "'n:r' '' ''", "invalid", "'n:r' '' ''"}};
-    int index = 0;
-    for (const auto& kind : kinds) {
-        const PelDOMDocument read =
-            parse("<!DOCTYPE n:r><n:r>a<!--c--><![CDATA[<d>]]><b>b<b/></b><?pi i j?>"
-                  "c</n:r>");
-        const PelDOMNode root = read.getDocumentElement();
-        const PelDOMNode made = services().createDocument("r");
-        PelDOMNode node[] = {read,
-                             made.getFirstChild(),
-                             root,
-                             childAt(root, 0),
-                             childAt(root, 1),
-                             childAt(root, 2),
-                             childAt(root, 3),
-                             childAt(root, 4),
-                             read.getFirstChild()};
-        PelDOMNode& one = node[index++];
-        const LogWatch log;
-        EXPECT_EQ(content(one), kind.before);
-        EXPECT_EQ(answers({one.setNodeValue("v")}), kind.setValue) << kind.before;
-        EXPECT_EQ(content(one), kind.afterValue);
-        EXPECT_EQ(answers({one.setTextContent(u"t\U0001F600")}), kind.setText) << kind.before;
-        EXPECT_EQ(content(one), kind.afterText);
-        const PelDOM::Error code = one.setTextContent("");
-        EXPECT_EQ(one.getTextContent() == "", code == PelDOM::SUCCESS || *kind.setText == 'i')
-            << kind.before;
-        EXPECT_EQ(log.text(), "");
-    }
-}
-
-TEST(Contents, ThatXmlForbidsAreRefused) {
-    PelDOMElement root = rootOf("<r>t<![CDATA[d]]><!--c--><?p i?></r>");
-    PelDOMNode text = childAt(root, 0), cdata = childAt(root, 1), comment = childAt(root, 2),
-               instruction = childAt(root, 3);
-    const std::pair<PelDOMNode*, std::u16string_view> refused[] = {
-        {&text, u"\u0001"},    {&text, {u"a\0", 2}},  {&cdata, u"]]>"},
-        {&cdata, u"\xD800"},   {&comment, u"a--b"},   {&comment, u"a-"},
-        {&comment, u"\uFFFF"}, {&instruction, u"?>"}, {&instruction, u"\xDC00"}};
-    for (const auto& [node, value] : refused) {
-        const std::string before = content(*node);
-        EXPECT_EQ(node->setNodeValue(PelString(value)), PelDOM::INVALID_VALUE) << PelString(value);
-        EXPECT_EQ(node->setTextContent(PelString(value)), PelDOM::INVALID_VALUE)
-            << PelString(value);
-        EXPECT_EQ(content(*node), before);
-    }
-    EXPECT_EQ(root.setTextContent(u"a\u0002"), PelDOM::INVALID_VALUE);
-    EXPECT_EQ(root.getTextContent(), "td");
-    const std::pair<PelDOMNode*, const char*> allowed[] = {{&text, "]]>--?>"},
-                                                           {&cdata, "]] > --?>"},
-                                                           {&comment, "]]>?>-a"},
-                                                           {&instruction, "]]>--? >"}};
-    for (const auto& [node, value] : allowed)
-        EXPECT_EQ(node->setNodeValue(value), PelDOM::SUCCESS) << value;
-    PelString written;
-    expectAnswers(
-        {{services().writeDocument(root.getOwnerDocument(), written, 0, 0, 0), "ok"},
-         {written, "'<r>]]&gt;--?&gt;<![CDATA[]] > --?>]]><!--]]>?>-a--><?p ]]>--? >?></r>'"}});
-}
-
-TEST(Contents, OfAnElementAreReplacedForEveryList) {
-    PelDOMElement root =
-        rootOf("<!DOCTYPE r [<!ELEMENT r ANY><!ELEMENT a ANY><!ENTITY e 'x<a>y</a>'>]>"
-               "<r>1<a>2<!--3--><a/><![CDATA[4]]></a>&e;</r>");
-    const PelDOMNodeList children = root.getChildNodes(), elements = root.getElementsByTagName("a");
-    const PelDOMNode first = root.getChildElement(), inner = root.getLastChild().getFirstChild();
-    expectAnswers(
-        {{children.length(), "4"}, {elements.length(), "3"}, {root.getTextContent(), "'124xy'"}});
-    expectAnswers({{root.setTextContent("new"), "ok"},
-                   {children.length(), "1"},
-                   {elements.length(), "0"},
-                   {root, "r(|new|)"},
-                   {first, "a(|2| #8 a #4)"},
-                   {first.getParentNode(), "null"},
-                   {inner, "|y|"},
-                   {inner.getParentNode(), "a(|y|)"}});
-    expectAnswers({{root.setTextContent(""), "ok"},
-                   {children.length(), "0"},
-                   {root, "r"},
-                   {first.getNextSibling(), "null"}});
-    expectAnswers({{root.setTextContent(""), "ok"},
-                   {root.setTextContent("again"), "ok"},
-                   {root, "r(|again|)"}});
-}
-
 TEST(Contents, AreReadAndReplacedInDepth) {
     constexpr int depth = 1000000;
     PelDOMDocument document = parse("<r/>");
@@ -169,21 +21,11 @@ TEST(Contents, AreReadAndReplacedInDepth) {
 }
 
 TEST(Namespaces, AreFoundByTheNamesAndAttributesAbove) {
-    const PelDOMElement root = rootOf("<r xmlns='d' xmlns:p='1'><p:a xmlns:p='2' xmlns:q='3'>"
-                                      "<b xmlns='' q='5'/></p:a></r>");
-    const PelDOMElement a = root.getChildElement(), b = a.getChildElement();
+    const PelDOMElement root = rootOf("<r xmlns='d' xmlns:p='1'/>");
     expectAnswers({{root.lookupNamespaceURI(""), "'d'"},
                    {root.lookupNamespaceURI("p"), "'1'"},
-                   {root.lookupNamespaceURI("q"), "''"},
-                   {a.lookupNamespaceURI(""), "'d'"},
-                   {a.lookupNamespaceURI("p"), "'2'"},
-                   {a.lookupNamespaceURI("q"), "'3'"},
-                   {b.lookupNamespaceURI(""), "''"},
-                   {b.lookupNamespaceURI("p"), "'2'"},
-                   {b.lookupNamespaceURI("q"), "'3'"},
-                   {b.lookupNamespaceURI("r"), "''"}});
-    EXPECT_EQ(b.lookupNamespaceURI("xml") + u" " + b.lookupNamespaceURI("xmlns"),
-              "http://www.w3.org/XML/1998/namespace http://www.w3.org/2000/xmlns/");
+                   {root.lookupNamespaceURI("xml"), "'http://www.w3.org/XML/1998/namespace'"},
+                   {root.lookupNamespaceURI("xmlns"), "'http://www.w3.org/2000/xmlns/'"}});
     PelDOMDocument document = root.getOwnerDocument();
     for (const auto& [name, prefix, local] : {std::array{"r", "", "r"},
                                               {"p:a", "p", "a"},
