@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "core/PelRealText.h"
+#include "core/PelNumberText.h"
 #include "core/PelTextConversion.h"
 #include "support.h"
 
@@ -151,7 +151,7 @@ TEST(RealText, IsAsTheStandardLibrarys) {
         auto other = number;
         const char* const end = text.data() + text.size();
         const auto wanted = std::from_chars(text.data(), end, number, format);
-        const bool isRead = PelRealText::read(text, other, format);
+        const bool isRead = PelNumberText::readReal(text, other, format);
         EXPECT_EQ(isRead, wanted.ec == std::errc() && wanted.ptr == end) << text;
         EXPECT_TRUE(!isRead || other == number || (other != other && number != number)) << text;
     };
@@ -171,7 +171,7 @@ TEST(RealText, IsAsTheStandardLibrarys) {
             char text[64] = {};
             isWhole ? std::to_chars(text, std::end(text), number, std::chars_format::fixed)
                     : std::to_chars(text, std::end(text), number);
-            EXPECT_EQ(PelRealText::write(number, isWhole), text);
+            EXPECT_EQ(PelNumberText::writeReal(number, isWhole), text);
         }
 }
 #endif

@@ -5,36 +5,37 @@
 #include <string_view>
 
 /// The diagnostic log as the library's own code uses it, beside PelDOM::error.
-class PelLog {
-public:
-    /// Writes a trace of an object's life. Costs a comparison in the modes that do not record it.
-    static void trace(const char16_t* message, const void* object) noexcept {
-        if (mode >= 2)
-            write(message, object);
-    }
+namespace PelLog {
 
-    /// Whether a message without an object is recorded that has at least that many bytes. Where it
-    /// is not, it need not be made: the log says already that it has no room for it.
-    static bool takesMessages(std::size_t length = 0) noexcept;
+/// Fixed when the library is built: 0 to 3, see PelDOM::error.
+extern const int mode;
 
-    /// Records a message without an object, in UTF-8, in its order among all others; but it may
-    /// wait in this process until the next line that does not, so that many are one write.
-    static void gather(std::string_view message) noexcept;
+/// Writes a trace of an object's life, in the modes that record it.
+void write(const char16_t* message, const void* object) noexcept;
 
-    /// Writes what waits.
-    static void flush() noexcept;
+/// The same, at the cost of a comparison in the other modes.
+inline void trace(const char16_t* message, const void* object) noexcept {
+    if (mode >= 2)
+        write(message, object);
+}
 
-    /// Writes what waits when it goes.
-    struct Flush {
-        Flush() = default;
-        Flush(const Flush&) = delete;
-        Flush& operator=(const Flush&) = delete;
-        ~Flush() { flush(); }
-    };
+/// Whether a message without an object is recorded that has at least that many bytes. Where it is
+/// not, it need not be made: the log says already that it has no room for it.
+bool takesMessages(std::size_t length = 0) noexcept;
 
-    /// Fixed when the library is built: 0 to 3, see PelDOM::error.
-    static const int mode;
+/// Records a message without an object, in UTF-8, in its order among all others; but it may wait in
+/// this process until the next line that does not, so that many are one write.
+void gather(std::string_view message) noexcept;
 
-private:
-    static void write(const char16_t* message, const void* object) noexcept;
+/// Writes what waits.
+void flush() noexcept;
+
+/// Writes what waits when it goes.
+struct Flush {
+    Flush() = default;
+    Flush(const Flush&) = delete;
+    Flush& operator=(const Flush&) = delete;
+    ~Flush() { flush(); }
 };
+
+} // namespace PelLog

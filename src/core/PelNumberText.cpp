@@ -2,17 +2,34 @@
 #include "core/PelNumberText.h"
 
 #include "core/PelCharacters.h"
-#include "core/PelRealText.h"
+#include "core/PelPlatform.h"
 
 #include <algorithm>
-#include <charconv>
+#include <cerrno>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <limits>
 #include <string>
 #include <system_error>
 #include <type_traits>
 
 namespace {
+
+bool isDigit(char16_t unit) {
+    return unit >= u'0' && unit <= u'9';
+}
+
+// Whether a number can hold it: "-1.5e+3", "0x1p-3", "infinity". All NaNs are one.
+bool isOfNumber(char16_t unit) {
+    return isDigit(unit) || (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z') ||
+           std::u16string_view(u"+-.").find(unit) != std::u16string_view::npos;
+}
+
+std::u16string_view withoutLeadingSpace(std::u16string_view text) {
+    const std::size_t begin = text.find_first_not_of(u" \t\n\v\f\r");
+    return begin == text.npos ? std::u16string_view() : text.substr(begin);
+}
 
 // Without the white space around it; empty for text beyond ASCII.
 std::string trimmed(std::u16string_view text) {
@@ -60,7 +77,7 @@ bool readWhole(std::string_view text, Number& value) {
 // The standard library takes neither a plus nor the prefix of hexadecimals, after which it would
 // take a sign or a name.
 template <class Number>
-bool readReal(std::string_view text, Number& value) {
+bool readSigned(std::string_view text, Number& value) {
     const bool isNegative = beginsWith(text, "-");
     take(text, "+-");
     if (beginsWith(text, "-"))
@@ -77,7 +94,7 @@ bool readReal(std::string_view text, Number& value) {
     if (!convert(text, value, format))
         return false;
 #else
-    if (!PelRealText::read(text, value, format))
+    if (!PelNumberText::readReal(text, value, format))
         return false;
 #endif
     value = isNegative ? -value : value;
@@ -103,12 +120,85 @@ PelString printReal(Number number) {
         number >= -beyondLong && number < beyondLong && std::trunc(number) == number;
 #ifndef __cpp_lib_to_chars
     if constexpr (std::is_same_v<Number, long double>)
-        return PelString(PelRealText::write(number, fitsLong).c_str());
+        return PelString(PelNumberText::writeReal(number, fitsLong).c_str());
 #endif
     return fitsLong ? print(number, std::chars_format::fixed) : print(number);
 }
 
+float parse(const char* text, char** end, float) {
+    return std::strtof(text, end);
+}
+double parse(const char* text, char** end, double) {
+    return std::strtod(text, end);
+}
+long double parse(const char* text, char** end, long double) {
+    return std::strtold(text, end);
+}
+
 } // namespace
+
+bool PelNumberText::scan(std::u16string_view text, long& value) {
+    std::u16string_view rest = withoutLeadingSpace(text);
+    const bool isNegative = !rest.empty() && rest.front() == u'-';
+    if (isNegative || (!rest.empty() && rest.front() == u'+'))
+        rest.remove_prefix(1);
+    if (rest.empty() || !isDigit(rest.front()))
+        return false;
+    // Counted downwards, because the range reaches one further there.
+    constexpr long lowest = std::numeric_limits<long>::min();
+    constexpr long highest = std::numeric_limits<long>::max();
+    long negated = 0;
+    for (; !rest.empty() && isDigit(rest.front()); rest.remove_prefix(1)) {
+        const long digit = rest.front() - u'0';
+        negated = negated < (lowest + digit) / 10 ? lowest : negated * 10 - digit;
+        if (negated == lowest)
+            break;
+    }
+    if (isNegative)
+        value = negated;
+    else
+        value = negated == lowest ? highest : -negated;
+    return true;
+}
+
+bool PelNumberText::scan(std::u16string_view text, double& value) {
+    const std::u16string_view rest = withoutLeadingSpace(text);
+    const std::string start(rest.begin(), std::find_if_not(rest.begin(), rest.end(), isOfNumber));
+    const PelPlatform::ClassicNumbers classic;
+    char* end = nullptr;
+    const double number = std::strtod(start.c_str(), &end);
+    if (end == start.c_str())
+        return false;
+    value = number;
+    return true;
+}
+
+template <class Real>
+bool PelNumberText::readReal(std::string_view text, Real& value, std::chars_format format) {
+    const bool isHex = format == std::chars_format::hex;
+    constexpr std::string_view skipped = " \t\n\v\f\r+-";
+    if (text.empty() || skipped.find(text.front()) != std::string_view::npos)
+        return false;
+    const std::string whole = (isHex ? "0x" : "") + std::string(text);
+    const PelPlatform::ClassicNumbers classic;
+    char* end = nullptr;
+    errno = 0;
+    const Real number = parse(whole.c_str(), &end, value);
+    if (end != whole.c_str() + whole.size() ||
+        (errno == ERANGE && (number == 0 || std::isinf(number))))
+        return false;
+    value = number;
+    return true;
+}
+
+std::string PelNumberText::writeReal(long double number, bool isWhole) {
+    const PelPlatform::ClassicNumbers classic;
+    char text[64];
+    std::snprintf(text, sizeof text, "%.0Lf", isWhole ? number : 0);
+    for (int digits = 1; std::strtold(text, nullptr) != number; ++digits)
+        std::snprintf(text, sizeof text, "%.*Lg", digits, number);
+    return text;
+}
 
 template <class Value>
 bool PelNumberText::read(std::u16string_view text, Value& value) {
@@ -121,7 +211,7 @@ bool PelNumberText::read(std::u16string_view text, Value& value) {
     } else if constexpr (std::is_integral_v<Value>) {
         return readWhole(narrow, value);
     } else {
-        return readReal(narrow, value);
+        return readSigned(narrow, value);
     }
 }
 
@@ -142,6 +232,9 @@ template bool PelNumberText::read(std::u16string_view text, unsigned long long& 
 template bool PelNumberText::read(std::u16string_view text, float& value);
 template bool PelNumberText::read(std::u16string_view text, double& value);
 template bool PelNumberText::read(std::u16string_view text, long double& value);
+template bool PelNumberText::readReal(std::string_view text, float& value, std::chars_format);
+template bool PelNumberText::readReal(std::string_view text, double& value, std::chars_format);
+template bool PelNumberText::readReal(std::string_view text, long double& value, std::chars_format);
 template PelString PelNumberText::write(bool value);
 template PelString PelNumberText::write(long long value);
 template PelString PelNumberText::write(unsigned long long value);

@@ -3,20 +3,39 @@
 
 #include <qrndom/PelString.h>
 
+#include <charconv>
+#include <string>
 #include <string_view>
 
-/// Numbers and truth values as text that holds nothing else, whatever the locale. `Value` is long,
-/// long long, unsigned long long, float, double, long double or bool.
-class PelNumberText {
-public:
-    /// Reads the whole text, apart from white space around it. Reals are written as PelNumberScan
-    /// knows them; truth values are true, false, 1 and 0. False, with `value` unchanged, when that
-    /// is no value, or one out of the range of its type.
-    template <class Value>
-    static bool read(std::u16string_view text, Value& value);
+/// Numbers and truth values as text, whatever the locale.
+namespace PelNumberText {
 
-    /// The shortest text that reads back as the same value. Whole numbers have no exponent where a
-    /// `long` can hold them, so that they can be read as one.
-    template <class Value>
-    static PelString write(Value value);
-};
+/// As formatted input with "%ld" in the classic locale: leading white space is skipped, and what
+/// follows the longest start that is a number is ignored ("15em", "0x"). A number out of range
+/// gives the nearest `long`. False leaves `value`.
+bool scan(std::u16string_view text, long& value);
+
+/// As "%lf": decimal, hexadecimal, infinity and NaN; a number out of range gives infinity or the
+/// nearest to zero.
+bool scan(std::u16string_view text, double& value);
+
+/// Reads the whole text, apart from white space around it, as a long, long long, unsigned long
+/// long, float, double, long double or bool. Reals are written as for `scan`; truth values are
+/// true, false, 1 and 0. False, with `value` unchanged, when that is no value, or one out of the
+/// range of its type.
+template <class Value>
+bool read(std::u16string_view text, Value& value);
+
+/// The shortest text that reads back as the same value. Whole numbers have no exponent where a long
+/// long can hold them, so that they can be read as one.
+template <class Value>
+PelString write(Value value);
+
+/// As std::from_chars of text without a sign, for standard libraries without it for reals.
+template <class Real>
+bool readReal(std::string_view text, Real& value, std::chars_format format);
+
+/// As std::to_chars, likewise; with no exponent if the number `isWhole`.
+std::string writeReal(long double number, bool isWhole);
+
+} // namespace PelNumberText

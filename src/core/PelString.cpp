@@ -2,6 +2,7 @@
 #include "core/PelNumberText.h"
 #include "core/PelTextConversion.h"
 
+#include <qrndom/PelDOM.h>
 #include <qrndom/PelString.h>
 
 #include <algorithm>
@@ -204,4 +205,8 @@ bool operator<(const PelString& left, const PelString& right) noexcept {
 
 std::ostream& operator<<(std::ostream& stream, const PelString& string) {
     return stream << string.toUtf8();
+}
+
+PelDOM::Error PelDOM::checkString(const PelString& string, int /*kind*/) {
+    return string.isEmpty() != 0 ? INVALID_VALUE : SUCCESS;
 }

@@ -5,14 +5,15 @@
 #include <string_view>
 
 /// Conversions between UTF-16 and the narrow character sets of the library's edges.
-class PelTextConversion {
-public:
-    /// UTF-8 to UTF-16; each ill-formed sequence becomes U+FFFD.
-    static std::u16string fromUtf8(std::string_view utf8);
+namespace PelTextConversion {
 
-    /// UTF-16 to UTF-8; each lone surrogate becomes U+FFFD.
-    static std::string toUtf8(std::u16string_view utf16);
+/// UTF-8 to UTF-16; each ill-formed sequence becomes U+FFFD.
+std::u16string fromUtf8(std::string_view utf8);
 
-    /// Whether fromUtf8 would give just that text.
-    static bool isSame(std::u16string_view utf16, std::string_view utf8) noexcept;
-};
+/// UTF-16 to UTF-8; each lone surrogate becomes U+FFFD.
+std::string toUtf8(std::u16string_view utf16);
+
+/// Whether fromUtf8 would give just that text.
+bool isSame(std::u16string_view utf16, std::string_view utf8) noexcept;
+
+} // namespace PelTextConversion

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "core/PelLog.h"
-#include "core/PelNumberScan.h"
 #include "core/PelNumberText.h"
 #include "model/PelDOMElementImp.h"
 
@@ -27,7 +26,7 @@ PelString childText(const PelDOMElement& element) {
 
 template <class Number>
 PelDOM::Error scanNumber(const PelString& text, Number& value) {
-    return PelNumberScan::scan(text.view(), value) ? PelDOM::SUCCESS : PelDOM::INVALID_VALUE;
+    return PelNumberText::scan(text.view(), value) ? PelDOM::SUCCESS : PelDOM::INVALID_VALUE;
 }
 
 // 0 unless there is one colon, with something on both sides of it.

@@ -11,18 +11,18 @@
 ///
 /// It is strict and has no messages: what it does not accept, be it wrong, near a limit or only
 /// rare, is for the engine's parser to read from the beginning and to judge.
-class PelPlainScanner {
-public:
-    enum class Encoding { utf8, nativeUtf16 };
+namespace PelPlainScanner {
 
-    /// The engine's name of the encoding.
-    static const XMLCh* nativeUtf16();
+enum class Encoding { utf8, nativeUtf16 };
 
-    /// Whether a document that begins with these bytes can be a plain one in UTF-8.
-    static bool mayBePlain(const void* bytes, std::size_t size);
+/// The engine's name of the encoding.
+const XMLCh* nativeUtf16();
 
-    /// None when this is no plain document within these bounds. UTF-16 is aligned as its units are.
-    static PelXercesNewDocument read(const void* bytes, std::size_t size, Encoding encoding,
-                                     const XMLCh* systemId,
-                                     const PelXercesReadLimits::Bounds& bounds = {});
-};
+/// Whether a document that begins with these bytes can be a plain one in UTF-8.
+bool mayBePlain(const void* bytes, std::size_t size);
+
+/// None when this is no plain document within these bounds. UTF-16 is aligned as its units are.
+PelXercesNewDocument read(const void* bytes, std::size_t size, Encoding encoding,
+                          const XMLCh* systemId, const PelXercesReadLimits::Bounds& bounds = {});
+
+} // namespace PelPlainScanner
