@@ -306,7 +306,7 @@ TEST(Rules, TellWhatXmlAllows) {
     const auto document = [&kept](int i) -> auto& {
         return *PelXercesDOMNode::of(*kept[i].getNodeImp()).getDocument();
     };
-    using Rules = PelXercesRules;
+    namespace Rules = PelXercesRules;
     for (const auto& [text, expected] : cases) {
         std::string allowed;
         for (const bool is :

@@ -3,7 +3,6 @@
 #include "support.h"
 #include "xerces/handles/PelXercesDOMDocument.h"
 #include "xerces/handles/PelXercesDOMElement.h"
-#include "xerces/handles/PelXercesDOMText.h"
 
 TEST(Handles, OwnOneImplementationEach) {
     PelDOMNode first(new CountedImp);

@@ -16,7 +16,7 @@ class PelDOMElementImp;
 /// Threads  one thread at a time for all handles into one tree; separate trees are independent.
 /// Errors   codes of PelDOM::Error; the engine's DOM exceptions pass through from names that XML
 ///          forbids.
-/// Cost     an attribute is found by binary search; getChildTextValue makes temporary handles.
+/// Cost     an attribute is found by binary search.
 class QRNDOM_API PelDOMElement : public PelDOMNode {
     template <class Value, class... Kinds>
     static constexpr bool isOneOf = (std::is_same_v<Value, Kinds> || ...);

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <qrndom/PelDOMNodeListImp.h>
+
 #include <memory>
 
 class PelDOMNodeImp;
 
-/// What stands behind the iterators of a loop over nodes.
+/// The position of a loop over nodes; its iterators share one.
 class PelDOMCursor {
 public:
     PelDOMCursor() = default;
@@ -13,7 +15,7 @@ public:
     PelDOMCursor& operator=(const PelDOMCursor&) = delete;
     virtual ~PelDOMCursor() = default;
 
-    /// Goes on to the next node, at first to the first one; false when there is none.
+    /// Goes to the next node, or, at first, to the first one; false when there is none.
     virtual bool step() = 0;
 
     /// A new object over the present node, for the caller to own; null before the first and after
@@ -28,6 +30,16 @@ public:
     PelDOMSelection(const PelDOMSelection&) = delete;
     PelDOMSelection& operator=(const PelDOMSelection&) = delete;
     virtual ~PelDOMSelection() = default;
+
+    /// A cursor before the first node.
+    virtual std::shared_ptr<PelDOMCursor> walk() const = 0;
+};
+
+/// The library's own lists. The public interface, which users implement, cannot grow.
+class PelDOMListImp : public PelDOMNodeListImp {
+public:
+    /// Whether both are the same list of the same node.
+    virtual bool isSameList(const PelDOMListImp& other) const noexcept = 0;
 
     /// A cursor before the first node.
     virtual std::shared_ptr<PelDOMCursor> walk() const = 0;

@@ -7,6 +7,8 @@
 
 #include <utility>
 
+using Imp = PelDOMDocumentImp;
+
 PelDOMDocument::PelDOMDocument(PelDOMNodeImp* implementation) : PelDOMNode(implementation) {
 }
 
@@ -57,39 +59,32 @@ PelDOMNodeList PelDOMDocument::getElementsByTagName(const PelString& name) const
 }
 
 PelDOMElement PelDOMDocument::getDocumentElement() const {
-    PelDOMDocumentImp* const content = imp();
-    return content != nullptr ? content->getDocumentElement() : PelDOMElement();
+    return callImp(imp(), &Imp::getDocumentElement);
 }
 
 PelDOMElement PelDOMDocument::createElement(const PelString& tagName) {
-    PelDOMDocumentImp* const content = imp();
-    return content != nullptr ? content->createElement(tagName) : PelDOMElement();
+    return callImp(imp(), &Imp::createElement, tagName);
 }
 
 PelDOMText PelDOMDocument::createTextNode(const PelString& text) {
-    PelDOMDocumentImp* const content = imp();
-    return content != nullptr ? content->createTextNode(text) : PelDOMText();
+    return callImp(imp(), &Imp::createTextNode, text);
 }
 
 PelDOMNode PelDOMDocument::importNode(const PelDOMNode& source, bool deep) {
-    PelDOMDocumentImp* const content = imp();
-    return content != nullptr ? content->importNode(source, deep) : PelDOMNode();
+    return callImp(imp(), &Imp::importNode, source, deep);
 }
 
 PelDOMNode PelDOMDocument::createComment(const PelString& data) {
-    PelDOMDocumentImp* const content = imp();
-    return content != nullptr ? content->createComment(data) : PelDOMNode();
+    return callImp(imp(), &Imp::createComment, data);
 }
 
 PelDOMNode PelDOMDocument::createCDATASection(const PelString& data) {
-    PelDOMDocumentImp* const content = imp();
-    return content != nullptr ? content->createCDATASection(data) : PelDOMNode();
+    return callImp(imp(), &Imp::createCDATASection, data);
 }
 
 PelDOMNode PelDOMDocument::createProcessingInstruction(const PelString& target,
                                                        const PelString& data) {
-    PelDOMDocumentImp* const content = imp();
-    return content != nullptr ? content->createProcessingInstruction(target, data) : PelDOMNode();
+    return callImp(imp(), &Imp::createProcessingInstruction, target, data);
 }
 
 PelDOMDocumentImp* PelDOMDocument::imp() const {

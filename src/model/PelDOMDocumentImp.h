@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "model/PelDOMNodeContentImp.h"
+#include "model/PelDOMNodeImp.h"
 
 #include <qrndom/PelDOMElement.h>
 #include <qrndom/PelDOMText.h>
@@ -24,4 +24,16 @@ public:
     virtual PelDOMNode createCDATASection(const PelString& data) = 0;
     virtual PelDOMNode createProcessingInstruction(const PelString& target,
                                                    const PelString& data) = 0;
+};
+
+/// The content of a text. The order of the virtual operations is fixed.
+class PelDOMTextImp : public PelDOMNodeContentImp {
+public:
+    PelDOMTextImp() noexcept : PelDOMNodeContentImp(nullptr) {}
+
+    /// INVALID_VALUE for an empty value, then INTERNAL_ERROR when the content has no node.
+    virtual PelDOM::Error setValue(const PelString& value) = 0;
+
+    /// Empty when the content has no node.
+    virtual PelString getValue() = 0;
 };

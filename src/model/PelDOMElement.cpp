@@ -9,15 +9,12 @@
 
 #include <utility>
 
+using Imp = PelDOMElementImp;
 using Relative = PelDOMNodeImp::Relative;
 
 namespace {
 
-PelDOMNodeImp* elementFrom(PelDOMElementImp* content, Relative start, const PelString& name) {
-    return content != nullptr ? content->getElement(start, name) : nullptr;
-}
-
-// Empty, as no number is, when the element holds anything else.
+// Empty, which no number is, when the element holds anything else.
 PelString childText(const PelDOMElement& element) {
     PelString text;
     element.getChildTextValue(text);
@@ -85,58 +82,48 @@ PelDOMElement& PelDOMElement::operator=(PelDOMNode&& rhs) noexcept {
 }
 
 PelDOM::Error PelDOMElement::removeAttribute(const PelString& name) {
-    PelDOMElementImp* const content = imp();
+    Imp* const content = imp();
     return content != nullptr ? content->removeAttribute(name) : PelDOM::INVALID_VALUE;
 }
 
 PelDOM::Error PelDOMElement::setAttribute(const PelString& name, const PelString& value) {
-    PelDOMElementImp* const content = imp();
-    return content != nullptr ? content->setAttribute(name, value) : PelDOM::NULL_NODE;
+    return callImp(imp(), &Imp::setAttribute, name, value);
 }
 
 PelDOM::Error PelDOMElement::putAttribute(const PelString& name, const PelString& value) {
-    PelDOMElementImp* const content = imp();
-    return content != nullptr ? content->putAttribute(name, value) : PelDOM::NULL_NODE;
+    return callImp(imp(), &Imp::putAttribute, name, value);
 }
 
 PelDOM::Error PelDOMElement::appendTextElement(const PelString& name, const PelString& text) {
-    PelDOMElementImp* const content = imp();
-    return content != nullptr ? content->appendTextElement(name, text) : PelDOM::NULL_NODE;
+    return callImp(imp(), &Imp::appendTextElement, name, text);
 }
 
 long PelDOMElement::getNumAttributes() const {
-    PelDOMElementImp* const content = imp();
-    return content != nullptr ? content->getNumAttributes() : 0;
+    return callImp(imp(), &Imp::getNumAttributes);
 }
 
 PelString PelDOMElement::getAttributeValueAt(long index) const {
-    PelDOMElementImp* const content = imp();
-    return content != nullptr ? content->getAttributeValueAt(index) : PelString();
+    return callImp(imp(), &Imp::getAttributeValueAt, index);
 }
 
 PelString PelDOMElement::getAttributeNameAt(long index) const {
-    PelDOMElementImp* const content = imp();
-    return content != nullptr ? content->getAttributeNameAt(index) : PelString();
+    return callImp(imp(), &Imp::getAttributeNameAt, index);
 }
 
 std::vector<PelDOMAttribute> PelDOMElement::getAttributes() const {
-    PelDOMElementImp* const content = imp();
-    return content != nullptr ? content->getAttributes() : std::vector<PelDOMAttribute>();
+    return callImp(imp(), &Imp::getAttributes);
 }
 
 PelString PelDOMElement::getTagName() const {
-    PelDOMElementImp* const content = imp();
-    return content != nullptr ? content->getTagName() : PelString();
+    return callImp(imp(), &Imp::getTagName);
 }
 
 PelDOM::Error PelDOMElement::setTagName(const PelString& name) {
-    PelDOMElementImp* const content = imp();
-    return content != nullptr ? content->setTagName(name) : PelDOM::NULL_NODE;
+    return callImp(imp(), &Imp::setTagName, name);
 }
 
 PelString PelDOMElement::getAttribute(const PelString& name) const {
-    PelDOMElementImp* const content = imp();
-    return content != nullptr ? content->getAttribute(name) : PelString();
+    return callImp(imp(), &Imp::getAttribute, name);
 }
 
 PelDOM::Error PelDOMElement::getAttribute(const PelString& name, PelString& value) const {
@@ -145,8 +132,7 @@ PelDOM::Error PelDOMElement::getAttribute(const PelString& name, PelString& valu
 }
 
 bool PelDOMElement::hasAttribute(const PelString& name) const {
-    PelDOMElementImp* const content = imp();
-    return content != nullptr && content->hasAttribute(name);
+    return callImp(imp(), &Imp::hasAttribute, name);
 }
 
 PelString PelDOMElement::getAttributeOr(const PelString& name, const PelString& fallback) const {
@@ -162,11 +148,10 @@ PelDOM::Error PelDOMElement::getAttribute(const PelString& name, double& value) 
     return scanNumber(getAttribute(name), value);
 }
 
-// Traces tell of a list, a child and its text, and so does the log of a child that is no text:
-// only where neither is written, the text can come without them.
+// The handles to the list, the child and the text below write traces, and the log tells of a child
+// that is no text. So the short way is for an only text in a mode without traces.
 PelDOM::Error PelDOMElement::getChildTextValue(PelString& value) const {
-    PelDOMElementImp* const content = imp();
-    if (PelLog::mode < 2 && content != nullptr && content->getOnlyText(value))
+    if (PelLog::mode < 2 && callImp(imp(), &Imp::getOnlyText, value))
         return PelDOM::SUCCESS;
     PelDOMNodeList children;
     if (getChildNodes(children) != PelDOM::SUCCESS || children.length() != 1)
@@ -187,8 +172,7 @@ PelDOM::Error PelDOMElement::getChildTextValue(double& value) const {
 }
 
 int PelDOMElement::getElementsByTagName(const PelString& name, PelDOMNodeList& out) const {
-    PelDOMElementImp* const content = imp();
-    return content != nullptr ? content->getElementsByTagName(name, out) : 0;
+    return callImp(imp(), &Imp::getElementsByTagName, name, out);
 }
 
 PelDOMNodeList PelDOMElement::getElementsByTagName(const PelString& name) const {
@@ -196,20 +180,19 @@ PelDOMNodeList PelDOMElement::getElementsByTagName(const PelString& name) const 
 }
 
 PelDOMElement PelDOMElement::getChildElement(const PelString& name) const {
-    return PelDOMElement(elementFrom(imp(), Relative::FIRST_CHILD, name));
+    return PelDOMElement(callImp(imp(), &Imp::getElement, Relative::FIRST_CHILD, name));
 }
 
 PelDOMElementRange PelDOMElement::getChildElements(const PelString& name) const {
-    PelDOMElementImp* const content = imp();
-    return PelDOMElementRange(content != nullptr ? content->getChildElements(name) : nullptr);
+    return PelDOMElementRange(callImp(imp(), &Imp::getChildElements, name));
 }
 
 PelDOMElement PelDOMElement::getNextElement(const PelString& name) const {
-    return PelDOMElement(elementFrom(imp(), Relative::NEXT_SIBLING, name));
+    return PelDOMElement(callImp(imp(), &Imp::getElement, Relative::NEXT_SIBLING, name));
 }
 
 PelDOMElement PelDOMElement::getPreviousElement(const PelString& name) const {
-    return PelDOMElement(elementFrom(imp(), Relative::PREVIOUS_SIBLING, name));
+    return PelDOMElement(callImp(imp(), &Imp::getElement, Relative::PREVIOUS_SIBLING, name));
 }
 
 PelString PelDOMElement::getPrefix() const {
@@ -224,8 +207,7 @@ PelString PelDOMElement::getLocalName() const {
 }
 
 PelString PelDOMElement::lookupNamespaceURI(const PelString& prefix) const {
-    PelDOMElementImp* const content = imp();
-    return content != nullptr ? content->lookupNamespaceURI(prefix) : PelString();
+    return callImp(imp(), &Imp::lookupNamespaceURI, prefix);
 }
 
 PelDOMElementImp* PelDOMElement::imp() const {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "model/PelDOMNodeContentImp.h"
 #include "model/PelDOMNodeImp.h"
 
 #include <qrndom/PelDOM.h>
@@ -10,6 +9,7 @@
 #include <memory>
 #include <vector>
 
+class PelDOMNode;
 class PelDOMNodeList;
 
 /// The content of an element. The order of the virtual operations is fixed.
@@ -55,4 +55,21 @@ public:
     /// Sets `value` to the text that is the only child; false, with `value` as it was, when there
     /// is no such child. Writes no line to the log.
     virtual bool getOnlyText(PelString& value) = 0;
+};
+
+/// The attribute-map handle, which nothing makes: attributes are reached through the element
+/// handle.
+class PelDOMNamedNodeMap {
+public:
+    virtual ~PelDOMNamedNodeMap() = default;
+};
+
+/// The interface of an attribute map.
+class PelDOMNamedNodeMapImp {
+public:
+    virtual ~PelDOMNamedNodeMapImp() = default;
+
+    virtual PelDOM::Error getNamedItem(const PelString& name, PelDOMNode& out) = 0;
+    virtual PelDOM::Error item(long index, PelDOMNode& out) = 0;
+    virtual long length() = 0;
 };

@@ -8,6 +8,7 @@
 
 #include <utility>
 
+using Imp = PelDOMNodeImp;
 using Relative = PelDOMNodeImp::Relative;
 
 namespace {
@@ -16,16 +17,8 @@ void destroy(const PelDOMNodeImp* imp) noexcept {
     try {
         delete imp;
     } catch (...) {
-        // Nobody is there to tell; the implementation is gone either way.
+        // Destructors have no one to tell, and the implementation is gone either way.
     }
-}
-
-const void* identityOf(const PelDOMNodeImp* imp) noexcept {
-    return imp != nullptr ? imp->getIdentity() : nullptr;
-}
-
-PelDOMNodeImp* relativeOf(const PelDOMNodeImp* imp, Relative which) {
-    return imp != nullptr ? imp->getRelative(which) : nullptr;
 }
 
 } // namespace
@@ -89,102 +82,116 @@ void PelDOMNode::takeTraced(const char16_t* trace, PelDOMNode& rhs) noexcept {
 }
 
 bool PelDOMNode::isSameNode(const PelDOMNode& other) const noexcept {
-    return identityOf(imp) == identityOf(other.imp);
+    return callImp(imp, &Imp::getIdentity) == callImp(other.imp, &Imp::getIdentity);
 }
 
 PelDOMNodeContentImp* PelDOMNode::getContentImp() const noexcept {
-    return imp != nullptr ? imp->getContentImp() : nullptr;
+    return callImp(imp, &Imp::getContentImp);
 }
 
 PelDOM::NodeType PelDOMNode::getNodeType() const {
-    return imp != nullptr ? imp->getNodeType() : PelDOM::NO_NODE;
+    return callImp(imp, &Imp::getNodeType);
 }
 
 PelDOM::Error PelDOMNode::getOwnerDocument(PelDOMDocument& out) const {
-    return imp != nullptr ? imp->getOwnerDocument(out) : PelDOM::NULL_NODE;
+    return callImp(imp, &Imp::getOwnerDocument, out);
 }
 
 PelDOM::Error PelDOMNode::appendChild(PelDOMNode& child) {
-    return imp != nullptr ? imp->appendChild(child) : PelDOM::NULL_NODE;
+    return callImp(imp, &Imp::appendChild, child);
 }
 
-// The operation takes a handle that it may change, and never does.
+// The operation's parameter is not const, but is never changed.
 PelDOM::Error PelDOMNode::appendChild(const PelDOMNode& child) {
     return appendChild(const_cast<PelDOMNode&>(child));
 }
 
 PelDOM::Error PelDOMNode::insertBefore(const PelDOMNode& child, const PelDOMNode& before) {
-    return imp != nullptr ? imp->insertBefore(child, before) : PelDOM::NULL_NODE;
+    return callImp(imp, &Imp::insertBefore, child, before);
 }
 
 PelDOM::Error PelDOMNode::replaceChild(const PelDOMNode& child, const PelDOMNode& old) {
-    return imp != nullptr ? imp->replaceChild(child, old) : PelDOM::NULL_NODE;
+    return callImp(imp, &Imp::replaceChild, child, old);
 }
 
 PelDOM::Error PelDOMNode::removeChild(const PelDOMNode& child) {
-    return imp != nullptr ? imp->removeChild(child) : PelDOM::NULL_NODE;
+    return callImp(imp, &Imp::removeChild, child);
 }
 
 PelDOMNode PelDOMNode::cloneNode(bool deep) const {
-    return PelDOMNode(imp != nullptr ? imp->copyNode(deep) : nullptr);
+    return PelDOMNode(callImp(imp, &Imp::copyNode, deep));
 }
 
 PelDOM::Error PelDOMNode::getParentNode(PelDOMNode& out) const {
-    return imp != nullptr ? imp->getParentNode(out) : PelDOM::NULL_NODE;
+    return callImp(imp, &Imp::getParentNode, out);
 }
 
 PelDOM::Error PelDOMNode::getChildNodes(PelDOMNodeList& out) const {
-    return imp != nullptr ? imp->getChildNodes(out) : PelDOM::NULL_NODE;
+    return callImp(imp, &Imp::getChildNodes, out);
 }
 
 PelDOMDocument PelDOMNode::getOwnerDocument() const {
-    return PelDOMDocument(relativeOf(imp, Relative::OWNER_DOCUMENT));
+    return PelDOMDocument(callImp(imp, &Imp::getRelative, Relative::OWNER_DOCUMENT));
 }
 
 PelDOMNode PelDOMNode::getParentNode() const {
-    return PelDOMNode(relativeOf(imp, Relative::PARENT));
+    return PelDOMNode(callImp(imp, &Imp::getRelative, Relative::PARENT));
 }
 
 PelDOMNode PelDOMNode::getFirstChild() const {
-    return PelDOMNode(relativeOf(imp, Relative::FIRST_CHILD));
+    return PelDOMNode(callImp(imp, &Imp::getRelative, Relative::FIRST_CHILD));
 }
 
 PelDOMNode PelDOMNode::getLastChild() const {
-    return PelDOMNode(relativeOf(imp, Relative::LAST_CHILD));
+    return PelDOMNode(callImp(imp, &Imp::getRelative, Relative::LAST_CHILD));
 }
 
 PelDOMNode PelDOMNode::getNextSibling() const {
-    return PelDOMNode(relativeOf(imp, Relative::NEXT_SIBLING));
+    return PelDOMNode(callImp(imp, &Imp::getRelative, Relative::NEXT_SIBLING));
 }
 
 PelDOMNode PelDOMNode::getPreviousSibling() const {
-    return PelDOMNode(relativeOf(imp, Relative::PREVIOUS_SIBLING));
+    return PelDOMNode(callImp(imp, &Imp::getRelative, Relative::PREVIOUS_SIBLING));
 }
 
 PelString PelDOMNode::getNodeName() const {
-    return imp != nullptr ? imp->getNodeName() : PelString();
+    return callImp(imp, &Imp::getNodeName);
 }
 
 PelString PelDOMNode::getNodeValue() const {
-    return imp != nullptr ? imp->getNodeValue() : PelString();
+    return callImp(imp, &Imp::getNodeValue);
 }
 
 PelDOM::Error PelDOMNode::setNodeValue(const PelString& value) {
-    return imp != nullptr ? imp->setNodeValue(value) : PelDOM::NULL_NODE;
+    return callImp(imp, &Imp::setNodeValue, value);
 }
 
 PelString PelDOMNode::getTextContent() const {
-    return imp != nullptr ? imp->getTextContent() : PelString();
+    return callImp(imp, &Imp::getTextContent);
 }
 
 PelDOM::Error PelDOMNode::setTextContent(const PelString& text) {
-    return imp != nullptr ? imp->setTextContent(text) : PelDOM::NULL_NODE;
+    return callImp(imp, &Imp::setTextContent, text);
 }
 
 PelDOMNodeList PelDOMNode::getChildNodes() const {
-    return PelDOMNodeList(imp != nullptr ? imp->listChildren() : nullptr);
+    return PelDOMNodeList(callImp(imp, &Imp::listChildren));
 }
 
 bool PelDOMNode::hasChildNodes() const {
-    return imp != nullptr && imp->hasChildNodes();
+    return callImp(imp, &Imp::hasChildNodes);
+}
+
+PelDOMNodeImp::PelDOMNodeImp(PelDOMNodeContentImp* nodeContent) noexcept {
+    setContentImp(nodeContent);
+}
+
+PelDOMNodeImp::~PelDOMNodeImp() noexcept(false) {
+    delete content;
+}
+
+void PelDOMNodeImp::setContentImp(PelDOMNodeContentImp* member) noexcept {
+    content = member;
+    if (content != nullptr)
+        content->setNodeImp(this);
 }

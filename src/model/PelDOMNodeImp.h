@@ -3,11 +3,30 @@
 
 #include <qrndom/PelDOM.h>
 
+#include <type_traits>
+#include <utility>
+
 class PelDOMDocument;
 class PelDOMNode;
-class PelDOMNodeContentImp;
+class PelDOMNodeImp;
 class PelDOMNodeList;
 class PelDOMNodeListImp;
+
+/// The base of the content interfaces: one for elements, texts and documents each. Its node is that
+/// of the node implementation that owns it.
+class PelDOMNodeContentImp {
+public:
+    explicit PelDOMNodeContentImp(PelDOMNodeImp* owner) noexcept : nodeImp(owner) {}
+    PelDOMNodeContentImp(const PelDOMNodeContentImp&) = delete;
+    PelDOMNodeContentImp& operator=(const PelDOMNodeContentImp&) = delete;
+    virtual ~PelDOMNodeContentImp() = default;
+
+    void setNodeImp(PelDOMNodeImp* owner) noexcept { nodeImp = owner; }
+    PelDOMNodeImp* getNodeImp() const noexcept { return nodeImp; }
+
+private:
+    PelDOMNodeImp* nodeImp;
+};
 
 /// What stands behind a node handle. The order of the virtual operations is fixed.
 ///
@@ -52,9 +71,9 @@ public:
         PREVIOUS_SIBLING
     };
 
-    // What follows writes no line to the log, whatever the type of a node.
+    // The following operations never write to the log.
 
-    /// The same for all objects over one node, and another for each other node; null over none.
+    /// Equal for all objects over one node, and for no others; null over none.
     virtual const void* getIdentity() const noexcept { return this; }
 
     /// A new object over a relative, for the caller to own; null when there is none.
@@ -99,9 +118,23 @@ protected:
     /// Takes ownership of `nodeContent`, which may be null, and becomes its node.
     explicit PelDOMNodeImp(PelDOMNodeContentImp* nodeContent) noexcept;
 
-    /// For a node that has its content as a member: sets it, and forgets it before it goes.
+    /// For a node whose content is a member: sets it; with null, before the member is destroyed.
     void setContentImp(PelDOMNodeContentImp* member) noexcept;
 
 private:
     PelDOMNodeContentImp* content;
 };
+
+/// Calls an operation of the object behind a handle. Where there is none, returns NULL_NODE,
+/// NO_NODE or an empty value.
+template <class Imp, class Operation, class... Arguments>
+std::invoke_result_t<Operation, Imp&, Arguments&&...> callImp(Imp* imp, Operation operation,
+                                                              Arguments&&... arguments) {
+    using Result = std::invoke_result_t<Operation, Imp&, Arguments&&...>;
+    if (imp != nullptr)
+        return (imp->*operation)(std::forward<Arguments>(arguments)...);
+    if constexpr (std::is_same_v<Result, PelDOM::Error>)
+        return PelDOM::NULL_NODE;
+    else
+        return Result();
+}

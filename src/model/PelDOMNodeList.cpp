@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "model/PelDOMListImp.h"
+#include "model/PelDOMCursor.h"
 #include "model/PelDOMNodeImp.h"
 
-#include <qrndom/PelDOMNode.h>
+#include <qrndom/PelDOMElement.h>
 #include <qrndom/PelDOMNodeList.h>
 
 #include <utility>
@@ -79,9 +79,35 @@ void PelDOMNodeList::assign(const PelDOMNodeList& other) {
 }
 
 long PelDOMNodeList::length() const {
-    return imp != nullptr ? imp->length() : 0;
+    return callImp(imp, &PelDOMNodeListImp::length);
 }
 
 PelDOM::Error PelDOMNodeList::item(long index, PelDOMNode& out) const {
-    return imp != nullptr ? imp->item(index, out) : PelDOM::NULL_NODE;
+    return callImp(imp, &PelDOMNodeListImp::item, index, out);
+}
+
+PelDOMNodeListImp::PelDOMNodeListImp() = default;
+
+PelDOMNodeListImp::PelDOMNodeListImp(const PelDOMNodeListImp& /*other*/) = default;
+
+PelDOMNodeListImp& PelDOMNodeListImp::operator=(const PelDOMNodeListImp& /*other*/) = default;
+
+PelDOMNodeListImp::~PelDOMNodeListImp() = default;
+
+PelDOMPlace::PelDOMPlace(std::shared_ptr<PelDOMCursor> start) : cursor(std::move(start)) {
+    step();
+}
+
+PelDOMNodeImp* PelDOMPlace::getNode() const {
+    return cursor != nullptr ? cursor->getNode() : nullptr;
+}
+
+void PelDOMPlace::step() {
+    if (cursor != nullptr && !cursor->step())
+        cursor.reset();
+}
+
+PelDOMIterator<PelDOMElement> PelDOMElementRange::begin() const {
+    return PelDOMIterator<PelDOMElement>(
+        PelDOMPlace(selection != nullptr ? selection->walk() : nullptr));
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "model/PelDOMTextImp.h"
+#include "model/PelDOMDocumentImp.h"
 
 #include <qrndom/PelDOMText.h>
 
@@ -56,8 +56,7 @@ PelDOM::Error PelDOMText::setValue(const PelString& value) {
 }
 
 const PelString PelDOMText::getValue() {
-    PelDOMTextImp* const content = imp();
-    return content != nullptr ? content->getValue() : PelString();
+    return callImp(imp(), &PelDOMTextImp::getValue);
 }
 
 PelDOMTextImp* PelDOMText::imp() const {

@@ -14,7 +14,7 @@
 
 namespace {
 
-// A line that the log has no room for is not made: at some levels it would take all memory.
+// Makes no line that the log has no room for: at some levels it would take all memory.
 template <class... Arguments>
 void writeLine(long level, const char16_t* pattern, Arguments... arguments) {
     const std::size_t spaces = level > 1 ? 2 * static_cast<std::size_t>(level - 1) : 0;

@@ -7,7 +7,6 @@
 #include "read/input/PelXercesReadSettings.h"
 #include "read/parse/PelXercesTreeBuilder.h"
 #include "xerces/engine/PelXercesEngine.h"
-#include "xerces/tree/PelXercesNodeRef.h"
 #include "xerces/tree/PelXercesTree.h"
 
 #include <qrndom/PelDOMMessage.h>

@@ -19,6 +19,7 @@
 
 #include <new>
 #include <optional>
+#include <utility>
 
 namespace {
 
@@ -34,6 +35,37 @@ bool beginsWithByteOrderMark(const PelString& text) {
 
 } // namespace
 
+PelDOMUtilites* PelDOMUtilites::Utilities = nullptr;
+
+PelDOMUtilites* PelDOMUtilites::getUtilities(PelDOM::Platform p) {
+    PelDOM::error(u"PelDOMUtilites::getUtilities(PelDOM::Platform p)", nullptr);
+    if (Utilities == nullptr && p == PelDOM::PLATFORM_XERCES)
+        Utilities = new PelXercesDOMUtilities;
+    return Utilities;
+}
+
+void PelDOMUtilites::releaseUtilities() {
+    PelDOM::error(u"PelDOMUtilites::releaseUtilities()", nullptr);
+    delete std::exchange(Utilities, nullptr);
+}
+
+PelString PelDOMUtilites::getLastReadMessage() {
+    return PelThreadMessage::ofRead().get();
+}
+
+PelString PelDOMUtilites::getLastWriteMessage() {
+    return PelThreadMessage::ofWrite().get();
+}
+
+PelString PelDOMUtilites::describeEngine() {
+    return PelXercesEngine::describe();
+}
+
+PelDOMUtilites::PelDOMUtilites() = default;
+PelDOMUtilites::PelDOMUtilites(const PelDOMUtilites& other) = default;
+PelDOMUtilites& PelDOMUtilites::operator=(const PelDOMUtilites& other) = default;
+PelDOMUtilites::~PelDOMUtilites() = default;
+
 PelXercesDOMUtilities::~PelXercesDOMUtilities() {
     if (getErrorStatus() != PelDOM::NOT_INITIALIZED)
         PelXercesDOMUtilities::terminate();
@@ -46,7 +78,7 @@ PelDOM::Error PelXercesDOMUtilities::init() {
         if (PelXercesEngine::start())
             status = PelDOM::SUCCESS;
     } catch (const xercesc::XMLException&) {
-        // The status says it.
+        // The status tells.
     }
     setErrorStatus(status);
     return status;
@@ -111,7 +143,7 @@ PelDOM::Error PelXercesDOMUtilities::writeDocument(const PelDOMDocument& documen
     return writeDocument(document, target, 1, 1, 0);
 }
 
-// Without memory there is no document, wherever it runs out.
+// Wherever memory runs out, the document is null.
 template <class Read>
 PelDOMDocument PelXercesDOMUtilities::read(const PelString& argument, Read readBy) {
     try {
@@ -138,7 +170,7 @@ PelDOMDocument PelXercesDOMUtilities::read(const PelString& argument, Read readB
     return PelDOMDocument();
 }
 
-// Starts the engine if need be, even for an argument that is of no use.
+// Starts the engine if need be, even for an empty argument.
 bool PelXercesDOMUtilities::isReadyFor(const PelString& argument) {
     if (getErrorStatus() != PelDOM::SUCCESS)
         init();

@@ -1,34 +1,136 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/edit/PelXercesEditing.h"
 
-#include "xerces/edit/PelXercesInsertionPoint.h"
-#include "xerces/edit/PelXercesRenaming.h"
+#include "xerces/edit/PelXercesAttributes.h"
 #include "xerces/engine/PelXercesLinks.h"
 #include "xerces/engine/PelXercesMemory.h"
 #include "xerces/tree/PelXercesDeclaration.h"
 
+#include <xercesc/dom/DOMDocumentType.hpp>
 #include <xercesc/dom/DOMException.hpp>
+
+#include <string_view>
+
+using xercesc::DOMNode;
 
 namespace {
 
-// What the engine lets through although the DOM forbids it: its search for cycles starts above the
+/// A place among the children of a node, where another node is about to go.
+struct InsertionPoint {
+    const PelXercesNodeRef& parent;
+    const DOMNode* next;    // null: behind all children
+    const DOMNode* leaving; // the child that makes room, or null
+
+    bool allows(const PelXercesNodeRef& child) const;
+    bool allowsInElement(const PelXercesNodeRef& child) const;
+    bool allowsInDocument(const PelXercesNodeRef& child) const;
+    bool isAlone(const DOMNode* former, const DOMNode& child) const;
+    bool isInFrontOf(const DOMNode* node) const;
+};
+
+bool isSpace(std::u16string_view text) {
+    return !text.empty() && text.find_first_not_of(u" \t\r\n") == text.npos;
+}
+
+bool InsertionPoint::allows(const PelXercesNodeRef& child) const {
+    if (&child.getTree() != &parent.getTree())
+        return false;
+    switch (parent->getNodeType()) {
+    case DOMNode::ELEMENT_NODE:
+        return allowsInElement(child);
+    case DOMNode::DOCUMENT_NODE:
+        return allowsInDocument(child);
+    default:
+        return false;
+    }
+}
+
+bool InsertionPoint::allowsInElement(const PelXercesNodeRef& child) const {
+    switch (child.getType()) {
+    case PelDOM::ELEMENT_NODE:
+    case PelDOM::ENTITY_REFERENCE_NODE:
+        break;
+    case PelDOM::TEXT_NODE:
+    case PelDOM::CDATA_SECTION_NODE:
+    case PelDOM::COMMENT_NODE:
+    case PelDOM::PROCESSING_INSTRUCTION_NODE:
+        return true;
+    default:
+        return false;
+    }
+    if (parent.getNode() == child.getNode())
+        return false;
+    if (child->getFirstChild() == nullptr)
+        return true;
+    for (const DOMNode* node = parent->getParentNode(); node != nullptr;
+         node = node->getParentNode())
+        if (node == child.getNode())
+            return false;
+    return true;
+}
+
+// The declaration comes first, then the document type, then the root; at most one of each.
+bool InsertionPoint::allowsInDocument(const PelXercesNodeRef& child) const {
+    const DOMNode* following = next;
+    while (following != nullptr && (following == child.getNode() || following == leaving))
+        following = following->getNextSibling();
+    if (following != nullptr && PelXercesDeclaration::isDeclaration(*following))
+        return false;
+    const xercesc::DOMDocument& document = *parent.getDocument();
+    const DOMNode* const root = document.getDocumentElement();
+    const DOMNode* const type = document.getDoctype();
+    switch (child.getType()) {
+    case PelDOM::COMMENT_NODE:
+    case PelDOM::PROCESSING_INSTRUCTION_NODE:
+        return true;
+    case PelDOM::TEXT_NODE:
+        return isSpace(child->getNodeValue());
+    case PelDOM::ELEMENT_NODE:
+        return isAlone(root, *child.getNode()) && (type == leaving || !isInFrontOf(type));
+    case PelDOM::DOCUMENT_TYPE_NODE:
+        return isAlone(type, *child.getNode()) &&
+               (root == leaving || root == nullptr || isInFrontOf(root));
+    case PelDOM::XML_DECL_NODE: {
+        const DOMNode* first = parent->getFirstChild();
+        while (first != nullptr && (first == child.getNode() || first == leaving))
+            first = first->getNextSibling();
+        return first == following;
+    }
+    default:
+        return false;
+    }
+}
+
+// Whether `child` would be the only node of its kind; `former` is the present one.
+bool InsertionPoint::isAlone(const DOMNode* former, const DOMNode& child) const {
+    return former == nullptr || former == &child || former == leaving;
+}
+
+bool InsertionPoint::isInFrontOf(const DOMNode* node) const {
+    for (const DOMNode* sibling = next; sibling != nullptr; sibling = sibling->getNextSibling())
+        if (sibling == node)
+            return true;
+    return false;
+}
+
+// Forbidden by the DOM, and yet let through by the engine: its search for cycles starts above the
 // node itself, and it does not know the declaration.
-bool isForbidden(const PelXercesNodeRef& parent, const xercesc::DOMNode& child) {
+bool isForbidden(const PelXercesNodeRef& parent, const DOMNode& child) {
     if (parent.getNode() == &child)
         return true;
     return PelXercesDeclaration::isDeclaration(child) &&
-           parent->getNodeType() != xercesc::DOMNode::DOCUMENT_NODE;
+           parent->getNodeType() != DOMNode::DOCUMENT_NODE;
 }
 
 using Change = PelXercesChangeLog::Change;
 
-// What lists are told of a child that has come, or is about to go.
-Change changeOf(xercesc::DOMNode& child, Change::Kind kind) {
+// The change of a child that has come, or is about to go.
+Change changeOf(DOMNode& child, Change::Kind kind) {
     Change change;
     change.kind = kind;
     change.node = &child;
     change.isLeaf = child.getFirstChild() == nullptr;
-    if (child.getNodeType() == xercesc::DOMNode::ELEMENT_NODE)
+    if (child.getNodeType() == DOMNode::ELEMENT_NODE)
         change.name = child.getNodeName();
     if (PelXercesFields::areKnown()) {
         xercesc::DOMNodeImpl& node = PelXercesFields::nodeOf(child);
@@ -45,15 +147,15 @@ Change changeOf(xercesc::DOMNode& child, Change::Kind kind) {
 }
 
 // An element whose links may be set here; null when that is left to the engine.
-xercesc::DOMElementImpl* linkedElement(xercesc::DOMNode& node) {
-    if (!PelXercesFields::areKnown() || node.getNodeType() != xercesc::DOMNode::ELEMENT_NODE)
+xercesc::DOMElementImpl* linkedElement(DOMNode& node) {
+    if (!PelXercesFields::areKnown() || node.getNodeType() != DOMNode::ELEMENT_NODE)
         return nullptr;
     auto& element = static_cast<xercesc::DOMElementImpl&>(node);
     return PelXercesFields::nodeOf(element).isReadOnly() ? nullptr : &element;
 }
 
-void unlink(PelXercesTree& tree, xercesc::DOMNode& child) {
-    xercesc::DOMNode* const parent = child.getParentNode();
+void unlink(PelXercesTree& tree, DOMNode& child) {
+    DOMNode* const parent = child.getParentNode();
     if (parent == nullptr)
         return;
     const Change change = changeOf(child, Change::REMOVAL);
@@ -65,7 +167,7 @@ void unlink(PelXercesTree& tree, xercesc::DOMNode& child) {
 }
 
 // Puts a node where it may go.
-void link(const PelXercesNodeRef& parent, xercesc::DOMNode& child, xercesc::DOMNode* before) {
+void link(const PelXercesNodeRef& parent, DOMNode& child, DOMNode* before) {
     if (before == &child)
         before = child.getNextSibling();
     unlink(parent.getTree(), child);
@@ -90,9 +192,9 @@ void linkNew(PelXercesTree& tree, xercesc::DOMElementImpl& parent, Node& child, 
 } // namespace
 
 void PelXercesEditing::append(const PelXercesNodeRef& parent, const PelXercesNodeRef& appended) {
-    xercesc::DOMNode& child = *appended.getNode();
+    DOMNode& child = *appended.getNode();
     if (linkedElement(*parent.getNode()) != nullptr &&
-        PelXercesInsertionPoint(parent, nullptr, nullptr).allows(appended)) {
+        InsertionPoint{parent, nullptr, nullptr}.allows(appended)) {
         link(parent, child, nullptr);
         return;
     }
@@ -105,7 +207,7 @@ void PelXercesEditing::append(const PelXercesNodeRef& parent, const PelXercesNod
     parent->appendChild(&child);
     PelXercesChangeLog& changes = parent.getTree().changes;
     if (removal.parent != nullptr) {
-        // Now that the engine allows it: a removal is told while the node is nowhere.
+        // The engine allows it. A removal is recorded while the node has no parent.
         parent->removeChild(&child);
         changes.record(removal);
         parent->appendChild(&child);
@@ -126,7 +228,7 @@ void PelXercesEditing::appendTextElement(const PelXercesNodeRef& parent, const X
         tree.nodes.takeBack(element);
         throw;
     }
-    // The element comes empty, which is of no concern to lists of other names.
+    // The element is recorded while it is empty: a leaf costs lists of other names nothing.
     linkNew(tree, *parent.as<xercesc::DOMElementImpl>(), element, element.getTagName());
     linkNew(tree, element, *content, nullptr);
 }
@@ -135,7 +237,7 @@ bool PelXercesEditing::insert(const PelXercesNodeRef& parent, const PelXercesNod
                               const PelXercesNodeRef& before) {
     if (before && before->getParentNode() != parent.getNode())
         return false;
-    if (!PelXercesInsertionPoint(parent, before.getNode(), nullptr).allows(child))
+    if (!InsertionPoint{parent, before.getNode(), nullptr}.allows(child))
         return false;
     if (before.getNode() != child.getNode())
         link(parent, *child.getNode(), before.getNode());
@@ -148,8 +250,8 @@ bool PelXercesEditing::replace(const PelXercesNodeRef& parent, const PelXercesNo
         return false;
     if (old.getNode() == child.getNode())
         return true;
-    xercesc::DOMNode* const next = old->getNextSibling();
-    if (!PelXercesInsertionPoint(parent, next, old.getNode()).allows(child))
+    DOMNode* const next = old->getNextSibling();
+    if (!InsertionPoint{parent, next, old.getNode()}.allows(child))
         return false;
     parent.getTree().orphans.prepare();
     unlink(parent.getTree(), *old.getNode());
@@ -170,12 +272,12 @@ bool PelXercesEditing::remove(const PelXercesNodeRef& parent, const PelXercesNod
 void PelXercesEditing::replaceChildren(const PelXercesNodeRef& parent, const XMLCh* text) {
     PelXercesTree& tree = parent.getTree();
     std::size_t count = 0;
-    for (xercesc::DOMNode* child = parent->getFirstChild(); child != nullptr;
+    for (DOMNode* child = parent->getFirstChild(); child != nullptr;
          child = child->getNextSibling())
         ++count;
     tree.orphans.prepare(count);
     xercesc::DOMTextImpl* const made = text != nullptr ? &tree.nodes.makeText(text) : nullptr;
-    while (xercesc::DOMNode* const child = parent->getFirstChild()) {
+    while (DOMNode* const child = parent->getFirstChild()) {
         unlink(tree, *child);
         tree.orphans.add(*child);
     }
@@ -186,7 +288,7 @@ void PelXercesEditing::replaceChildren(const PelXercesNodeRef& parent, const XML
 void PelXercesEditing::rename(const PelXercesNodeRef& element, const XMLCh* name) {
     auto& renamed = *element.as<xercesc::DOMElementImpl>();
     const XMLCh* const former = renamed.getTagName();
-    PelXercesRenaming::rename(renamed, name, element.getTree().nodes);
+    PelXercesAttributes::rename(element, name);
     Change change;
     change.kind = Change::RENAMING;
     change.parent = renamed.getParentNode();

@@ -9,8 +9,8 @@
 
 using xercesc::DOMNode;
 
-PelXercesCursor::PelXercesCursor(PelXercesSelected whatToGoThrough)
-    : selected(std::move(whatToGoThrough)), next(selected.root->getFirstChild()),
+PelXercesCursor::PelXercesCursor(PelXercesSelected nodes)
+    : selected(std::move(nodes)), next(selected.root->getFirstChild()),
       last(selected.root->getLastChild()) {
     if (isDeep() && last != nullptr)
         last = PelXercesWalk::lastWithin(last);
@@ -62,8 +62,8 @@ bool PelXercesCursor::isDeep() const {
     return selected.kind == PelXercesSelected::ELEMENTS;
 }
 
-// Whether a node that is to come is gone with the removed one. It is looked for from above it and
-// from the removed one at once, for either way may be long.
+// Whether a node goes with the removed one. Searches upwards from the node and downwards from the
+// removed one in turns, because either way may be long.
 bool PelXercesCursor::goesWith(const PelXercesChangeLog::Change& removal,
                                const DOMNode* node) const {
     if (!isDeep() || removal.isLeaf)

@@ -2,13 +2,13 @@
 #pragma once
 
 #include "model/PelDOMCursor.h"
-#include "xerces/tree/PelXercesNodeRef.h"
+#include "xerces/tree/PelXercesTree.h"
 
 #include <string>
 #include <string_view>
 
-/// What a loop goes through: the children of a node, or elements with a tag name ("*": any) among
-/// its children or anywhere below it.
+/// The nodes of a loop or list: the children of a node, or elements with a tag name ("*": any)
+/// among its children or anywhere below it.
 struct PelXercesSelected {
     enum Kind { CHILDREN, CHILD_ELEMENTS, ELEMENTS };
 
@@ -17,11 +17,11 @@ struct PelXercesSelected {
     std::u16string name;
 };
 
-/// A loop over nodes. What is yet to come is all between two nodes of the tree. The tree tells of
-/// each node that is taken away, and then the ends move inwards, so that they always stand in it.
+/// A loop over nodes. What is still to come lies between two nodes of the tree, `next` and `last`.
+/// When one of them is removed, it moves inwards.
 class PelXercesCursor final : public PelDOMCursor, private PelXercesChangeLog::Observer {
 public:
-    explicit PelXercesCursor(PelXercesSelected whatToGoThrough);
+    explicit PelXercesCursor(PelXercesSelected nodes);
     ~PelXercesCursor() override;
 
     bool step() override;

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/handles/PelXercesDOMDocument.h"
 
-#include "xerces/edit/PelXercesCopy.h"
+#include "xerces/edit/PelXercesContent.h"
 #include "xerces/handles/PelXercesDOMNode.h"
 #include "xerces/tree/PelXercesRules.h"
 
 #include <xercesc/dom/DOMElement.hpp>
+#include <xercesc/dom/DOMText.hpp>
 
 namespace {
 
@@ -14,7 +15,7 @@ PelXercesNodePool& prepare(const PelXercesNodeRef& document) {
     return document.getTree().nodes;
 }
 
-// A node that was made with that pool.
+// A reference to a new node of that pool.
 PelXercesNodeRef asOrphan(const PelXercesNodeRef& document, xercesc::DOMNode& node) {
     document.getTree().orphans.add(node);
     return document.to(&node);
@@ -54,7 +55,7 @@ PelDOMNode PelXercesDOMDocument::importNode(const PelDOMNode& source, bool deep)
     const PelXercesNodeRef from = PelXercesDOMNode::of(source);
     if (node == nullptr || !from)
         return PelDOMNode();
-    return PelDOMNode(PelXercesDOMNode::makeUntraced(PelXercesCopy::make(*node, from, deep)));
+    return PelDOMNode(PelXercesDOMNode::makeUntraced(PelXercesContent::copy(*node, from, deep)));
 }
 
 PelDOMNode PelXercesDOMDocument::createComment(const PelString& data) {
@@ -85,4 +86,19 @@ PelDOMNode PelXercesDOMDocument::createProcessingInstruction(const PelString& ta
     PelXercesNodePool& nodes = prepare(*node);
     return PelDOMNode(PelXercesDOMNode::makeUntraced(
         asOrphan(*node, nodes.makeInstruction(target.view().data(), data.view().data()))));
+}
+
+PelDOM::Error PelXercesDOMText::setValue(const PelString& value) {
+    if (PelDOM::checkString(value, 0) != PelDOM::SUCCESS)
+        return PelDOM::INVALID_VALUE;
+    const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
+    if (node == nullptr)
+        return PelDOM::INTERNAL_ERROR;
+    node->getTree().nodes.setData(*node->getNode(), value.view().data());
+    return PelDOM::SUCCESS;
+}
+
+PelString PelXercesDOMText::getValue() {
+    const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
+    return node != nullptr ? node->as<xercesc::DOMText>()->getData() : PelString();
 }

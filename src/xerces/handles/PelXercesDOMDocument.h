@@ -14,3 +14,10 @@ public:
     PelDOMNode createCDATASection(const PelString& data) override;
     PelDOMNode createProcessingInstruction(const PelString& target, const PelString& data) override;
 };
+
+/// The content of a text, over the engine.
+class PelXercesDOMText : public PelDOMTextImp {
+public:
+    PelDOM::Error setValue(const PelString& value) override;
+    PelString getValue() override;
+};

@@ -3,12 +3,10 @@
 
 #include "core/PelLog.h"
 #include "xerces/edit/PelXercesContent.h"
-#include "xerces/edit/PelXercesCopy.h"
 #include "xerces/edit/PelXercesEditing.h"
 #include "xerces/handles/PelXercesDOMDocument.h"
 #include "xerces/handles/PelXercesDOMElement.h"
 #include "xerces/handles/PelXercesDOMNodeList.h"
-#include "xerces/handles/PelXercesDOMText.h"
 #include "xerces/tree/PelXercesWalk.h"
 
 #include <qrndom/PelDOMDocument.h>
@@ -182,7 +180,7 @@ PelDOM::Error PelXercesDOMNode::removeChild(const PelDOMNode& child) {
 }
 
 PelDOMNodeImp* PelXercesDOMNode::copyNode(bool deep) const {
-    return node ? makeUntraced(PelXercesCopy::make(node, node, deep)) : nullptr;
+    return node ? makeUntraced(PelXercesContent::copy(node, node, deep)) : nullptr;
 }
 
 PelXercesNodeRef PelXercesDOMNode::of(const PelDOMNode& handle) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "model/PelDOMNodeImp.h"
-#include "xerces/tree/PelXercesNodeRef.h"
+#include "xerces/tree/PelXercesTree.h"
 
 #include <utility>
 
@@ -14,14 +14,14 @@ class PelDOMNodeContentImp;
 /// Over no node, every operation answers NULL_NODE and changes nothing.
 class PelXercesDOMNode : public PelDOMNodeImp {
 public:
-    /// A new object over a node of the tree of `origin`, or over none. The log tells of a node
-    /// whose type has no content.
+    /// A new object over a node of the tree of `origin`, or over none. Writes a line to the log for
+    /// a node whose type has no content.
     static PelXercesDOMNode* make(const PelXercesNodeRef& origin, xercesc::DOMNode* engineNode);
     static PelXercesDOMNode* make(const PelXercesNodeRef& engineNode) {
         return make(engineNode, engineNode.getNode());
     }
 
-    /// The same for calls that write no line to the log; null for no node.
+    /// The same without a line in the log; null for no node.
     static PelXercesDOMNode* makeUntraced(const PelXercesNodeRef& origin,
                                           xercesc::DOMNode* engineNode);
     static PelXercesDOMNode* makeUntraced(const PelXercesNodeRef& engineNode) {
@@ -52,7 +52,7 @@ public:
 
     const PelXercesNodeRef& getDOMNode() const noexcept { return node; }
 
-    /// The engine node of any node implementation, since all of them are of this class.
+    /// The engine node of a node implementation, all of which are of this class.
     static const PelXercesNodeRef& of(const PelDOMNodeImp& imp) {
         return static_cast<const PelXercesDOMNode&>(imp).getDOMNode();
     }
@@ -63,11 +63,11 @@ public:
     /// The engine node that a content object works on; null when the content has no owner.
     static const PelXercesNodeRef* of(const PelDOMNodeContentImp& content);
 
-    /// Writes the line of the log that tells of a node without content.
+    /// Writes a line to the log about a node without content.
     static void noteMissingContent(PelDOM::NodeType type);
 
     /// Puts a handle to a node of the tree of `origin`, or to none, into a caller's handle. The log
-    /// shows an assignment, which asks a second time for content that there is not.
+    /// shows an assignment, and a second line for a node without content.
     template <class Handle>
     static void give(const PelXercesNodeRef& origin, xercesc::DOMNode* engineNode, Handle& out) {
         Handle temporary(make(origin, engineNode));

@@ -3,11 +3,11 @@
 
 #include <xercesc/dom/DOMNode.hpp>
 
-/// Tells those who remember something of a tree of each change to its structure.
+/// Tells observers of each change to a tree's structure.
 class PelXercesChangeLog {
 public:
-    /// A node that became a child or ceased to be one, or an element with another name. What is
-    /// below the node is as it was; the neighbours are those of the node's present or former place.
+    /// A node that became a child or ceased to be one, or an element with another name. Parent and
+    /// neighbours are those of the node's present or former place.
     struct Change {
         enum Kind { INSERTION, REMOVAL, RENAMING };
 
@@ -21,14 +21,14 @@ public:
         bool isLeaf = false;               ///< It has no children.
     };
 
-    /// Told of every change, right after it.
+    /// Called right after every change.
     class Observer {
     public:
         Observer() = default;
         Observer(const Observer&) = delete;
         Observer& operator=(const Observer&) = delete;
 
-        /// May end with this observer being dropped, but no other one.
+        /// May drop this observer, but no other one.
         virtual void follow(const Change& change) noexcept = 0;
 
     protected:

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::u16string_view target = u"xml";
 
-// The value of `name="value"` in a declaration's words.
+// The value of `name="value"` in the text of a declaration; `name` ends with the quote.
 std::optional<PelString> valueOf(std::u16string_view words, std::u16string_view name) {
     const std::size_t begin = words.find(name);
     if (begin == words.npos)

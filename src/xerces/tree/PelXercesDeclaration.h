@@ -10,8 +10,8 @@
 
 /// The XML declaration node, which the engine's DOM does not have.
 ///
-/// It stands in the engine's tree as a processing instruction with the target "xml", which no
-/// parsed document can hold, and whose data are the declaration's own words. Only this class knows.
+/// In the engine's tree it is a processing instruction with the target "xml", which no parsed
+/// document can hold; its data are the text of the declaration. Only this class knows that.
 class PelXercesDeclaration {
 public:
     /// A new declaration node of `document`, without a parent.

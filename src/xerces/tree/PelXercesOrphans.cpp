@@ -2,7 +2,6 @@
 #include "xerces/tree/PelXercesOrphans.h"
 
 #include "xerces/engine/PelXercesFields.h"
-#include "xerces/tree/PelXercesNodeRef.h"
 #include "xerces/tree/PelXercesTree.h"
 
 #include <algorithm>
@@ -13,14 +12,14 @@ using xercesc::DOMNodeImpl;
 
 namespace {
 
-// The node above, by links alone; null for the document, and above it.
+// The parent, read from the fields; null where that is the document, or none.
 DOMNode* parentOf(DOMNodeImpl& node) {
     DOMNode* const owner = Fields::ownerOf(node);
     return node.isOwned() && owner->getNodeType() != DOMNode::DOCUMENT_NODE ? owner : nullptr;
 }
 
-// Sets or takes away the mark of a node and those above it, up to one that is so already. Answers
-// their number.
+// Sets or clears the mark of a node and of those above it, up to the first that needs no change.
+// Returns how many were changed.
 std::size_t markUpwards(DOMNode* node, bool isHeld) {
     std::size_t count = 0;
     if (node->getNodeType() == DOMNode::DOCUMENT_NODE)

@@ -26,7 +26,7 @@ bool isVersion11(const xercesc::DOMDocument& document) {
     return document.getXmlVersion() == xercesc::XMLUni::fgVersion1_1;
 }
 
-// What XML 1.1 has besides, as references.
+// XML 1.1 allows these too, as references.
 bool isLowControl(char16_t unit) {
     return unit != 0 && unit < u' ';
 }

@@ -28,8 +28,9 @@ DOMNode* PelXercesWalk::relativeOf(const DOMNode& node, Relative which) {
 
 DOMNode* PelXercesWalk::elementFrom(const DOMNode& node, Relative start, std::u16string_view name) {
     const bool isBackwards = start == Relative::LAST_CHILD || start == Relative::PREVIOUS_SIBLING;
+    const XMLCh* pooled = nullptr;
     DOMNode* found = relativeOf(node, start);
-    while (found != nullptr && !isElement(*found, name))
+    while (found != nullptr && !isElement(*found, name, pooled))
         found = isBackwards ? found->getPreviousSibling() : found->getNextSibling();
     return found;
 }
@@ -46,22 +47,10 @@ DOMNode* PelXercesWalk::nextBehind(const DOMNode& root, const DOMNode* node) {
     return nullptr;
 }
 
-DOMNode* PelXercesWalk::previousInTree(const DOMNode& root, DOMNode* node) {
-    if (DOMNode* const sibling = node->getPreviousSibling())
-        return lastWithin(sibling);
-    DOMNode* const parent = node->getParentNode();
-    return parent != &root ? parent : nullptr;
-}
-
 DOMNode* PelXercesWalk::lastWithin(DOMNode* node) {
     while (DOMNode* const child = node->getLastChild())
         node = child;
     return node;
-}
-
-bool PelXercesWalk::isElement(const DOMNode& node, std::u16string_view name) {
-    const XMLCh* pooled = nullptr;
-    return isElement(node, name, pooled);
 }
 
 bool PelXercesWalk::isElement(const DOMNode& node, std::u16string_view name, const XMLCh*& pooled) {
