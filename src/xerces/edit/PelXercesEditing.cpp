@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/edit/PelXercesEditing.h"
 
+#include "core/PelCharacters.h"
 #include "xerces/edit/PelXercesAttributes.h"
 #include "xerces/engine/PelXercesLinks.h"
 #include "xerces/engine/PelXercesMemory.h"
@@ -29,7 +30,7 @@ struct InsertionPoint {
 };
 
 bool isSpace(std::u16string_view text) {
-    return !text.empty() && text.find_first_not_of(u" \t\r\n") == text.npos;
+    return !text.empty() && text.find_first_not_of(PelCharacters::space) == text.npos;
 }
 
 bool InsertionPoint::allows(const PelXercesNodeRef& child) const {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/tree/PelXercesRules.h"
 
+#include "core/PelCharacters.h"
+
 #include <xercesc/util/XMLChar.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
@@ -8,36 +10,17 @@
 
 namespace {
 
-bool isHighSurrogate(char16_t unit) {
-    return unit >= 0xD800 && unit <= 0xDBFF;
-}
-
-bool isLowSurrogate(char16_t unit) {
-    return unit >= 0xDC00 && unit <= 0xDFFF;
-}
-
-bool isCharacter(char16_t unit) {
-    if (unit < u' ')
-        return unit == u'\t' || unit == u'\n' || unit == u'\r';
-    return unit < 0xFFFE && !isHighSurrogate(unit) && !isLowSurrogate(unit);
-}
-
 bool isVersion11(const xercesc::DOMDocument& document) {
     return document.getXmlVersion() == xercesc::XMLUni::fgVersion1_1;
 }
 
-// XML 1.1 allows these too, as references.
-bool isLowControl(char16_t unit) {
-    return unit != 0 && unit < u' ';
-}
-
 bool isTextOf(std::u16string_view text, bool hasControls) {
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (isCharacter(text[i]) || (hasControls && isLowControl(text[i])))
+        const char16_t unit = text[i];
+        const bool isControl = hasControls && unit != 0 && PelCharacters::isForbiddenControl(unit);
+        if (isControl || PelCharacters::isCharacter(unit))
             continue;
-        const bool isPair =
-            isHighSurrogate(text[i]) && i + 1 < text.size() && isLowSurrogate(text[i + 1]);
-        if (!isPair)
+        if (i + 1 == text.size() || !PelCharacters::isPair(unit, text[i + 1]))
             return false;
         ++i;
     }

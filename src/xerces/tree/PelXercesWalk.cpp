@@ -31,7 +31,7 @@ DOMNode* PelXercesWalk::elementFrom(const DOMNode& node, Relative start, std::u1
     const XMLCh* pooled = nullptr;
     DOMNode* found = relativeOf(node, start);
     while (found != nullptr && !isElement(*found, name, pooled))
-        found = isBackwards ? found->getPreviousSibling() : found->getNextSibling();
+        found = isBackwards ? found->getPreviousSibling() : PelXercesLinks::nextOf(*found);
     return found;
 }
 
