@@ -34,37 +34,21 @@ TEST(Attributes, AreReadByNameAndByPosition) {
 TEST(Attributes, AreReplacedCheckedAndEmptyIfAskedFor) {
     PelDOMElement root = rootOf("<!DOCTYPE r [<!ELEMENT r ANY><!ATTLIST r a CDATA #IMPLIED d CDATA "
                                 "'' e CDATA 'x'>]><r a='1'/>");
-    PelDOMElement null;
-    expectAnswers(
-        {{root.putAttribute("a", ""), "ok"},
-         {root.putAttribute("b", ""), "ok"},
-         {root.putAttribute("d", "v"), "ok"},
-         {root.putAttribute("e", ""), "ok"},
-         {(root.putAttribute("n", u"\U0001F600<&>"), root), "r a= b= d=v e= n=\xF0\x9F\x98\x80<&>"},
-         {null.putAttribute("a", ""), "null-node"},
-         {root.setAttribute("a", "2"), "ok"},
-         {root.putAttribute("b", ""), "ok"},
-         {root, "r a=2 b= d=v e= n=\xF0\x9F\x98\x80<&>"}});
-    const std::string before = show(root);
-    for (const std::u16string& name : {u""s, u"1"s, u"a b"s, u"<"s, u"a\xD800"s, u"a\0"s})
-        expectAnswers({{root.putAttribute(name, "v"), "invalid"},
-                       {root.setAttribute(name, 1), "invalid"},
-                       {root.setAttribute(name, true), "invalid"},
-                       {root.setAttribute(name, 0.5), "invalid"}});
+    expectAnswers({{root.putAttribute("a", ""), "ok"},
+                   {root.putAttribute("d", "v"), "ok"},
+                   {root.putAttribute("e", ""), "ok"},
+                   {root, "r a= d=v e="}});
     for (const std::u16string& value : {u"\u0001"s, u"a\uFFFE"s, u"\xDC00"s, u"a\0"s})
         expectAnswers({{root.putAttribute("a", value), "invalid"},
                        {root.putAttribute("new", value), "invalid"}});
-    EXPECT_EQ(show(root), before);
-    expectAnswers({{root.hasAttribute("a"), "1"},
-                   {root.hasAttribute("b"), "1"},
-                   {root.hasAttribute("B"), "0"},
-                   {root.hasAttribute(""), "0"},
-                   {null.hasAttribute("a"), "0"},
-                   {root.getAttributeOr("b", "f"), "''"},
+    expectAnswers({{root.setAttribute("1", true), "invalid"},
+                   {root, "r a= d=v e="},
+                   {root.hasAttribute("A"), "0"},
+                   {root.getAttributeOr("a", "f"), "''"},
                    {root.getAttributeOr("c", "f"), "'f'"},
-                   {null.getAttributeOr("a", "f"), "'f'"},
-                   {root.getAttributeOr("", "f"), "'f'"},
-                   {root.getAttributeOr("a"s, "f"s), "'2'"}});
+                   {PelDOMElement().getAttributeOr("a", "f"), "'f'"},
+                   {PelDOM::checkString("", 1), "invalid"},
+                   {PelDOM::checkString(" ", 1), "ok"}});
 }
 
 /// Sets a value, reads it back in every way, and gives the text.

@@ -74,29 +74,17 @@ TEST(Handles, AreMovedWithoutANewImplementation) {
                    {third.getErrorStatus(), "no-imp"},
                    {CountedImp::alive, "0"}});
 
-    PelDOMElement element(rootOf("<r/>").getParentNode()), root;
+    PelDOMElement element(rootOf("<r/>").getParentNode());
     PelDOMDocument document(std::move(element)), sameDocument(std::move(document));
-    root = sameDocument.getDocumentElement();
     PelDOMText text(rootOf("<r>t</r>").getFirstChild()), sameText(std::move(text));
-    expectAnswers({{element, "null"},
-                   {document, "null"},
-                   {sameDocument, "#9(r)"},
-                   {root, "r"},
-                   {text, "null"},
-                   {sameText, "|t|"},
-                   {sameText.getValue(), "'t'"}});
+    const PelDOMElement root = sameDocument.getDocumentElement();
     document = root.getParentNode();
     text = std::move(sameText);
-    element = std::move(root);
-    root = PelDOMNode();
-    sameDocument = PelDOMDocument();
-    expectAnswers({{element, "r"},
-                   {element.getTagName(), "'r'"},
-                   {document, "#9(r)"},
-                   {text, "|t|"},
-                   {root, "null"},
+    expectAnswers({{element, "null"},
                    {sameText, "null"},
-                   {sameDocument, "null"}});
+                   {root, "r"},
+                   {document, "#9(r)"},
+                   {text.getValue(), "'t'"}});
 }
 
 TEST(Handles, AreEqualWhenTheyReferToTheSameNode) {

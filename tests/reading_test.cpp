@@ -12,24 +12,29 @@
 #include <thread>
 #include <unistd.h>
 
+// Two functions of the whole program are replaced, to make their failures: the engine's start, and
+// memory.
 static bool engineRefusesToStart = false;
 static std::size_t largestAllocation = SIZE_MAX;
 
 #define WORD(word) #word
 #define NAME(macro) WORD(macro)
 
-// Stands before the engine's own start.
+// The engine's own start, by the name that it has for the linker: that of the static member
+// xercesc::XMLPlatformUtils::Initialize(const char*, const char*, PanicHandler*, MemoryManager*).
+static constexpr const char* linkedStart =
+    "_ZN11" NAME(XERCES_CPP_NAMESPACE) "16XMLPlatformUtils"
+                                       "10InitializeEPKcS2_PNS_12PanicHandlerEPNS_13MemoryManagerE";
+
 void xercesc::XMLPlatformUtils::Initialize(const char* locale, const char* nlsHome,
                                            xercesc::PanicHandler* panicHandler,
                                            xercesc::MemoryManager* memoryManager) {
-    static void* const start = dlsym(
-        RTLD_NEXT, "_ZN11" NAME(XERCES_CPP_NAMESPACE) "16XMLPlatformUtils10InitializeEPKcS2_PNS_"
-                                                      "12PanicHandlerEPNS_13MemoryManagerE");
     if (engineRefusesToStart)
         ThrowXML(xercesc::RuntimeException, xercesc::XMLExcepts::Gen_ParseInProgress);
     using Start =
         void (*)(const char*, const char*, xercesc::PanicHandler*, xercesc::MemoryManager*);
-    reinterpret_cast<Start>(start)(locale, nlsHome, panicHandler, memoryManager);
+    static const auto start = reinterpret_cast<Start>(dlsym(RTLD_NEXT, linkedStart));
+    start(locale, nlsHome, panicHandler, memoryManager);
 }
 
 void* operator new(std::size_t size) {

@@ -87,31 +87,23 @@ TEST(Strings, AreComparedWithTextAsItIs) {
 }
 
 TEST(Strings, AreSearchedAndCut) {
-    const PelString text("abcabc");
-    expectAnswers({{text.find("abc"), "0"},
-                   {text.find("abc", 1), "3"},
-                   {text.find("abc", 3), "3"},
-                   {text.find("abc", 4), "-1"},
-                   {text.find("abd"), "-1"},
-                   {text.find("a", -1), "-1"},
-                   {text.find("", 6), "6"},
-                   {text.find("", 7), "-1"},
-                   {text.find("a", LONG_MAX), "-1"},
-                   {text.find(std::string("ca")), "2"}});
-    expectAnswers({{text.substr(0, 2), "'ab'"},
-                   {text.substr(1, LONG_MAX), "'bcabc'"},
-                   {text.substr(5, 1), "'c'"},
-                   {text.substr(6, 1), "''"},
-                   {text.substr(7, 1), "''"},
-                   {text.substr(-1, 3), "''"},
-                   {text.substr(1, -1), "''"},
-                   {text.substr(0, 6), "'abcabc'"},
-                   {text.substr(LONG_MIN, 1), "''"}});
-    expectAnswers({{text.startsWith("abca"), "1"},
-                   {text.startsWith(""), "1"},
-                   {text.startsWith("b"), "0"},
-                   {text.startsWith("abcabca"), "0"},
-                   {PelString().startsWith(""), "1"}});
+    const std::u16string units = u"abcabc";
+    const PelString text(units);
+    for (const long from : {LONG_MIN, -1L, 0L, 1L, 3L, 4L, 6L, 7L, LONG_MAX}) {
+        const bool isWithin = from >= 0 && from <= 6;
+        const auto place = static_cast<std::size_t>(isWithin ? from : 0);
+        for (const char16_t* const part : {u"", u"a", u"ca", u"abc", u"abd", u"abcabca"}) {
+            const std::size_t found = isWithin ? units.find(part, place) : units.npos;
+            EXPECT_EQ(text.find(part, from), static_cast<long>(found)) << from << PelString(part);
+            EXPECT_EQ(text.startsWith(part), units.find(part) == 0) << PelString(part);
+        }
+        for (const long count : {LONG_MIN, -1L, 0L, 1L, 6L, LONG_MAX})
+            EXPECT_EQ(text.substr(from, count).view(),
+                      isWithin && count > 0 ? units.substr(place, static_cast<std::size_t>(count))
+                                            : u"")
+                << from << " " << count;
+    }
+    EXPECT_TRUE(PelString().startsWith("") && text.find(std::string("ca")) == 2);
 }
 
 TEST(Strings, AreReadAsNumbersWhole) {
