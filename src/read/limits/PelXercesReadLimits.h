@@ -73,7 +73,7 @@ public:
             exceedWork();
     }
 
-    /// Something has happened. Looks at the clock now and then.
+    /// Called once per parser event; checks the time every 32 calls.
     void addEvent() {
         if (++events % eventsPerLook == 0)
             lookAtClock();
