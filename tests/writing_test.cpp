@@ -176,6 +176,9 @@ TEST(Writing, WritesWhatOnlyProgramsCanMake) {
         append(document, childAt(document, 0));
         EXPECT_EQ(written(toString, document, 1),
                   "\n<r>\n<e></e>&ref;</r>\n" + declaration + "\n\n\n");
+        while (engine.hasChildNodes())
+            engine.removeChild(engine.getFirstChild());
+        EXPECT_EQ(written(toString, document, 1), "\n");
         testing::internal::CaptureStderr();
         PelXercesDOMNode::give(node, engine.createAttribute(u"k"), document);
         EXPECT_EQ(written(toString, document), "");
@@ -243,7 +246,9 @@ TEST(Failures, OfFilesAndTextAreContained) {
              {u"\xD800", u"\xDC00", u"a\xDBFF", u"\xD83D\xD83D\xDE00", u"\xDE00\xD83D"}) {
             root.setAttribute("k", bad);
             EXPECT_EQ(written(toString, document), "internal 'kept'");
-            EXPECT_EQ(message().substr(0, 42), "the document holds half a surrogate pair, ");
+            const std::string said = message();
+            EXPECT_EQ(said.substr(0, said.size() - 4),
+                      "the document holds half a surrogate pair, U+");
             EXPECT_EQ(written(toFile, document).substr(0, 9), "internal ");
         }
         root.setAttribute("k", u"\xD83D\xDE00");

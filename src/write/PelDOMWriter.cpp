@@ -128,10 +128,8 @@ PelDOM::Error PelDOMWriter::writeFile(const PelDOMNode& node, const PelString& n
         if (name.view().find(u'\0') != std::u16string_view::npos)
             throw PelXercesWriteError{u"the name holds U+0000"};
         PelPlatformReplacement file(PelPlatform::fileSystemName(name));
-        if (file.isInPlace()) {
-            std::ostream nowhere(nullptr);
-            job.to(nowhere);
-        }
+        if (file.isInPlace())
+            job.check();
         bool isGood = file.open();
         if (isGood) {
             PelFileStream stream(file);
@@ -158,8 +156,7 @@ PelDOM::Error PelDOMWriter::writeBytes(const PelDOMNode& node, std::string& byte
 
 PelDOM::Error PelDOMWriter::writeStream(const PelDOMNode& node, std::ostream& stream) {
     return body->write(node, PelString(), [&stream](PelXercesWriteJob& job) {
-        std::ostream nowhere(nullptr);
-        job.to(nowhere);
+        job.check();
         const QuietStream quiet(stream);
         job.to(stream);
         if (!stream.flush())

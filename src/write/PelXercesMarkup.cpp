@@ -164,7 +164,7 @@ PelXercesMarkup& PelXercesMarkup::addLine(std::size_t spaces) {
         grow(spaces);
     std::fill_n(&gathered[used], spaces, u' ');
     used += spaces;
-    return addRaw({});
+    return flushIfEnough();
 }
 
 void PelXercesMarkup::flush() {

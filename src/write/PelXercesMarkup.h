@@ -44,9 +44,7 @@ public:
     /// Text that the encoding holds, as it is. A surrogate pair may not be split between two calls.
     PelXercesMarkup& addRaw(std::u16string_view text) {
         append(text);
-        if (used >= enough)
-            flush();
-        return *this;
+        return flushIfEnough();
     }
 
     /// NUL-terminated text, escaped; null adds nothing.
@@ -75,6 +73,12 @@ private:
             grow(text.size());
         std::memcpy(&gathered[used], text.data(), text.size() * sizeof(char16_t));
         used += text.size();
+    }
+
+    PelXercesMarkup& flushIfEnough() {
+        if (used >= enough)
+            flush();
+        return *this;
     }
 
     void grow(std::size_t length);

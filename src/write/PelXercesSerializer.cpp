@@ -295,12 +295,12 @@ void PelXercesSerializer::documentType(const DOMNode& node) {
     name(type.getName());
     if (hasPublicId) {
         out.markup(u" PUBLIC");
-        identifier(type.getPublicId(), true);
+        identifier(type.getPublicId());
     } else if (type.getSystemId() != nullptr) {
         out.markup(u" SYSTEM");
     }
     if (type.getSystemId() != nullptr)
-        identifier(type.getSystemId(), false);
+        identifier(type.getSystemId());
     if (type.getInternalSubset() != nullptr) {
         if (isStrict)
             out.markup(u" ");
@@ -311,11 +311,11 @@ void PelXercesSerializer::documentType(const DOMNode& node) {
     out.markup(u">");
 }
 
-void PelXercesSerializer::identifier(const char16_t* identifier, bool isPublic) {
+void PelXercesSerializer::identifier(const char16_t* identifier) {
     const bool hasQuote = has(identifier, u"\"");
     require(!isStrict || !hasQuote || !has(identifier, u"'"),
             u"an identifier holds quotes of both kinds");
-    if (hasQuote && (isStrict || !isPublic))
+    if (hasQuote)
         out.markup(u" '").add(identifier, escapes.identifier).markup(u"'");
     else
         out.markup(u" \"").add(identifier, escapes.identifier).markup(u"\"");

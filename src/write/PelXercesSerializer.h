@@ -65,7 +65,7 @@ private:
     void comment(const char16_t* data);
     void instruction(const xercesc::DOMNode& node);
     void documentType(const xercesc::DOMNode& node);
-    void identifier(const char16_t* identifier, bool isPublic);
+    void identifier(const char16_t* identifier);
     void subset(const char16_t* subset);
 
     PelXercesMarkup& out;

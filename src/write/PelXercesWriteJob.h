@@ -28,6 +28,12 @@ public:
     /// May be repeated. Nothing is said of a stream that fails; one that has failed takes no time.
     void to(std::ostream& stream);
 
+    /// Sees that all can be written, and writes nowhere.
+    void check() {
+        std::ostream nowhere(nullptr);
+        to(nowhere);
+    }
+
 private:
     bool needsMark() const;
     std::u16string declaration() const;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "write/characters/PelXercesDOMPrintFormatTarget.h"
 #include "xerces/engine/PelXercesMemory.h"
 
 #include <xercesc/framework/XMLFormatter.hpp>
@@ -14,6 +13,20 @@
 #include <string_view>
 
 class PelXercesCharacterSet;
+
+/// Hands the formatter's bytes to a stream, unchanged. It never flushes the stream.
+class PelXercesDOMPrintFormatTarget final : public xercesc::XMLFormatTarget {
+public:
+    explicit PelXercesDOMPrintFormatTarget(std::ostream& outputStream) : stream(outputStream) {}
+
+    void writeChars(const XMLByte* toWrite, XMLSize_t count,
+                    xercesc::XMLFormatter* /*formatter*/) override {
+        stream.write(reinterpret_cast<const char*>(toWrite), static_cast<std::streamsize>(count));
+    }
+
+private:
+    std::ostream& stream;
+};
 
 /// Turns text into the bytes of an encoding, and hands them to a stream.
 ///
