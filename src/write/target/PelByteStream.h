@@ -41,8 +41,9 @@ private:
 class PelFileStream final : public PelByteStream {
 public:
     explicit PelFileStream(PelPlatformReplacement& target) : file(target) {
-        gathered.reserve(std::size_t{64} *
-                         1024); // later, a lack of memory would look like a fault of the file
+        // Here, as a lack of memory in `store` would pass for a fault of the file. There is room
+        // for two pieces of the encoder's.
+        gathered.reserve(std::size_t{96} * 1024);
     }
 
 private:
