@@ -1,17 +1,27 @@
 // SPDX-License-Identifier: MIT
 #include "support.h"
+#include "xerces/engine/PelXercesAllocations.h"
 #include "xerces/engine/PelXercesFields.h"
 #include "xerces/engine/PelXercesLayoutCheck.h"
 
+#include <xercesc/dom/impl/DOMNamedNodeMapImpl.hpp>
+#include <xercesc/framework/MemBufInputSource.hpp>
+#include <xercesc/framework/XMLAttr.hpp>
+#include <xercesc/internal/XMLReader.hpp>
+#include <xercesc/parsers/XercesDOMParser.hpp>
 #include <xercesc/util/XercesVersion.hpp>
+#include <xercesc/validators/common/ContentSpecNode.hpp>
 
 #include <algorithm>
 #include <cstring>
 #include <functional>
 #include <new>
+#include <string>
+#include <vector>
 
 namespace {
 
+namespace Allocations = PelXercesAllocations;
 using Check = PelXercesLayoutCheck;
 using Fields = PelXercesFields;
 using xercesc::DOMNode;
@@ -48,7 +58,7 @@ Bytes bytesOf(Object* object) {
     return {object, sizeof(Object)};
 }
 
-// Every byte of what the engine makes, the last of it what it makes for the data of texts.
+// Every byte of the nodes that have prototypes, and of the buffers of texts.
 TEST_F(Engine, IsFoundOutByEachByteOfItsNodes) {
     EXPECT_TRUE(Check().succeeds());
     for (std::size_t part = 0;; ++part) {
@@ -111,6 +121,10 @@ void change(Check& check) {
 // Each is an engine that keeps something in another way.
 TEST_F(Engine, IsFoundOutWhenItKeepsThingsElsewhere) {
     static DOMNode* const wild = reinterpret_cast<DOMNode*>(16);
+    const auto nameOf = [](Check& c) -> Fields::Name& {
+        return *Fields::namesOf(
+            c.document)[xercesc::XMLString::hash(u"n", Fields::namePlacesOf(c.document))];
+    };
     const std::pair<const char*, std::function<void(Check&)>> others[] = {
         {"document", [](Check& c) { c.owner.memory.blocks[0].size += 8; }},
         {"nodes' memory",
@@ -118,11 +132,12 @@ TEST_F(Engine, IsFoundOutWhenItKeepsThingsElsewhere) {
              std::fill(c.owner.memory.blocks.begin() + 1, c.owner.memory.blocks.end(),
                        PelXercesZeroedDocument::Memory::Block());
          }},
-        {"element's size", [](Check& c) { c.element = c.parent; }},
+        {"parent", [](Check& c) { std::memcpy(&c.parent, &wild, sizeof wild); }},
+        {"element", [](Check& c) { std::memcpy(&c.element, &wild, sizeof wild); }},
         {"comment's buffer",
          [](Check& c) { std::memcpy(&Fields::bufferOf(*c.comment), &wild, sizeof wild); }},
         {"comment's document", [](Check& c) { Fields::documentOf(*c.comment) = nullptr; }},
-        {"type", [](Check& c) { c.type = reinterpret_cast<xercesc::DOMDocumentTypeImpl*>(wild); }},
+        {"type", [](Check& c) { std::memcpy(&c.type, &wild, sizeof wild); }},
         {"target", [](Check& c) { Fields::targetOf(*c.instruction) = nullptr; }},
         {"previous", change<previous>},
         {"next", change<next>},
@@ -131,13 +146,8 @@ TEST_F(Engine, IsFoundOutWhenItKeepsThingsElsewhere) {
         {"marks", change<marks>},
         {"number", change<number>},
         {"first child", [](Check& c) { Fields::firstChildOf(*c.parent) = c.type; }},
-        {"names' length",
-         [](Check& c) {
-             const_cast<Fields::Name*>(
-                 Fields::namesOf(
-                     c.document)[xercesc::XMLString::hash(u"n", Fields::namePlacesOf(c.document))])
-                 ->fLength = 2;
-         }},
+        {"names' length", [=](Check& c) { nameOf(c).fLength = 2; }},
+        {"names' chain", [=](Check& c) { std::memcpy(&nameOf(c).fNext, &wild, sizeof wild); }},
         {"names' table",
          [](Check& c) { std::memcpy(&Fields::namesOf(c.document), &wild, sizeof wild); }},
         {"names' places", [](Check& c) { Fields::namePlacesOf(c.document) = 0; }},
@@ -155,6 +165,46 @@ TEST_F(Engine, IsFoundOutWhenItKeepsThingsElsewhere) {
     Check check;
     change<none>(check);
     EXPECT_TRUE(check.succeeds());
+}
+
+// The sizes of what an engine's parser takes of its memory manager.
+struct Sizes final : xercesc::MemoryManager {
+    MemoryManager* getExceptionMemoryManager() override { return this; }
+    void* allocate(XMLSize_t size) override {
+        sizes.push_back(size);
+        return ::operator new(size);
+    }
+    void deallocate(void* memory) override { ::operator delete(memory); }
+
+    template <class Object>
+    auto countOf() const {
+        return std::count_if(sizes.begin(), sizes.end(), &Allocations::isFor<Object>);
+    }
+    auto countOf(std::size_t size) const { return std::count(sizes.begin(), sizes.end(), size); }
+
+    std::vector<std::size_t> sizes;
+};
+
+TEST_F(Engine, TakesMemoryInTheSizesThatAreKnown) {
+    const std::string xml =
+        "<?xml version='1.0' encoding='KOI8-R'?><!DOCTYPE r [<!ENTITY e 'x'>"
+        "<!ELEMENT r (#PCDATA|q)*><!ATTLIST r a ID #IMPLIED>]><r a='a' b='b'>&e;&e;</r>";
+    Sizes memory;
+    xercesc::XercesDOMParser parser(nullptr, &memory);
+    parser.parse(
+        xercesc::MemBufInputSource(reinterpret_cast<const XMLByte*>(xml.data()), xml.size(), "x"));
+    EXPECT_EQ(memory.countOf<xercesc::XMLReader>(), 3); // of the document and two references
+    EXPECT_GE(memory.countOf<xercesc::ContentSpecNode>(), 3);
+    EXPECT_GE(memory.countOf<xercesc::XMLAttr>(), 2);
+    EXPECT_EQ(memory.countOf(Allocations::converterPlaces), 1);
+    for (const Allocations::Table& table :
+         {Allocations::undeclaredElements, Allocations::declarations,
+          Allocations::declaredAttributes, Allocations::ids, Allocations::tagAttributes})
+        EXPECT_GE(memory.countOf(table.places * sizeof(void*)), 1) << table.places;
+    auto& document = static_cast<xercesc::DOMDocumentImpl&>(*parser.getDocument());
+    EXPECT_EQ(Fields::namePlacesOf(document), Allocations::treeNames.places);
+    EXPECT_EQ(sizeof(xercesc::DOMNamedNodeMapImpl),
+              (Allocations::treeDeclarations.places + 2) * sizeof(void*));
 }
 
 } // namespace

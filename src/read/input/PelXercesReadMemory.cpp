@@ -1,21 +1,23 @@
 // SPDX-License-Identifier: MIT
 #include "read/input/PelXercesReadMemory.h"
 
+#include "xerces/engine/PelXercesAllocations.h"
+
 #include <xercesc/validators/common/ContentSpecNode.hpp>
 
 #include <cstring>
 #include <new>
 #include <utility>
 
+namespace Allocations = PelXercesAllocations;
+
 namespace {
 
 // What a block takes besides, here and in the heap.
 constexpr std::size_t blockOverhead = 48;
 
-// The engine's array of the places of characters in their source. One of ICU's converters goes
-// through it twice as fast as it makes characters, and no unit passes through more than four layers
-// of a converter that do so.
-constexpr std::size_t converterPlaces = std::size_t{16} * 1024 * sizeof(XMLUInt32);
+// One of ICU's converters goes through the engine's array of places twice as fast as it makes
+// characters, and no unit passes through more than four layers of a converter that do so.
 constexpr std::size_t converterLayers = 4;
 
 // Of what a tree takes: what it may give back while it is made, such as texts that grow.
@@ -26,13 +28,13 @@ thread_local PelXercesTreeMemory::Report* current = nullptr;
 } // namespace
 
 void* PelXercesReadMemory::allocate(XMLSize_t size) {
-    if (PelXercesReadLimits::isFor<xercesc::ContentSpecNode>(size)) {
+    if (Allocations::isFor<xercesc::ContentSpecNode>(size)) {
         names.addDeclaredElements();
         limits.addModelPart();
     }
-    if (listScanner != nullptr && PelXercesReadLimits::isFor<xercesc::XMLReader>(size))
+    if (listScanner != nullptr && Allocations::isFor<xercesc::XMLReader>(size))
         listScanner->setHasNoDTD(true);
-    if (size == converterPlaces)
+    if (size == Allocations::converterPlaces)
         size *= converterLayers;
     limits.addMemory(size, blockOverhead);
     void* const memory = PelXercesJobMemory::allocate(size);

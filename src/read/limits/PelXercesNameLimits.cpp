@@ -57,9 +57,9 @@ void PelXercesNameLimits::addList(const DTDElementDecl& element) {
 // The tree's lists of what is declared have a number of places that is small and stays so.
 void PelXercesNameLimits::addListed(std::size_t kind, const XMLCh* name, bool isNew) {
     constexpr std::size_t stepsPerPlace = 25;
-    constexpr std::size_t places = 193;
     limits.addWork(PelXercesReadLimits::Work::declarations,
-                   listed[kind].size() / places * stepsPerPlace);
+                   listed[kind].size() / PelXercesAllocations::treeDeclarations.places *
+                       stepsPerPlace);
     if (!isNew)
         return;
     ++pooled;
@@ -72,7 +72,8 @@ void PelXercesNameLimits::addDeclared(const DTDElementDecl& element,
     const xercesc::XMLAttDefList& list = element.getAttDefList();
     if (list.getAttDefCount() <= few)
         return;
-    const auto [entry, isNew] = attributesOf.try_emplace(&element, 29);
+    const auto [entry, isNew] =
+        attributesOf.try_emplace(&element, PelXercesAllocations::declaredAttributes);
     for (std::size_t i = 0; isNew && i + 1 < list.getAttDefCount(); ++i)
         entry->second.add(list.getAttDef(i).getFullName());
     add(entry->second, attribute.getFullName());
@@ -96,7 +97,7 @@ void PelXercesNameLimits::addStartTag(const Attributes& tag, std::size_t count) 
     limits.addWork(PelXercesReadLimits::Work::attributes, tagPlaces);
     if (count <= few)
         return;
-    PelXercesNameTable names{7, 16};
+    PelXercesNameTable names{PelXercesAllocations::tagAttributes};
     for (std::size_t i = 0; i < count; ++i)
         add(names, tag.elementAt(i)->getName());
     tagPlaces = std::max(tagPlaces, count / 2);

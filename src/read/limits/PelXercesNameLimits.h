@@ -87,16 +87,18 @@ private:
     std::size_t tagPlaces = 0;
     std::size_t pooled = 0;
 
-    // The engine's own tables: of the places that they begin with, and of those that they stay
-    // with.
-    PelXercesNameTable treeNames{257, 4};
-    PelXercesNameTable undeclaredElements{29};
-    PelXercesNameTable declaredElements{109};
-    PelXercesNameTable declared[3] = {PelXercesNameTable(109), PelXercesNameTable(109),
-                                      PelXercesNameTable(109)};
-    PelXercesNameTable listed[3] = {PelXercesNameTable(193, 0), PelXercesNameTable(193, 0),
-                                    PelXercesNameTable(193, 0)};
-    PelXercesNameTable ids{109};
+    // The engine's own tables.
+    using Table = PelXercesNameTable;
+    Table treeNames{PelXercesAllocations::treeNames};
+    Table undeclaredElements{PelXercesAllocations::undeclaredElements};
+    Table declaredElements{PelXercesAllocations::declarations};
+    Table declared[3] = {Table(PelXercesAllocations::declarations),
+                         Table(PelXercesAllocations::declarations),
+                         Table(PelXercesAllocations::declarations)};
+    Table listed[3] = {Table(PelXercesAllocations::treeDeclarations),
+                       Table(PelXercesAllocations::treeDeclarations),
+                       Table(PelXercesAllocations::treeDeclarations)};
+    Table ids{PelXercesAllocations::ids};
     std::unordered_map<const xercesc::DTDElementDecl*, PelXercesNameTable> attributesOf;
     std::unordered_set<const xercesc::DTDElementDecl*> withLists;
 };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "xerces/engine/PelXercesAllocations.h"
+
 #include <xercesc/util/XercesDefs.hpp>
 
 #include <cstddef>
@@ -11,9 +13,8 @@
 /// one, so that names can be made to share a place, and each look-up goes through the chain there.
 class PelXercesNameTable {
 public:
-    /// `namesPerFour` names for each four places make it grow; with none it never does.
-    explicit PelXercesNameTable(std::size_t firstPlaces, std::size_t namesPerFour = 3)
-        : places(firstPlaces), fill(namesPerFour) {}
+    explicit PelXercesNameTable(const PelXercesAllocations::Table& engines)
+        : places(engines.places), fill(engines.namesPerFour) {}
 
     /// Takes a name that it does not have yet. Gives the length of the chain that the name is in.
     std::size_t add(const XMLCh* name);

@@ -2,6 +2,7 @@
 #include "read/limits/PelXercesReadLimits.h"
 
 #include "core/PelPlatform.h"
+#include "xerces/engine/PelXercesAllocations.h"
 
 #include <xercesc/framework/XMLAttr.hpp>
 #include <xercesc/internal/XMLReader.hpp>
@@ -33,14 +34,6 @@ constexpr std::uint64_t productOf(std::uint64_t one, std::uint64_t other) {
 constexpr std::uint64_t sumOf(std::uint64_t one, std::uint64_t other) {
     return other > most - one ? most : one + other;
 }
-
-// How newer releases of the engine keep a reader and its entity. When there is no memory for that,
-// they destroy the reader before twice.
-struct ReaderOfEntity {
-    void* reader;
-    void* entity;
-    bool isOwned;
-};
 
 } // namespace
 
@@ -93,6 +86,7 @@ void PelXercesReadLimits::addEntity(std::size_t length) {
 // attribute values and in document types. Models are made of nodes, start tags of attributes;
 // nothing of these sizes is taken where the engine clears up.
 void PelXercesReadLimits::addMemory(std::size_t bytes, std::size_t overhead) {
+    using PelXercesAllocations::isFor;
     const bool isReference = isFor<xercesc::XMLReader>(bytes);
     memory += bytes + overhead;
     if (bytes == stateBytes)
@@ -101,7 +95,7 @@ void PelXercesReadLimits::addMemory(std::size_t bytes, std::size_t overhead) {
         require(++references <= bounds.references, u"too many references to entities");
         addExpansion(longestEntity);
     }
-    const bool isSafe = isWatched && !isFor<ReaderOfEntity>(bytes);
+    const bool isSafe = isWatched && !isFor<PelXercesAllocations::ReaderOfEntity>(bytes);
     if (isSafe || isReference || isFor<xercesc::ContentSpecNode>(bytes) ||
         isFor<xercesc::XMLAttr>(bytes)) {
         addEvent();

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <xercesc/util/PlatformUtils.hpp>
-
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -120,14 +118,6 @@ public:
     void expectStates(std::size_t tableBytes, std::size_t steps) noexcept {
         stateBytes = tableBytes;
         stepsPerState = steps;
-    }
-
-    /// Whether the engine takes so many bytes for an object of a class.
-    template <class Object>
-    static bool isFor(std::size_t bytes) {
-        static const std::size_t header =
-            xercesc::XMLPlatformUtils::alignPointerForNewBlockAllocation(sizeof(void*));
-        return bytes == sizeof(Object) + header;
     }
 
     void require(bool isWithin, const char16_t* what) {

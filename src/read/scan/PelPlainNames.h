@@ -66,6 +66,6 @@ private:
     const std::uint64_t seed;
 
     // What the engine would keep names of this tree and of its elements in.
-    PelXercesNameTable treeNames{257, 4};
-    PelXercesNameTable elementNames{29};
+    PelXercesNameTable treeNames{PelXercesAllocations::treeNames};
+    PelXercesNameTable elementNames{PelXercesAllocations::undeclaredElements};
 };

@@ -80,7 +80,7 @@ bool PelPlainTree::isNearLimits() {
     if (attributes.size() <= few)
         return false;
     mostPlaces = std::max(mostPlaces, attributes.size() / 2);
-    PelXercesNameTable table(7, 16);
+    PelXercesNameTable table(PelXercesAllocations::tagAttributes);
     return std::any_of(attributes.begin(), attributes.end(), [&](const auto* attribute) {
         return table.add(Fields::nameOf(*attribute)) > bounds.alikeNames;
     });

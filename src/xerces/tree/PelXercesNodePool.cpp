@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/tree/PelXercesNodePool.h"
 
+#include "xerces/engine/PelXercesAllocations.h"
 #include "xerces/engine/PelXercesLinks.h"
 
 #include <xercesc/util/XMLString.hpp>
@@ -25,7 +26,8 @@ constexpr std::size_t unitsOfANode = 128; // of data, that take the memory of a 
 } // namespace
 
 PelXercesNodePool::PelXercesNodePool(xercesc::DOMDocument& ownDocument)
-    : document(static_cast<xercesc::DOMDocumentImpl&>(ownDocument)) {
+    : document(static_cast<xercesc::DOMDocumentImpl&>(ownDocument)),
+      namesLeft(Fields::areKnown() ? PelXercesAllocations::treeNames.places - 1 : SIZE_MAX) {
 }
 
 DOMElementImpl& PelXercesNodePool::makeElement(const XMLCh* name) {
@@ -274,10 +276,6 @@ void PelXercesNodePool::clear(xercesc::DOMNodeImpl& node) noexcept {
 // There may be as many names to come as there are places, so each is looked at a few times for each
 // of them.
 void PelXercesNodePool::growNameTable() {
-    if (!Fields::areKnown()) {
-        namesLeft = SIZE_MAX;
-        return;
-    }
     if (Fields::countNames(document) > Fields::namePlacesOf(document))
         Fields::growNameTable(document);
     namesLeft = Fields::namePlacesOf(document);

@@ -66,8 +66,7 @@ private:
 
     xercesc::DOMDocumentImpl& document;
     std::size_t made = 0;
-    std::size_t namesLeft =
-        256; // to come before they are counted; the table begins with 257 places
+    std::size_t namesLeft; // to come before they are counted
     // Nodes to be used again, each leading to the next by the link to a next sibling, attributes by
     // that to an owner.
     xercesc::DOMNode* elements = nullptr;
