@@ -10,15 +10,18 @@
 
 namespace {
 
-PelXercesNodePool& prepare(const PelXercesNodeRef& document) {
-    document.getTree().orphans.prepare();
-    return document.getTree().nodes;
-}
-
-// A reference to a new node of that pool.
-PelXercesNodeRef asOrphan(const PelXercesNodeRef& document, xercesc::DOMNode& node) {
-    document.getTree().orphans.add(node);
-    return document.to(&node);
+// An object over a new node without a parent, for the caller to own; null when the content has no
+// node.
+template <class Make, class... Texts>
+PelDOMNodeImp* create(const PelDOMNodeContentImp& content, Make make, const Texts&... texts) {
+    const PelXercesNodeRef* const document = PelXercesDOMNode::of(content);
+    if (document == nullptr)
+        return nullptr;
+    PelXercesTree& tree = document->getTree();
+    tree.orphans.prepare();
+    xercesc::DOMNode& made = (tree.nodes.*make)(texts.view().data()...);
+    tree.orphans.add(made);
+    return PelXercesDOMNode::makeUntraced(*document, &made);
 }
 
 } // namespace
@@ -27,27 +30,18 @@ PelDOMElement PelXercesDOMDocument::getDocumentElement() {
     const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
     if (node == nullptr)
         return PelDOMElement();
-    return PelDOMElement(
-        PelXercesDOMNode::make(node->to(node->getDocument()->getDocumentElement())));
+    return PelDOMElement(PelXercesDOMNode::make(*node, node->getDocument()->getDocumentElement()));
 }
 
 // A name that XML forbids ends with the engine's exception.
 PelDOMElement PelXercesDOMDocument::createElement(const PelString& tagName) {
-    const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
-    if (node == nullptr)
-        return PelDOMElement();
-    const XMLCh* const name = tagName.view().data();
-    PelXercesNodePool& nodes = prepare(*node);
-    nodes.requireName(name);
-    return PelDOMElement(PelXercesDOMNode::make(asOrphan(*node, nodes.makeElement(name))));
+    if (const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this))
+        node->getTree().nodes.requireName(tagName.view().data());
+    return PelDOMElement(create(*this, &PelXercesNodePool::makeElement, tagName));
 }
 
 PelDOMText PelXercesDOMDocument::createTextNode(const PelString& text) {
-    const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
-    if (node == nullptr)
-        return PelDOMText();
-    PelXercesNodePool& nodes = prepare(*node);
-    return PelDOMText(PelXercesDOMNode::make(asOrphan(*node, nodes.makeText(text.view().data()))));
+    return PelDOMText(create(*this, &PelXercesNodePool::makeText, text));
 }
 
 PelDOMNode PelXercesDOMDocument::importNode(const PelDOMNode& source, bool deep) {
@@ -59,21 +53,15 @@ PelDOMNode PelXercesDOMDocument::importNode(const PelDOMNode& source, bool deep)
 }
 
 PelDOMNode PelXercesDOMDocument::createComment(const PelString& data) {
-    const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
-    if (node == nullptr || !PelXercesRules::isComment(data.view()))
+    if (!PelXercesRules::isComment(data.view()))
         return PelDOMNode();
-    PelXercesNodePool& nodes = prepare(*node);
-    return PelDOMNode(
-        PelXercesDOMNode::makeUntraced(asOrphan(*node, nodes.makeComment(data.view().data()))));
+    return PelDOMNode(create(*this, &PelXercesNodePool::makeComment, data));
 }
 
 PelDOMNode PelXercesDOMDocument::createCDATASection(const PelString& data) {
-    const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
-    if (node == nullptr || !PelXercesRules::isCDATA(data.view()))
+    if (!PelXercesRules::isCDATA(data.view()))
         return PelDOMNode();
-    PelXercesNodePool& nodes = prepare(*node);
-    return PelDOMNode(PelXercesDOMNode::makeUntraced(
-        asOrphan(*node, nodes.makeCDATASection(data.view().data()))));
+    return PelDOMNode(create(*this, &PelXercesNodePool::makeCDATASection, data));
 }
 
 PelDOMNode PelXercesDOMDocument::createProcessingInstruction(const PelString& target,
@@ -83,9 +71,7 @@ PelDOMNode PelXercesDOMDocument::createProcessingInstruction(const PelString& ta
         !PelXercesRules::isInstructionTarget(target.view(), *node->getDocument()) ||
         !PelXercesRules::isInstruction(data.view()))
         return PelDOMNode();
-    PelXercesNodePool& nodes = prepare(*node);
-    return PelDOMNode(PelXercesDOMNode::makeUntraced(
-        asOrphan(*node, nodes.makeInstruction(target.view().data(), data.view().data()))));
+    return PelDOMNode(create(*this, &PelXercesNodePool::makeInstruction, target, data));
 }
 
 PelDOM::Error PelXercesDOMText::setValue(const PelString& value) {

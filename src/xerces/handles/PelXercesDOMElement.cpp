@@ -29,78 +29,69 @@ DOMElement* elementOf(const PelDOMNodeContentImp& content) {
     return node != nullptr ? node->as<DOMElement>() : nullptr;
 }
 
-// The attribute at a position; null when there is none.
-xercesc::DOMNode* attributeAt(const PelDOMNodeContentImp& content, long index) {
-    const DOMElement* const element = elementOf(content);
-    return element != nullptr && index >= 0
-               ? element->getAttributes()->item(static_cast<XMLSize_t>(index))
-               : nullptr;
+xercesc::DOMNamedNodeMap* attributesOf(const PelDOMNodeContentImp& content) {
+    return callImp(elementOf(content), &DOMElement::getAttributes);
 }
 
-// The attribute of a name; null when there is none.
+// The attribute at a position, or of a name; null when there is none.
+xercesc::DOMNode* attributeAt(const PelDOMNodeContentImp& content, long index) {
+    return index >= 0 ? callImp(attributesOf(content), &xercesc::DOMNamedNodeMap::item,
+                                static_cast<XMLSize_t>(index))
+                      : nullptr;
+}
 xercesc::DOMNode* attributeNamed(const PelDOMNodeContentImp& content, const PelString& name) {
-    const DOMElement* const element = elementOf(content);
-    return element != nullptr ? element->getAttributes()->getNamedItem(name.view().data())
-                              : nullptr;
+    return callImp(attributesOf(content), &xercesc::DOMNamedNodeMap::getNamedItem,
+                   name.view().data());
+}
+
+PelString valueOf(const xercesc::DOMNode* attribute) {
+    return attribute != nullptr ? PelXercesLinks::valueOf(*attribute) : PelString();
+}
+
+// Makes a change to the content's node with texts, none of which may be empty.
+template <class Change, class... Texts>
+PelDOM::Error apply(Change change, const PelDOMNodeContentImp& content, const Texts&... texts) {
+    if (((PelDOM::checkString(texts, 0) != PelDOM::SUCCESS) || ...))
+        return PelDOM::INVALID_VALUE;
+    const PelXercesNodeRef* const node = PelXercesDOMNode::of(content);
+    if (node == nullptr)
+        return PelDOM::INTERNAL_ERROR;
+    change(*node, texts.view().data()...);
+    return PelDOM::SUCCESS;
 }
 
 } // namespace
 
 PelDOM::Error PelXercesDOMElement::removeAttribute(const PelString& name) {
-    if (PelDOM::checkString(name, 0) != PelDOM::SUCCESS)
-        return PelDOM::INVALID_VALUE;
-    const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
-    if (node == nullptr)
-        return PelDOM::INTERNAL_ERROR;
-    PelXercesAttributes::remove(*node, name.view().data());
-    return PelDOM::SUCCESS;
+    return apply(PelXercesAttributes::remove, *this, name);
 }
 
 long PelXercesDOMElement::getNumAttributes() {
-    const DOMElement* const element = elementOf(*this);
-    return element != nullptr ? static_cast<long>(element->getAttributes()->getLength()) : 0;
+    return static_cast<long>(callImp(attributesOf(*this), &xercesc::DOMNamedNodeMap::getLength));
 }
 
 PelString PelXercesDOMElement::getAttributeValueAt(long index) {
-    const xercesc::DOMNode* const attribute = attributeAt(*this, index);
-    return attribute != nullptr ? PelXercesLinks::valueOf(*attribute) : PelString();
+    return valueOf(attributeAt(*this, index));
 }
 
 PelString PelXercesDOMElement::getAttributeNameAt(long index) {
-    const xercesc::DOMNode* const attribute = attributeAt(*this, index);
-    return attribute != nullptr ? attribute->getNodeName() : PelString();
+    return callImp(attributeAt(*this, index), &xercesc::DOMNode::getNodeName);
 }
 
 PelDOM::Error PelXercesDOMElement::setAttribute(const PelString& name, const PelString& value) {
-    if (PelDOM::checkString(name, 0) != PelDOM::SUCCESS ||
-        PelDOM::checkString(value, 1) != PelDOM::SUCCESS)
-        return PelDOM::INVALID_VALUE;
-    const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
-    if (node == nullptr)
-        return PelDOM::INTERNAL_ERROR;
-    PelXercesAttributes::set(*node, name.view().data(), value.view().data());
-    return PelDOM::SUCCESS;
+    return apply(PelXercesAttributes::set, *this, name, value);
 }
 
 PelDOM::Error PelXercesDOMElement::appendTextElement(const PelString& name, const PelString& text) {
-    if (PelDOM::checkString(name, 0) != PelDOM::SUCCESS ||
-        PelDOM::checkString(text, 1) != PelDOM::SUCCESS)
-        return PelDOM::INVALID_VALUE;
-    const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
-    if (node == nullptr)
-        return PelDOM::INTERNAL_ERROR;
-    PelXercesEditing::appendTextElement(*node, name.view().data(), text.view().data());
-    return PelDOM::SUCCESS;
+    return apply(PelXercesEditing::appendTextElement, *this, name, text);
 }
 
 PelString PelXercesDOMElement::getTagName() {
-    const DOMElement* const element = elementOf(*this);
-    return element != nullptr ? element->getTagName() : PelString();
+    return callImp(elementOf(*this), &DOMElement::getTagName);
 }
 
 PelString PelXercesDOMElement::getAttribute(const PelString& name) {
-    const xercesc::DOMNode* const attribute = attributeNamed(*this, name);
-    return attribute != nullptr ? PelXercesLinks::valueOf(*attribute) : PelString();
+    return valueOf(attributeNamed(*this, name));
 }
 
 int PelXercesDOMElement::getElementsByTagName(const PelString& name, PelDOMNodeList& out) {
@@ -116,9 +107,8 @@ PelDOMNodeImp* PelXercesDOMElement::getElement(PelDOMNodeImp::Relative start,
     const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
     if (node == nullptr)
         return nullptr;
-    xercesc::DOMNode* const found =
-        PelXercesWalk::elementFrom(*node->getNode(), start, name.view());
-    return PelXercesDOMNode::makeUntraced(*node, found);
+    return PelXercesDOMNode::makeUntraced(
+        *node, PelXercesWalk::elementFrom(*node->getNode(), start, name.view()));
 }
 
 PelDOM::Error PelXercesDOMElement::setTagName(const PelString& name) {
