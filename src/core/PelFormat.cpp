@@ -1,23 +1,118 @@
 // SPDX-License-Identifier: MIT
-#include "core/PelFormatPattern.h"
+#include "core/PelFormat.h"
+
 #include "core/PelPlatform.h"
 
 #include <qrndom/PelString.h>
 
 #include <algorithm>
+#include <climits>
 #include <cstdarg>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <string>
+#include <type_traits>
 
 namespace {
 
-using Length = PelFormatPattern::Length;
-using Piece = PelFormatPattern::Piece;
+constexpr int maxCount = 100'000;
 
-/// Renders one pattern with its arguments.
+enum class Length { none, hh, h, l, ll, j, z, t, L };
+
+// Plain text, or one conversion.
+struct Piece {
+    std::u16string_view text; // as it stands in the pattern; "%" for "%%"
+    char16_t kind = 0;        // the conversion's letter; 0 for text
+    bool isUnknown = false;   // text that looks like a conversion and is none
+    std::string flags;
+    bool widthIsArgument = false;
+    int width = 0;
+    bool precisionIsArgument = false;
+    int precision = -1; // negative: none
+    Length length = Length::none;
+    std::u16string_view lengthText; // the length modifier as it stands in the pattern
+};
+
+// Reads a pattern piece by piece.
+class Pattern {
+public:
+    explicit Pattern(std::u16string_view pattern) : text(pattern) {}
+
+    bool atEnd() const { return position == text.size(); }
+
+    Piece next() {
+        Piece piece;
+        const std::size_t begin = position;
+        if (!at(u"%")) {
+            position = std::min(text.find(u'%', begin), text.size());
+            piece.text = text.substr(begin, position - begin);
+            return piece;
+        }
+        ++position;
+        if (at(u"%")) {
+            piece.text = text.substr(position++, 1);
+            return piece;
+        }
+        while (at(u"-+ #0"))
+            piece.flags.push_back(static_cast<char>(text[position++]));
+        bool isKnown = readCount(piece.width, piece.widthIsArgument);
+        if (at(u".")) {
+            ++position;
+            isKnown = readCount(piece.precision, piece.precisionIsArgument) && isKnown;
+        }
+        readLength(piece);
+        isKnown = isKnown && at(u"diuoxXcsfFeEgGaA");
+        if (isKnown)
+            piece.kind = text[position];
+        piece.isUnknown = !isKnown;
+        position = std::min(position + 1, text.size());
+        piece.text = text.substr(begin, position - begin);
+        return piece;
+    }
+
+private:
+    bool at(std::u16string_view choices) const {
+        return position < text.size() && choices.find(text[position]) != choices.npos;
+    }
+
+    // False when the number is too large for an int.
+    bool readCount(int& count, bool& isArgument) {
+        if (at(u"*")) {
+            ++position;
+            isArgument = true;
+            return true;
+        }
+        long long value = 0;
+        while (at(u"0123456789"))
+            value = std::min(value * 10 + (text[position++] - u'0'), 1LL + INT_MAX);
+        if (value > INT_MAX)
+            return false;
+        count = static_cast<int>(value);
+        return true;
+    }
+
+    void readLength(Piece& piece) {
+        static constexpr struct {
+            std::u16string_view name;
+            Length length;
+        } modifiers[] = {{u"hh", Length::hh}, {u"h", Length::h}, {u"ll", Length::ll},
+                         {u"l", Length::l},   {u"j", Length::j}, {u"z", Length::z},
+                         {u"t", Length::t},   {u"L", Length::L}};
+        for (const auto& modifier : modifiers)
+            if (text.compare(position, modifier.name.size(), modifier.name) == 0) {
+                piece.length = modifier.length;
+                piece.lengthText = text.substr(position, modifier.name.size());
+                position += modifier.name.size();
+                return;
+            }
+    }
+
+    std::u16string_view text;
+    std::size_t position = 0;
+};
+
+// Renders one pattern with its arguments.
 class Rendering {
 public:
     explicit Rendering(std::va_list arguments) { va_copy(list, arguments); }
@@ -26,7 +121,7 @@ public:
     Rendering& operator=(const Rendering&) = delete;
 
     std::u16string render(std::u16string_view pattern) {
-        for (PelFormatPattern reader(pattern); !reader.atEnd();) {
+        for (Pattern reader(pattern); !reader.atEnd();) {
             Piece piece = reader.next();
             if (piece.kind == 0)
                 result.append(piece.text);
@@ -51,13 +146,13 @@ private:
             break;
         case u'd':
         case u'i':
-            print(piece, "j", signedArgument(piece.length));
+            print(piece, "j", integerArgument<std::make_signed_t>(piece.length));
             break;
         case u'u':
         case u'o':
         case u'x':
         case u'X':
-            print(piece, "j", unsignedArgument(piece.length));
+            print(piece, "j", integerArgument<std::make_unsigned_t>(piece.length));
             break;
         default:
             if (piece.length == Length::L)
@@ -67,43 +162,24 @@ private:
         }
     }
 
-    std::intmax_t signedArgument(Length length) {
+    template <template <class> class Sign>
+    Sign<std::intmax_t> integerArgument(Length length) {
         switch (length) {
         case Length::hh:
-            return static_cast<signed char>(va_arg(list, int));
+            return static_cast<Sign<char>>(va_arg(list, int));
         case Length::h:
-            return static_cast<short>(va_arg(list, int));
+            return static_cast<Sign<short>>(va_arg(list, int));
         case Length::none:
-            return va_arg(list, int);
+            return va_arg(list, Sign<int>);
         case Length::l:
-            return va_arg(list, long);
+            return va_arg(list, Sign<long>);
         case Length::z:
         case Length::t:
-            return va_arg(list, std::ptrdiff_t);
+            return va_arg(list, Sign<std::ptrdiff_t>);
         case Length::j:
-            return va_arg(list, std::intmax_t);
+            return va_arg(list, Sign<std::intmax_t>);
         default:
-            return va_arg(list, long long);
-        }
-    }
-
-    std::uintmax_t unsignedArgument(Length length) {
-        switch (length) {
-        case Length::hh:
-            return static_cast<unsigned char>(va_arg(list, int));
-        case Length::h:
-            return static_cast<unsigned short>(va_arg(list, int));
-        case Length::none:
-            return va_arg(list, unsigned int);
-        case Length::l:
-            return va_arg(list, unsigned long);
-        case Length::z:
-        case Length::t:
-            return va_arg(list, std::size_t);
-        case Length::j:
-            return va_arg(list, std::uintmax_t);
-        default:
-            return va_arg(list, unsigned long long);
+            return va_arg(list, Sign<long long>);
         }
     }
 
@@ -158,19 +234,38 @@ private:
     std::u16string result;
 };
 
-std::u16string render(std::u16string_view pattern, std::va_list arguments) {
-    return Rendering(arguments).render(pattern);
-}
-
 } // namespace
+
+std::u16string PelFormat::forOneValue(std::u16string_view pattern, std::u16string_view kinds,
+                                      std::u16string_view modifier) {
+    std::u16string result;
+    int conversions = 0;
+    for (Pattern reader(pattern); !reader.atEnd();) {
+        const Piece piece = reader.next();
+        if (piece.isUnknown || piece.widthIsArgument || piece.precisionIsArgument ||
+            piece.width > maxCount || piece.precision > maxCount)
+            return {};
+        if (piece.kind == 0) {
+            result.append(piece.text);
+            if (piece.text == u"%")
+                result.push_back(u'%');
+            continue;
+        }
+        if (kinds.find(piece.kind) == kinds.npos)
+            return {};
+        ++conversions;
+        result.append(piece.text, 0, piece.text.size() - 1 - piece.lengthText.size());
+        result.append(modifier).push_back(piece.kind);
+    }
+    return conversions == 1 ? result : std::u16string();
+}
 
 PelString& PelString::format(const char16_t* pattern, ...) {
     const PelString copy(pattern); // the pattern may be this string's own text
     std::va_list arguments;
     va_start(arguments, pattern);
-    std::u16string rendered = render(copy.view(), arguments);
+    replace(Rendering(arguments).render(copy.view()));
     va_end(arguments);
-    replace(std::move(rendered));
     return *this;
 }
 
@@ -178,8 +273,7 @@ PelString& PelString::format(const unsigned short* pattern, ...) {
     const PelString copy(pattern);
     std::va_list arguments;
     va_start(arguments, pattern);
-    std::u16string rendered = render(copy.view(), arguments);
+    replace(Rendering(arguments).render(copy.view()));
     va_end(arguments);
-    replace(std::move(rendered));
     return *this;
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "core/PelFormatPattern.h"
+#include "core/PelFormat.h"
 
 #include <qrndom/PelDOMFiler.h>
 
@@ -15,8 +15,7 @@ namespace {
 template <class Number>
 bool printByFormat(Number value, const PelString& format, std::u16string_view conversions,
                    std::u16string_view modifier, PelString& printed) {
-    const std::u16string pattern =
-        PelFormatPattern::forOneValue(format.view(), conversions, modifier);
+    const std::u16string pattern = PelFormat::forOneValue(format.view(), conversions, modifier);
     if (pattern.empty())
         return false;
     printed.format(pattern.c_str(), value);
