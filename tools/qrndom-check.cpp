@@ -51,9 +51,7 @@ constexpr char help[] =
     "or when the standard output cannot be written.\n";
 
 struct Choices {
-    PelDOMReader::Validation validation = PelDOMReader::IF_DECLARED;
-    PelDOMReader::DocumentType documentType = PelDOMReader::ACCEPT;
-    bool hasExternal = true;
+    PelDOMReader reader;
     bool hasOutline = false;
     bool hasFormat = false;
     bool isInPlace = false;
@@ -77,19 +75,13 @@ int complain(const char* what) {
 
 // What is about a file as a whole has no line.
 void print(const PelDOMMessage& message) {
-    if (message.line > 0)
-        std::cerr << message.toLine();
-    else
-        std::cerr << message.file << ": " << message.text;
-    std::cerr << (message.isError ? "" : " (warning)") << "\n";
+    std::cerr << (message.line > 0 ? message.toLine() : message.file + ": " + message.text)
+              << (message.isError ? "" : " (warning)") << "\n";
 }
 
 // The document, null when it is refused; what there is to say about it is printed.
-PelDOMDocument read(const std::string& file, const Choices& choices) {
-    PelDOMReader reader;
-    reader.setValidation(choices.validation);
-    reader.setDocumentType(choices.documentType);
-    reader.setExternalEntities(choices.hasExternal);
+PelDOMDocument read(const std::string& file, Choices& choices) {
+    PelDOMReader& reader = choices.reader;
     // White space that nothing takes the place of is not left out.
     reader.setKeepIgnorableWhitespace(choices.indent == 0);
     PelDOMDocument document =
@@ -99,14 +91,14 @@ PelDOMDocument read(const std::string& file, const Choices& choices) {
     return document;
 }
 
-bool check(const std::string& file, const Choices& choices) {
+bool check(const std::string& file, Choices& choices) {
     const PelDOMDocument document = read(file, choices);
     if (document && choices.hasOutline)
         printOutline(document.getDocumentElement());
     return static_cast<bool>(document);
 }
 
-bool format(const std::string& file, const Choices& choices) {
+bool format(const std::string& file, Choices& choices) {
     const PelDOMDocument document = read(file, choices);
     if (!document)
         return false;
@@ -125,7 +117,7 @@ bool format(const std::string& file, const Choices& choices) {
     return isWritten;
 }
 
-int run(const Choices& choices, char** first, char** end) {
+int run(Choices& choices, char** first, char** end) {
     if (PelDOMUtilites::getUtilities(PelDOM::PLATFORM_XERCES)->init() != PelDOM::SUCCESS) {
         std::cerr << "qrndom-check: the engine does not start\n";
         return misused;
@@ -213,16 +205,16 @@ int main(int argc, char** argv) {
                 choices.output = optarg;
             break;
         case noValidate:
-            choices.validation = PelDOMReader::NEVER;
+            choices.reader.setValidation(PelDOMReader::NEVER);
             break;
         case alwaysValidate:
-            choices.validation = PelDOMReader::ALWAYS;
+            choices.reader.setValidation(PelDOMReader::ALWAYS);
             break;
         case noExternal:
-            choices.hasExternal = false;
+            choices.reader.setExternalEntities(false);
             break;
         case refuseDoctype:
-            choices.documentType = PelDOMReader::REFUSE;
+            choices.reader.setDocumentType(PelDOMReader::REFUSE);
             break;
         case 'h':
             std::cout << usage << "\n" << help;

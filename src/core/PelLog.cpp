@@ -158,37 +158,38 @@ LogFile& errorLog() {
     errorLog().close();
 }
 
+bool isRecorded(const void* context) {
+    return PelLog::mode == 3 || PelLog::mode == (context != nullptr ? 2 : 1);
+}
+
+void append(std::string_view message, const void* context, bool mayWait) {
+    std::string line;
+    if (PelLog::mode >= 2)
+        line = std::to_string(reinterpret_cast<std::uintptr_t>(context)) + ':';
+    line += message;
+    line += '\n';
+    errorLog().append(line, mayWait);
+}
+
 } // namespace
 
 void PelDOM::error(const PelString& message, const void* context) noexcept {
-    const bool withContext = PelLog::mode == 3 || (PelLog::mode == 2 && context != nullptr);
-    const bool plain = PelLog::mode == 1 && context == nullptr;
-    if (!withContext && !plain)
-        return;
     try {
-        std::string line;
-        if (withContext)
-            line = std::to_string(reinterpret_cast<std::uintptr_t>(context)) + ':';
-        line += message.toUtf8();
-        line += '\n';
-        errorLog().append(line, false);
+        if (isRecorded(context))
+            append(message.toUtf8(), context, false);
     } catch (...) {
         // A line that cannot be built is dropped like one that cannot be written.
     }
 }
 
 bool PelLog::takesMessages(std::size_t length) noexcept {
-    return (mode == 1 || mode == 3) && errorLog().takesLine(length);
+    return isRecorded(nullptr) && errorLog().takesLine(length);
 }
 
 void PelLog::gather(std::string_view message) noexcept {
-    if (mode != 1 && mode != 3)
-        return;
     try {
-        std::string line(mode == 3 ? "0:" : "");
-        line += message;
-        line += '\n';
-        errorLog().append(line, true);
+        if (isRecorded(nullptr))
+            append(message, nullptr, true);
     } catch (...) {
         // As above.
     }

@@ -26,9 +26,10 @@ bool isOfNumber(char16_t unit) {
            std::u16string_view(u"+-.").find(unit) != std::u16string_view::npos;
 }
 
-std::u16string_view withoutLeadingSpace(std::u16string_view text) {
-    const std::size_t begin = text.find_first_not_of(u" \t\n\v\f\r");
-    return begin == text.npos ? std::u16string_view() : text.substr(begin);
+// The start of a text that can be a number, without white space in front of it.
+std::string startOf(std::u16string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(u" \t\n\v\f\r"), text.size()));
+    return std::string(text.begin(), std::find_if_not(text.begin(), text.end(), isOfNumber));
 }
 
 // Without the white space around it; empty for text beyond ASCII.
@@ -138,32 +139,17 @@ long double parse(const char* text, char** end, long double) {
 } // namespace
 
 bool PelNumberText::scan(std::u16string_view text, long& value) {
-    std::u16string_view rest = withoutLeadingSpace(text);
-    const bool isNegative = !rest.empty() && rest.front() == u'-';
-    if (isNegative || (!rest.empty() && rest.front() == u'+'))
-        rest.remove_prefix(1);
-    if (rest.empty() || !isDigit(rest.front()))
+    const std::string start = startOf(text);
+    char* end = nullptr;
+    const long number = std::strtol(start.c_str(), &end, 10);
+    if (end == start.c_str())
         return false;
-    // Counted downwards, because the range reaches one further there.
-    constexpr long lowest = std::numeric_limits<long>::min();
-    constexpr long highest = std::numeric_limits<long>::max();
-    long negated = 0;
-    for (; !rest.empty() && isDigit(rest.front()); rest.remove_prefix(1)) {
-        const long digit = rest.front() - u'0';
-        negated = negated < (lowest + digit) / 10 ? lowest : negated * 10 - digit;
-        if (negated == lowest)
-            break;
-    }
-    if (isNegative)
-        value = negated;
-    else
-        value = negated == lowest ? highest : -negated;
+    value = number;
     return true;
 }
 
 bool PelNumberText::scan(std::u16string_view text, double& value) {
-    const std::u16string_view rest = withoutLeadingSpace(text);
-    const std::string start(rest.begin(), std::find_if_not(rest.begin(), rest.end(), isOfNumber));
+    const std::string start = startOf(text);
     const PelPlatform::ClassicNumbers classic;
     char* end = nullptr;
     const double number = std::strtod(start.c_str(), &end);

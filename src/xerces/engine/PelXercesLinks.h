@@ -44,7 +44,6 @@ public:
         if (first == nullptr) {
             links.previousSibling = &child;
         } else {
-            // The first child's link to a previous sibling leads to the last child.
             xercesc::DOMNode*& back =
                 Fields::linksOf(next != nullptr ? *next : *first).previousSibling;
             if (next != first)
@@ -67,10 +66,7 @@ public:
         xercesc::DOMChildNode& links = Fields::linksOf(child);
         xercesc::DOMNode*& first = Fields::firstChildOf(parent);
         xercesc::DOMNode* const next = links.nextSibling;
-        if (next != nullptr)
-            Fields::linksOf(*next).previousSibling = links.previousSibling;
-        else
-            Fields::linksOf(*first).previousSibling = links.previousSibling;
+        Fields::linksOf(next != nullptr ? *next : *first).previousSibling = links.previousSibling;
         if (first != &child) {
             Fields::linksOf(*links.previousSibling).nextSibling = next;
         } else {

@@ -42,25 +42,6 @@ bool isBefore(const DOMAttrImpl* one, const DOMAttrImpl* two) {
     return *unit < *other;
 }
 
-template <class Node>
-const void* bytesOf(const Node& node) {
-    return &node;
-}
-
-// What a node was before it was made anew at its place, to compare it with.
-template <class Node>
-class Before {
-public:
-    explicit Before(const Node& node) : place(bytesOf(node)) {
-        std::memcpy(bytes, place, sizeof bytes);
-    }
-    bool isAsNow() const { return std::memcmp(bytes, place, sizeof bytes) == 0; }
-
-private:
-    const void* place;
-    unsigned char bytes[sizeof(Node)];
-};
-
 // The engine's own way to make a node.
 DOMElementImpl& enginesElement(DOMDocumentImpl& document) {
     return *new (&document, DOMMemoryManager::ELEMENT_OBJECT) DOMElementImpl(&document, nullptr);
@@ -100,10 +81,17 @@ std::size_t PelXercesZeroedDocument::sizeFrom(const void* place) const {
     return 0;
 }
 
+// The bytes of a node.
 template <class Node>
 class PelXercesPrototypes::Mould {
 public:
-    explicit Mould(const Node& node) { std::memcpy(bytes, bytesOf(node), sizeof bytes); }
+    explicit Mould(const Node& node) {
+        std::memcpy(bytes, static_cast<const void*>(&node), sizeof bytes);
+    }
+
+    bool isSameAs(const Node& node) const {
+        return std::memcmp(bytes, static_cast<const void*>(&node), sizeof bytes) == 0;
+    }
 
     Node& copyTo(void* place) const {
         std::memcpy(place, bytes, sizeof bytes);
@@ -169,17 +157,18 @@ bool PelXercesPrototypes::areRight(DOMDocumentImpl& owner, DOMElementImpl& eleme
                                    DOMAttrImpl& attribute, DOMTextImpl& text) {
     DOMAttrMapImpl& attributes = *Fields::attributesOf(element);
     DOMAttrMapImpl& defaults = *Fields::defaultsOf(element);
-    const Before elementBefore(element);
-    const Before attributesBefore(attributes);
-    const Before defaultsBefore(defaults);
-    const Before attributeBefore(attribute);
-    const Before textBefore(text);
+    const Mould elementBefore(element);
+    const Mould attributesBefore(attributes);
+    const Mould defaultsBefore(defaults);
+    const Mould attributeBefore(attribute);
+    const Mould textBefore(text);
     const XMLCh* const name = Fields::nameOf(element);
     Fields::nameOf(prototypes().makeElement(owner, &element, &attributes, &defaults)) = name;
     Fields::nameOf(prototypes().makeAttribute(owner, &attribute)) = name;
     prototypes().makeText(owner, &text, Fields::bufferOf(text));
-    return elementBefore.isAsNow() && attributesBefore.isAsNow() && defaultsBefore.isAsNow() &&
-           attributeBefore.isAsNow() && textBefore.isAsNow();
+    return elementBefore.isSameAs(element) && attributesBefore.isSameAs(attributes) &&
+           defaultsBefore.isSameAs(defaults) && attributeBefore.isSameAs(attribute) &&
+           textBefore.isSameAs(text);
 }
 
 DOMElementImpl& PelXercesPrototypes::makeElement(const XMLCh* name) {

@@ -24,7 +24,8 @@ PelXercesCursor::~PelXercesCursor() {
 bool PelXercesCursor::step() {
     DOMNode* found = nullptr;
     while (next != nullptr && found == nullptr) {
-        if (isSelected(*next))
+        if (selected.kind == PelXercesSelected::CHILDREN ||
+            PelXercesWalk::isElement(*next, selected.name, pooledName))
             found = next;
         if (next == last)
             next = nullptr;
@@ -77,11 +78,6 @@ bool PelXercesCursor::goesWith(const PelXercesChangeLog::Change& removal,
             return false;
         below = PelXercesWalk::nextInTree(*removal.node, below);
     }
-}
-
-bool PelXercesCursor::isSelected(const DOMNode& node) {
-    return selected.kind == PelXercesSelected::CHILDREN ||
-           PelXercesWalk::isElement(node, selected.name, pooledName);
 }
 
 std::shared_ptr<PelDOMCursor> PelXercesChildElements::walk() const {

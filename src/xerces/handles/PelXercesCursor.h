@@ -31,7 +31,6 @@ private:
     void follow(const PelXercesChangeLog::Change& change) noexcept override;
     bool isDeep() const;
     bool goesWith(const PelXercesChangeLog::Change& removal, const xercesc::DOMNode* node) const;
-    bool isSelected(const xercesc::DOMNode& node);
 
     const PelXercesSelected selected;
     xercesc::DOMNode* next = nullptr; // null when nothing is to come
