@@ -160,7 +160,7 @@ TEST_F(WaysOfReading, ScanPlainDocumentsAndLeaveTheRest) {
           "<r a='1'b='2'/>",
           "<r a='1' b='2' a='3'/>",
           "<r a/>",
-          "<r>&#99999999999999999999;</r>",
+          "<r>&#4294967361;</r>",
           "<r>0123456789abcdef\xC3</r>0123456789abcdef",
           "<r><·/></r>",
           "<r \u00D7=''/>",
