@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support.h"
-
-#include <thread>
+#include "threads.h"
 
 static const std::string leftOut = "A line is left out: the log has no room for it.\n";
 
@@ -21,14 +20,10 @@ TEST(LogFile, LeavesOutALineThatIsLongForIt) {
 TEST(LogFile, EndsAtItsLimitWithALineThatSaysSo) {
     const std::string notice = "The log is full: further lines are dropped.\n";
     const LogWatch log;
-    std::vector<std::thread> threads;
-    for (int thread = 0; thread < 4; ++thread)
-        threads.emplace_back([] {
-            for (int i = 0; i < 1000; ++i)
-                PelDOM::error(std::string(52, 'x'), nullptr);
-        });
-    for (std::thread& thread : threads)
-        thread.join();
+    inFourThreads([](std::size_t) {
+        for (int i = 0; i < 1000; ++i)
+            PelDOM::error(std::string(52, 'x'), nullptr);
+    });
     const std::string text = log.text();
     const std::size_t begin = text.find(notice);
     ASSERT_NE(begin, text.npos);

@@ -2,11 +2,11 @@
 #include "core/PelPlatform.h"
 #include "counted_imp.h"
 #include "support.h"
+#include "threads.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 static constexpr int mode = QRNDOM_LOG_MODE; // the program is built once for each
@@ -314,15 +314,11 @@ TEST(Log, TracesTheServices) {
 
 TEST(Log, NeverMixesTheLinesOfThreads) {
     const LogWatch log;
-    std::vector<std::thread> threads;
-    for (char letter = 'a'; letter < 'e'; ++letter)
-        threads.emplace_back([letter] {
-            const PelString message(std::string(300, letter).c_str());
-            for (int i = 0; i < 200; ++i)
-                PelDOM::error(message, nullptr);
-        });
-    for (std::thread& thread : threads)
-        thread.join();
+    inFourThreads([](std::size_t number) {
+        const PelString message(std::string(300, "abcd"[number]).c_str());
+        for (int i = 0; i < 200; ++i)
+            PelDOM::error(message, nullptr);
+    });
     std::istringstream lines(log.text());
     int count = 0;
     for (std::string line; std::getline(lines, line); ++count)

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "support.h"
+#include "threads.h"
 
 #include <sstream>
-#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -346,20 +346,15 @@ TEST_F(Reading, ReadsStreamsToTheirEnd) {
 }
 
 TEST_F(Reading, WorksInSeveralThreadsAndBesideTheServices) {
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i)
-        threads.emplace_back([] {
-            Reader reader;
-            for (int round = 0; round < 50; ++round) {
-                EXPECT_EQ(read(reader, "<!DOCTYPE a SYSTEM 'a.dtd'><a>&f;</a>"),
-                          "a(|from the DTD|)");
-                EXPECT_EQ(read(reader, "<a>"),
-                          "null; E d:1:4: input ended before all started tags were ended; "
-                          "last tag started is 'a'");
-            }
-        });
-    for (std::thread& thread : threads)
-        thread.join();
+    inFourThreads([](std::size_t) {
+        Reader reader;
+        for (int round = 0; round < 50; ++round) {
+            EXPECT_EQ(read(reader, "<!DOCTYPE a SYSTEM 'a.dtd'><a>&f;</a>"), "a(|from the DTD|)");
+            EXPECT_EQ(read(reader, "<a>"),
+                      "null; E d:1:4: input ended before all started tags were ended; "
+                      "last tag started is 'a'");
+        }
+    });
     Reader reader;
     PelDOMDocument document = reader.readBytes("<a/>", 4, "d");
     services().init();

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support.h"
+#include "threads.h"
 
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -311,16 +312,12 @@ TEST(SavingFiles, AreTheOldOneOrTheNewOneWhereverTheWriterIsKilled) {
 
 TEST(SavingFiles, MayBeWrittenBySeveralThreadsAtOnce) {
     const ScratchFolder folder;
-    std::vector<std::thread> threads;
     services().init();
-    for (int number = 0; number < 4; ++number)
-        threads.emplace_back([&folder, number] {
-            const Sample own("own" + std::to_string(number), 3000);
-            for (int round = 0; round < 10; ++round)
-                EXPECT_EQ(save(own, folder.file("a.xml")), "");
-        });
-    for (std::thread& thread : threads)
-        thread.join();
+    inFourThreads([&folder](std::size_t number) {
+        const Sample own("own" + std::to_string(number), 3000);
+        for (int round = 0; round < 10; ++round)
+            EXPECT_EQ(save(own, folder.file("a.xml")), "");
+    });
     EXPECT_EQ(readFile(folder.file("a.xml")).getDocumentElement().getTagName().view().substr(0, 3),
               u"own");
     EXPECT_EQ(namesIn(folder.path), "a.xml");

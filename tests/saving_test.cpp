@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support.h"
+#include "threads.h"
 #include "xerces/handles/PelXercesDOMNode.h"
 #include "xerces/tree/PelXercesDeclaration.h"
 
@@ -10,7 +11,6 @@
 
 #include <algorithm>
 #include <malloc.h>
-#include <thread>
 
 namespace {
 
@@ -433,17 +433,13 @@ TEST(Writers, KeepTheirSettingsToThemselves) {
 
 TEST(Writers, RunInSeveralThreadsAtOnce) {
     ASSERT_EQ(services().init(), PelDOM::SUCCESS);
-    std::vector<std::thread> threads;
     std::vector<std::string> results(4);
-    for (std::size_t number = 0; number < results.size(); ++number)
-        threads.emplace_back([&results, number] {
-            const PelDOMDocument document = parse(u"<r><a>\u0416</a></r>");
-            for (int round = 0; round < 50; ++round)
-                results[number] = saved(
-                    document, {number % 2 == 0 ? 2 : 0, number < 2 ? "UTF-8" : "KOI8-R", false});
-        });
-    for (std::thread& thread : threads)
-        thread.join();
+    inFourThreads([&results](std::size_t number) {
+        const PelDOMDocument document = parse(u"<r><a>\u0416</a></r>");
+        for (int round = 0; round < 50; ++round)
+            results[number] =
+                saved(document, {number % 2 == 0 ? 2 : 0, number < 2 ? "UTF-8" : "KOI8-R", false});
+    });
     EXPECT_EQ(results[0], "<r>\n  <a>\xD0\x96</a>\n</r>\n");
     EXPECT_EQ(results[1], "<r><a>\xD0\x96</a></r>\n");
     EXPECT_EQ(results[2], "<r>\n  <a>\xF6</a>\n</r>\n");
