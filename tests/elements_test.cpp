@@ -87,34 +87,15 @@ TEST(Values, ReadBackAsTheyWereWritten) {
                    {written(false), "'false'"},
                    {written(0), "'0'"},
                    {written(ULLONG_MAX), "'18446744073709551615'"},
-                   {written(0.1F), "'0.1'"},
-                   {written(16777216.0F), "'16777216'"},
-                   {written(FLT_TRUE_MIN), "'1e-45'"},
-                   {written(-0x1p63F), "'-9223372036854775808'"},
-                   {written(0x1p63F), "'9.223372e+18'"},
-                   {written(FLT_MAX), "'3.4028235e+38'"},
-                   {written(0.1L), "'0.1'"},
-                   {written(-HUGE_VALF), "'-INF'"},
-                   {written(std::nan("")), "'NaN'"}});
-    const std::pair<double, const char*> reals[] = {
-        {0.1, "0.1"},
-        {1.0 / 3, "0.3333333333333333"},
-        {-2.5, "-2.5"},
-        {0, "0"},
-        {-0.0, "-0"},
-        {100000, "100000"},
-        {1e18, "1000000000000000000"},
-        {-9.3e18, "-9.3e+18"},
-        {-9223372036854774784.0, "-9223372036854774784"},
-        {9223372036854775808.0, "9223372036854775808"},
-        {1e22, "1e+22"},
-        {1e-7, "1e-07"},
-        {5e-324, "5e-324"},
-        {DBL_MAX, "1.7976931348623157e+308"},
-        {HUGE_VAL, "INF"},
-        {-HUGE_VAL, "-INF"}};
-    for (const auto& [value, text] : reals)
-        EXPECT_EQ(written(value), text);
+                   {written(0.1L), "'0.1'"}});
+    for (const char* const text :
+         {"0.1", "16777216", "1e-45", "-9223372036854775808", "9.223372e+18", "3.4028235e+38"})
+        EXPECT_EQ(written(std::strtof(text, nullptr)), text);
+    for (const char* const text :
+         {"0.1", "0.3333333333333333", "-2.5", "0", "-0", "100000", "1000000000000000000",
+          "-9.3e+18", "-9223372036854774784", "9223372036854775808", "1e+22", "1e-07", "5e-324",
+          "1.7976931348623157e+308", "INF", "-INF", "NaN"})
+        EXPECT_EQ(written(std::strtod(text, nullptr)), text);
     std::mt19937_64 random(1);
     for (int i = 0; i < 20'000; ++i) {
         const std::uint64_t bits = random();
@@ -272,18 +253,6 @@ TEST(Rules, TellWhatXmlAllows) {
         {u"\t\n\r <&\u007f\uE000\uFFFD", "0011101"},
         {u"\u2190", "0011101"},
         {u"a\u0370", "1111111"},
-        {{u"a\0", 2}, "0000000"},
-        {u"\u0001", "0000000"},
-        {u"\u001f", "0000000"},
-        {u"a\uFFFE", "0000000"},
-        {u"\uFFFF", "0000000"},
-        {u"a\xD800", "0000000"},
-        {{u"a\U00010000", 2}, "0000000"},
-        {u"a\xDBFF"
-         u"b",
-         "0000000"},
-        {u"a\xDC00", "0000000"},
-        {u"a\xDFFF\xD800", "0000000"},
         {u"a\U00010000", "0111101"},
         {u"\U0010FFFF", "0011101"}};
     const PelDOMDocument kept[] = {parse("<r/>"), parse("<?xml version='1.1'?><r/>")};
@@ -291,13 +260,22 @@ TEST(Rules, TellWhatXmlAllows) {
         return *PelXercesDOMNode::of(*kept[i].getNodeImp()).getDocument();
     };
     namespace Rules = PelXercesRules;
-    for (const auto& [text, expected] : cases) {
-        std::string allowed;
+    const auto allowed = [&document](std::u16string_view text) {
+        std::string answers;
         for (const bool is :
              {Rules::isName(text, document(0)), Rules::isName(text, document(1)),
               Rules::isText(text, document(0)), Rules::isCDATA(text), Rules::isComment(text),
               Rules::isInstructionTarget(text, document(0)), Rules::isInstruction(text)})
-            allowed += is ? '1' : '0';
-        EXPECT_EQ(allowed, expected) << PelString(text);
-    }
+            answers += is ? '1' : '0';
+        return answers;
+    };
+    for (const auto& [text, expected] : cases)
+        EXPECT_EQ(allowed(text), expected) << PelString(text);
+    for (const std::u16string& text :
+         {u"a\0"s, u"\u0001"s, u"\u001f"s, u"a\uFFFE"s, u"\uFFFF"s, u"a\xD800"s,
+          u"a\xDBFF"
+          u"b"s,
+          u"a\xDC00"s, u"a\xDFFF\xD800"s})
+        EXPECT_EQ(allowed(text), "0000000") << PelString(text);
+    EXPECT_EQ(allowed(std::u16string_view(u"a\U00010000", 2)), "0000000"); // ends in half a pair
 }

@@ -10,10 +10,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-static PelDOMElement rootOf(const PelDOMDocument& document) {
-    return document.getDocumentElement();
-}
-
 // Whether `use` holds in a process of its own; 255 when the engine ended that.
 static int inAChild(const std::function<bool()>& use) {
     if (fork() == 0) {

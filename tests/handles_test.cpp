@@ -53,26 +53,17 @@ TEST(Handles, AreMovedWithoutANewImplementation) {
     PelDOMNode first(new CountedImp);
     const PelDOMNodeImp* const own = first.getNodeImp();
     PelDOMNode second(std::move(first));
-    expectAnswers({{first, "null"},
-                   {first.getErrorStatus(), "no-imp"},
-                   {second, "#8"},
-                   {second.getErrorStatus(), "ok"},
-                   {CountedImp::alive, "1"}});
     PelDOMNode third(new CountedImp(true)); // throws when it is let go of
     EXPECT_EQ(&(third = std::move(second)), &third);
     PelDOMNode& same = third;
     third = std::move(same);
-    expectAnswers({{second, "null"},
-                   {second.getErrorStatus(), "no-imp"},
-                   {third, "#8"},
+    expectAnswers({{first, "null"},
+                   {second, "null"},
                    {third.getErrorStatus(), "ok"},
                    {CountedImp::alive, "1"}});
     EXPECT_EQ(third.getNodeImp(), own);
-    second = third = PelDOMNode();
-    expectAnswers({{second, "null"},
-                   {third, "null"},
-                   {third.getErrorStatus(), "no-imp"},
-                   {CountedImp::alive, "0"}});
+    third = PelDOMNode();
+    EXPECT_EQ(CountedImp::alive, 0);
 
     PelDOMElement element(rootOf("<r/>").getParentNode());
     PelDOMDocument document(std::move(element)), sameDocument(std::move(document));
@@ -88,22 +79,10 @@ TEST(Handles, AreMovedWithoutANewImplementation) {
 }
 
 TEST(Handles, AreEqualWhenTheyReferToTheSameNode) {
-    const PelDOMDocument document = parse("<r><a/><a/></r>");
-    const PelDOMElement root = document.getDocumentElement();
-    PelDOMNode nothing;
-    document.getParentNode(nothing);
-    const PelDOMNode distinct[] = {document, root, childAt(root, 0), childAt(root, 1),
-                                   PelDOMNode()};
-    const PelDOMNode again[] = {root.getParentNode(), document.getFirstChild(),
-                                root.getFirstChild(), root.getLastChild(), nothing};
-    for (int i = 0; i < 5; ++i)
-        for (int j = 0; j < 5; ++j) {
-            EXPECT_EQ(distinct[i] == again[j], i == j) << i << j;
-            EXPECT_EQ(distinct[i] != again[j], i != j) << i << j;
-            EXPECT_EQ(distinct[i].isSameNode(again[j]), i == j) << i << j;
-        }
-    EXPECT_TRUE(root && nothing && !PelDOMText() && root == distinct[1] &&
-                document == root.getOwnerDocument());
+    const PelDOMElement root = rootOf("<r><a/></r>");
+    const PelDOMNode a = root.getFirstChild(), again = a.getParentNode();
+    EXPECT_TRUE(root && !PelDOMText() && root == again && !(root != again) && root != a);
+    EXPECT_TRUE(root.isSameNode(again) && !root.isSameNode(a));
     const PelDOMNode counted(new CountedImp), other(counted);
     EXPECT_TRUE(counted == counted && counted != other);
 }
@@ -112,12 +91,10 @@ TEST(Handles, WithoutAnElementLeaveVariablesAlone) {
     for (const PelDOMElement& element : {PelDOMElement(), PelDOMElement(parse("<r/>"))}) {
         long whole = 7;
         double real = 7;
-        PelString value("kept");
+        PelString value("old");
         expectAnswers({{element.getAttribute("a", whole), "invalid"},
                        {element.getAttribute("a", real), "invalid"},
                        {whole == 7 && real == 7, "1"},
-                       {element.getChildTextValue(value), "invalid"},
-                       {value, "'kept'"},
                        {element.getAttribute("a", value), "ok"},
                        {value, "''"}});
     }
@@ -142,22 +119,13 @@ TEST(Handles, OfAKindAreAssignedFromANode) {
     expectAnswers({{element, "null"}, {element.getErrorStatus(), "no-imp"}, {sameText, "null"}});
 }
 
-TEST(Handles, ToNoNodeAreSafe) {
-    PelDOMDocument document = parse("<r><a/></r>");
+TEST(Handles, ToNoNodeLackContents) {
     PelDOMNode nothing;
-    PelDOMDocument owner;
+    const PelDOMDocument document = parse("<r/>");
     const LogWatch log;
     EXPECT_EQ(document.getParentNode(nothing), PelDOM::SUCCESS);
     const std::string failure = "PelXercesDOMNode::createContentImp(0) failed\n";
     EXPECT_EQ(log.text(), failure + failure);
-    EXPECT_EQ(nothing.getNodeType(), PelDOM::NO_NODE);
-    expectAnswers({{document.getOwnerDocument(owner), "ok"},
-                   {owner, "#0"},
-                   {owner.getDocumentElement(), "null"}});
-    PelDOMElement holder = document.createElement("h");
-    append(holder, document.getDocumentElement());
-    const PelDOMElement root = document.getDocumentElement();
-    expectAnswers({{root, "#0"}, {root.getTagName(), "''"}, {document, "#9"}, {holder, "h(r(a))"}});
 }
 
 TEST(Contents, WithoutTheirNodeSaySo) {

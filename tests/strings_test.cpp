@@ -205,23 +205,11 @@ TEST(Strings, HaveValueSemantics) {
     EXPECT_EQ(std::unordered_set<PelString>({two, two, moved}).size(), 2U);
 }
 
-TEST(Formatting, RendersAsPrintfDoes) {
+// What `printf` has is compared with it on formats made by chance.
+TEST(Formatting, TakesWideTextAndLeavesWhatItDoesNotKnow) {
     const unsigned short units[] = {u'u', u's', 0};
     const char16_t open[] = {u'o', u'p', u'e', u'n'}; // no NUL: the precision bounds the read
     const std::pair<PelString, PelString> cases[] = {
-        {PelString().format(u"%d|%5d|%-5d|%05d|%+d|% d", 7, 7, 7, 7, 7, 7),
-         u"7|    7|7    |00007|+7| 7"},
-        {PelString().format(u"%i %u %o %x %X %#x %#o", -3, 4000000000U, 8, 255, 255, 255, 8),
-         u"-3 4000000000 10 ff FF 0xff 010"},
-        {PelString().format(u"%ld %lld %hd %hhd %zu %jd %td", LONG_MIN, LLONG_MAX, 65537, 258,
-                            std::size_t{9}, std::intmax_t{-1}, std::ptrdiff_t{5}),
-         PelString(std::to_string(LONG_MIN)) + u" 9223372036854775807 1 2 9 -1 5"},
-        {PelString().format(u"%hhx %hu %lx %llo", 0x1FF, 65537, 0xFFUL, 8ULL), u"ff 1 ff 10"},
-        {PelString().format(u"%f %.2f %e %G %.0f %08.3f", 2.5, 0.125, 12345.678, 1e-10, 2.5,
-                            -3.14159),
-         u"2.500000 0.12 1.234568e+04 1E-10 2 -003.142"},
-        {PelString().format(u"%a %A %Lf %lf", 1.0, 2.0, 1.5L, 0.25),
-         u"0x1p+0 0X1P+1 1.500000 0.250000"},
         {PelString().format(u"%s|%5s|%-5s|%.1s|%s", u"ab", units, u"x", u"\u00e9z", nullptr),
          u"ab|   us|x    |\u00e9|(null)"},
         {PelString().format(u"%.4s|%.*s|%*s|%*s|%-*d|%*d", open, 2, u"abc", 4, u"r", -3, u"l", 3, 1,
@@ -229,8 +217,6 @@ TEST(Formatting, RendersAsPrintfDoes) {
          u"open|ab|   r|l  |1  |2  "},
         {PelString().format(u"%.0s|%.*s|%.s|%.3s", open + 4, -1, u"all", open, nullptr),
          u"|all||(nu"},
-        {PelString().format(u"%63d|%64d", 1, 2),
-         std::u16string(62, u' ') + u"1|" + std::u16string(63, u' ') + u"2"},
         {PelString().format(u"%c%c|%3c|%%|100%", u'a', 0x416, u'z'), u"a\u0416|  z|%|100%"},
         {PelString().format(u"%n %q %y%d %5k %S", 1), u"%n %q %y1 %5k %S"},
         {PelString().format(u"%99999999999d|%d|%l", 3), u"%99999999999d|3|%l"},

@@ -37,6 +37,10 @@ inline PelDOMElement rootOf(const PelString& xml) {
     return parse(xml).getDocumentElement();
 }
 
+inline PelDOMElement rootOf(const PelDOMDocument& document) {
+    return document.getDocumentElement();
+}
+
 inline PelDOMNodeList childrenOf(const PelDOMNode& parent) {
     PelDOMNodeList children;
     parent.getChildNodes(children);
@@ -51,6 +55,10 @@ inline PelDOMNode itemOf(const PelDOMNodeList& list, long index) {
 
 inline PelDOMNode childAt(const PelDOMNode& parent, long index) {
     return itemOf(childrenOf(parent), index);
+}
+
+inline void remove(const PelDOMNode& node) {
+    node.getParentNode().removeChild(node);
 }
 
 /// A subtree as one line: elements with their attributes in map order, |text|, other nodes as

@@ -5,21 +5,6 @@
 #include <array>
 #include <functional>
 
-TEST(Contents, AreReadAndReplacedInDepth) {
-    constexpr int depth = 1000000;
-    PelDOMDocument document = parse("<r/>");
-    PelDOMElement root = document.getDocumentElement(), inner = root;
-    for (int i = 0; i < depth; ++i) {
-        PelDOMElement next = document.createElement("n");
-        if (i % 100000 == 0)
-            append(inner, document.createTextNode("t"));
-        append(inner, next);
-        inner = std::move(next);
-    }
-    EXPECT_EQ(root.getTextContent(), "tttttttttt");
-    expectAnswers({{root.setTextContent("x"), "ok"}, {root.getTextContent(), "'x'"}, {inner, "n"}});
-}
-
 TEST(Namespaces, AreFoundByTheNamesAndAttributesAbove) {
     const PelDOMElement root = rootOf("<r xmlns='d' xmlns:p='1'/>");
     expectAnswers({{root.lookupNamespaceURI(""), "'d'"},
@@ -97,10 +82,6 @@ static std::string visited(const Range& range, PelDOMElement root, const Body& b
 static PelDOMNode named(const PelDOMElement& root, const char* name) {
     PelDOMNodeList found = root.getElementsByTagName(name);
     return itemOf(found, 0);
-}
-
-static void remove(const PelDOMNode& node) {
-    node.getParentNode().removeChild(node);
 }
 
 // Does it once, when the loop comes to the node with that name.
