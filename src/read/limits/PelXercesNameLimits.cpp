@@ -3,6 +3,8 @@
 
 #include "read/limits/PelXercesReadLimits.h"
 
+#include <xercesc/util/XMLString.hpp>
+
 #include <algorithm>
 #include <string>
 #include <string_view>
@@ -23,6 +25,18 @@ std::u16string_view nextToken(std::u16string_view& list) {
 }
 
 } // namespace
+
+std::size_t PelXercesNameTable::add(const XMLCh* name) {
+    if (fill != 0 && hashes.size() >= places * fill / 4)
+        places = places * 2 + 1;
+    if (chains.size() != places) {
+        chains.assign(places, 0);
+        for (const std::size_t hash : hashes)
+            ++chains[hash % places];
+    }
+    hashes.push_back(xercesc::XMLString::hash(name, SIZE_MAX));
+    return ++chains[hashes.back() % places];
+}
 
 void PelXercesNameLimits::setGrammar(const xercesc::Grammar* newGrammar) {
     grammar = static_cast<const xercesc::DTDGrammar*>(newGrammar);
@@ -103,7 +117,7 @@ void PelXercesNameLimits::addStartTag(const Attributes& tag, std::size_t count) 
     tagPlaces = std::max(tagPlaces, count / 2);
 }
 
-void PelXercesNameLimits::add(PelXercesNameTable& table, const XMLCh* name) {
+void PelXercesNameLimits::add(Table& table, const XMLCh* name) {
     const PelXercesReadLimits::Bounds& bounds = limits.getBounds();
     limits.require(table.add(name) <= (table.grows() ? bounds.alikeNames : bounds.alikeInFixed),
                    u"too many names that the parser can hardly tell apart");

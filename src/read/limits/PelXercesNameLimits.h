@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "read/limits/PelXercesNameTable.h"
+#include "xerces/engine/PelXercesAllocations.h"
 
 #include <xercesc/framework/XMLAttr.hpp>
 #include <xercesc/framework/XMLRefInfo.hpp>
@@ -14,8 +14,32 @@
 #include <cstdint>
 #include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 class PelXercesReadLimits;
+
+/// Predicts the lengths of the chains in one of the engine's hash tables of names. The engine's
+/// hash is a fixed one, so that names can be made to share a chain, which each look-up goes
+/// through.
+class PelXercesNameTable {
+public:
+    explicit PelXercesNameTable(const PelXercesAllocations::Table& engines)
+        : places(engines.places), fill(engines.namesPerFour) {}
+
+    /// Takes a name that it does not have yet. Gives the length of the chain that the name is in.
+    std::size_t add(const XMLCh* name);
+
+    bool grows() const noexcept { return fill != 0; }
+
+    /// The number of names.
+    std::size_t size() const noexcept { return hashes.size(); }
+
+private:
+    std::vector<std::uint32_t> chains; // one for each place, once there is a name
+    std::vector<std::size_t> hashes;
+    std::size_t places;
+    std::size_t fill;
+};
 
 /// Bounds on the names of one read: how many there are, and how many of them share a place in one
 /// of the tables that the engine keeps them in.
@@ -60,6 +84,8 @@ public:
     void addStartTag(const Attributes& tag, std::size_t count);
 
 private:
+    using Table = PelXercesNameTable;
+
     // Names by their addresses.
     struct Seen {
         bool isRecent(const XMLCh* name) noexcept {
@@ -73,7 +99,7 @@ private:
         std::array<const XMLCh*, 256> recent{};
     };
 
-    void add(PelXercesNameTable& table, const XMLCh* name);
+    void add(Table& table, const XMLCh* name);
     void addListed(std::size_t kind, const XMLCh* name, bool isNew);
     void addRareElement(const XMLCh* name);
     void addRareAttribute(const XMLCh* name);
@@ -88,7 +114,6 @@ private:
     std::size_t pooled = 0;
 
     // The engine's own tables.
-    using Table = PelXercesNameTable;
     Table treeNames{PelXercesAllocations::treeNames};
     Table undeclaredElements{PelXercesAllocations::undeclaredElements};
     Table declaredElements{PelXercesAllocations::declarations};
@@ -99,6 +124,6 @@ private:
                        Table(PelXercesAllocations::treeDeclarations),
                        Table(PelXercesAllocations::treeDeclarations)};
     Table ids{PelXercesAllocations::ids};
-    std::unordered_map<const xercesc::DTDElementDecl*, PelXercesNameTable> attributesOf;
+    std::unordered_map<const xercesc::DTDElementDecl*, Table> attributesOf;
     std::unordered_set<const xercesc::DTDElementDecl*> withLists;
 };

@@ -2,7 +2,6 @@
 #include "read/parse/PelXercesDTDHandler.h"
 
 #include "core/PelCharacters.h"
-#include "read/limits/PelXercesModelCost.h"
 #include "read/parse/PelXercesValidator.h"
 #include "xerces/engine/PelXercesFields.h"
 
@@ -159,7 +158,7 @@ void PelXercesDTDHandler::elementDecl(const xercesc::DTDElementDecl& declaration
 // The engine makes an automaton of a model by recursion over its parts.
 void PelXercesDTDHandler::requireSmall(const xercesc::ContentSpecNode* model) {
     const std::size_t most = limits.getBounds().modelParts;
-    const std::size_t parts = PelXercesModelCost::countParts(model, std::max(most, most + 1));
+    const std::size_t parts = PelXercesValidator::countParts(model, std::max(most, most + 1));
     limits.require(parts <= most, u"too large a content model");
     limits.requireStackFor(parts);
 }

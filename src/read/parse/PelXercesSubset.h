@@ -26,10 +26,16 @@ public:
     void addNotation(const xercesc::XMLNotationDecl& notation);
 
 private:
+    template <class... Parts>
+    void add(Parts... parts) {
+        (text.append(parts), ...);
+    }
+
     void addModel(const xercesc::ContentSpecNode& model);
     void addName(const xercesc::QName& name);
     void addIdentifiers(const XMLCh* publicId, const XMLCh* systemId, bool needsSystemId);
     void addIdentifier(const XMLCh* identifier);
+    /// A space and the value, if there is one.
     void addQuoted(const XMLCh* value, const char16_t* escaped);
 
     xercesc::XMLBuffer& text;

@@ -3,6 +3,7 @@
 
 #include <xercesc/validators/DTD/DTDValidator.hpp>
 
+#include <cstddef>
 #include <unordered_map>
 
 class PelXercesReadMemory;
@@ -11,6 +12,10 @@ class PelXercesReadMemory;
 class PelXercesValidator final : public xercesc::DTDValidator {
 public:
     explicit PelXercesValidator(PelXercesReadMemory& readMemory) : memory(readMemory) {}
+
+    /// The parts of a content model: names, groups, ?, *, + and separators; none of no model. Stops
+    /// at `enough`.
+    static std::size_t countParts(const xercesc::ContentSpecNode* model, std::size_t enough);
 
     void setGrammar(xercesc::Grammar* grammar) override;
     void preContentValidation(bool isReused, bool isToValidateDefaults) override;

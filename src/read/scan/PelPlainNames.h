@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "read/limits/PelXercesNameTable.h"
+#include "read/limits/PelXercesNameLimits.h"
 #include "read/limits/PelXercesReadLimits.h"
 
 #include <xercesc/util/XercesDefs.hpp>
