@@ -6,8 +6,6 @@
 #include "write/characters/PelXercesEncoder.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 
 using Action = PelXercesEscapes::Action;
 using PelCharacters::isPair;
@@ -184,13 +182,11 @@ void PelXercesMarkup::grow(std::size_t length) {
 }
 
 void PelXercesMarkup::addReference(char32_t character) {
-    std::array<char, 8> digits{};
-    const auto result = std::to_chars(digits.data(), digits.data() + digits.size(),
-                                      static_cast<unsigned long>(character), 16);
+    int shift = 20;
+    while (shift > 0 && character >> shift == 0)
+        shift -= 4;
     append(u"&#x");
-    for (const char* digit = digits.data(); digit != result.ptr; ++digit) {
-        const auto unit = static_cast<char16_t>(*digit >= 'a' ? *digit - 'a' + 'A' : *digit);
-        append({&unit, 1});
-    }
+    for (; shift >= 0; shift -= 4)
+        append({&u"0123456789ABCDEF"[(character >> shift) & 0xF], 1});
     append(u";");
 }

@@ -12,7 +12,7 @@
 
 #include <algorithm>
 #include <array>
-#include <iterator>
+#include <initializer_list>
 #include <string_view>
 #include <utility>
 
@@ -21,9 +21,13 @@ using xercesc::XMLUni;
 
 namespace {
 
-/// How the engine reads an entity's declaration.
-using Family = PelXercesCheckedStream::Family;
+/// Encodings that have the characters of a declaration in common, by one of them.
+struct Family {
+    const char* encoding;
+    PelXercesCheckedStream::Unit unit;
+};
 
+// How the engine reads an entity's declaration.
 Family familyOf(const XMLByte* bytes, std::size_t size) {
     switch (XMLRecognizer::basicEncodingProbe(bytes, size)) {
     case XMLRecognizer::UTF_16L:
@@ -94,19 +98,19 @@ std::string namedEncoding(std::u16string_view declaration) {
 
 // The names that leave the byte order open.
 bool isNeutralName(std::size_t unit, const std::string& name) {
-    const XMLCh* const utf16[] = {XMLUni::fgUTF16EncodingString,  XMLUni::fgUTF16EncodingString2,
-                                  XMLUni::fgUTF16EncodingString3, XMLUni::fgUTF16EncodingString4,
-                                  XMLUni::fgUTF16EncodingString5, XMLUni::fgUTF16EncodingString6,
-                                  XMLUni::fgUTF16EncodingString7};
-    const XMLCh* const ucs4[] = {XMLUni::fgUCS4EncodingString, XMLUni::fgUCS4EncodingString2,
-                                 XMLUni::fgUCS4EncodingString3, XMLUni::fgUCS4EncodingString4,
-                                 XMLUni::fgUCS4EncodingString5};
     const PelString text(name.c_str());
-    const auto isMeant = [&](const XMLCh* other) {
-        return xercesc::XMLString::compareIStringASCII(text.view().data(), other) == 0;
+    const auto isAmong = [&](std::initializer_list<const XMLCh*> names) {
+        return std::any_of(names.begin(), names.end(), [&](const XMLCh* other) {
+            return xercesc::XMLString::compareIStringASCII(text.view().data(), other) == 0;
+        });
     };
-    return unit == 2 ? std::any_of(std::begin(utf16), std::end(utf16), isMeant)
-                     : std::any_of(std::begin(ucs4), std::end(ucs4), isMeant);
+    return unit == 2 ? isAmong({XMLUni::fgUTF16EncodingString, XMLUni::fgUTF16EncodingString2,
+                                XMLUni::fgUTF16EncodingString3, XMLUni::fgUTF16EncodingString4,
+                                XMLUni::fgUTF16EncodingString5, XMLUni::fgUTF16EncodingString6,
+                                XMLUni::fgUTF16EncodingString7})
+                     : isAmong({XMLUni::fgUCS4EncodingString, XMLUni::fgUCS4EncodingString2,
+                                XMLUni::fgUCS4EncodingString3, XMLUni::fgUCS4EncodingString4,
+                                XMLUni::fgUCS4EncodingString5});
 }
 
 // Whether a text that begins with a declaration can be in the encoding that this names. Where a

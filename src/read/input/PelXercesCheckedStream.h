@@ -15,8 +15,7 @@
 class PelXercesCheckedStream;
 
 /// The streams of one read that are open.
-class PelXercesOpenStreams {
-public:
+struct PelXercesOpenStreams {
     PelXercesOpenStreams() = default;
     PelXercesOpenStreams(const PelXercesOpenStreams&) = delete;
     PelXercesOpenStreams& operator=(const PelXercesOpenStreams&) = delete;
@@ -24,15 +23,8 @@ public:
     /// Closes those that the engine, without memory for a reader, has lost.
     ~PelXercesOpenStreams();
 
-    /// Who reads the streams.
-    void setReaders(const xercesc::ReaderMgr* readerManager) noexcept { readers = readerManager; }
-    const xercesc::ReaderMgr* getReaders() const noexcept { return readers; }
-
-private:
-    friend class PelXercesCheckedStream;
-
     std::list<PelXercesCheckedStream*> streams;
-    const xercesc::ReaderMgr* readers = nullptr;
+    const xercesc::ReaderMgr* readers = nullptr; ///< Who reads the streams.
 };
 
 /// An entity's bytes on their way to the engine, which lets much pass that is ill-formed: it ends
@@ -45,12 +37,6 @@ public:
     struct Unit {
         std::size_t size;
         bool isLittleEndian;
-    };
-
-    /// Encodings that have the characters of a declaration in common, by one of them.
-    struct Family {
-        const char* encoding;
-        Unit unit;
     };
 
     /// The bytes are in `knownEncoding`; without one, in the encoding that they begin with.

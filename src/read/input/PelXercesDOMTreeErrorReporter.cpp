@@ -9,18 +9,6 @@
 #include <string>
 #include <utility>
 
-namespace {
-
-// Line breaks in what a message quotes become spaces.
-PelString inOneLine(const PelString& text) {
-    std::u16string line(text.view());
-    std::replace_if(
-        line.begin(), line.end(), [](char16_t unit) { return unit < u' '; }, u' ');
-    return PelString(std::move(line));
-}
-
-} // namespace
-
 void PelXercesDOMTreeErrorReporter::note(bool isError, const xercesc::SAXParseException& report) {
     PelXercesEntities& entities = memory.getEntities();
     PelString text = report.getMessage();
@@ -35,7 +23,7 @@ void PelXercesDOMTreeErrorReporter::note(bool isError, const xercesc::SAXParseEx
 
 void PelXercesDOMTreeErrorReporter::note(bool isError, const XMLCh* text) {
     xercesc::ReaderMgr::LastExtEntityInfo place;
-    memory.getStreams().getReaders()->getLastExtEntityInfo(place);
+    memory.getStreams().readers->getLastExtEntityInfo(place);
     keep(isError, place.systemId, static_cast<unsigned long>(place.lineNumber),
          static_cast<unsigned long>(place.colNumber), text);
 }
@@ -50,9 +38,12 @@ void PelXercesDOMTreeErrorReporter::keep(bool isError, const PelString& id, unsi
         messages.pop_back(); // a warning
     }
     PelXercesEntities& entities = memory.getEntities();
-    const xercesc::XMLReader* const reader = memory.getStreams().getReaders()->getCurrentReader();
+    const xercesc::XMLReader* const reader = memory.getStreams().readers->getCurrentReader();
     if (reader != nullptr && column > 1)
         column = entities.inCharacters(id, PelString(reader->getEncodingStr()).toUtf8().c_str(),
                                        line, column);
-    messages.push_back({isError, entities.nameOf(id), line, column, inOneLine(text)});
+    std::u16string oneLine(text.view()); // what it quotes may have line breaks
+    std::replace_if(
+        oneLine.begin(), oneLine.end(), [](char16_t unit) { return unit < u' '; }, u' ');
+    messages.push_back({isError, entities.nameOf(id), line, column, std::move(oneLine)});
 }

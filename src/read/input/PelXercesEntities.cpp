@@ -115,12 +115,12 @@ bool PelXercesEntities::addPiece(Entity& entity) {
         entity.done += size;
         return size > 0;
     }
-    if (std::exchange(looked.entity, &entity) != &entity) {
-        looked.file.emplace(entity.path, PelPlatform::InputFile::Kind::regularFile);
+    if (std::exchange(openEntity, &entity) != &entity) {
+        file.emplace(entity.path, PelPlatform::InputFile::Kind::regularFile);
         for (std::size_t left = entity.done; left > 0; left -= std::min(left, piece.size()))
-            looked.file->read(piece.data(), std::min(left, piece.size()));
+            file->read(piece.data(), std::min(left, piece.size()));
     }
-    const long size = looked.file->isOpen() ? looked.file->read(piece.data(), piece.size()) : 0;
+    const long size = file->isOpen() ? file->read(piece.data(), piece.size()) : 0;
     if (size <= 0)
         return false;
     entity.pairs->add(piece.data(), static_cast<std::size_t>(size));

@@ -85,17 +85,12 @@ private:
         std::optional<PelSurrogateIndex> pairs;
     };
 
-    /// The entity whose file is open, of which the next messages will tell more.
-    struct Looked {
-        const Entity* entity = nullptr;
-        std::optional<PelPlatform::InputFile> file;
-    };
-
     bool addPiece(Entity& entity);
 
     PelString documentId;
     std::map<PelString, Entity> entities;
-    Looked looked;
+    const Entity* openEntity = nullptr; // whose file is kept open for the next messages
+    std::optional<PelPlatform::InputFile> file;
     std::optional<Failure> failure;
     bool isSubsetNext = false;
 };

@@ -13,9 +13,9 @@
 #include <xercesc/util/XMLUni.hpp>
 #include <xercesc/util/XMLUri.hpp>
 
+#include <charconv>
 #include <optional>
 #include <string>
-#include <string_view>
 
 using Stream = PelXercesSource::Stream;
 using xercesc::XMLString;
@@ -29,23 +29,20 @@ constexpr bool areRemoteRead = true;
 constexpr bool areRemoteRead = false;
 #endif
 
-int hexValue(char digit) {
-    constexpr std::string_view digits = "0123456789abcdef0123456789ABCDEF";
-    const std::size_t found = digits.find(digit);
-    return found == digits.npos ? -1 : static_cast<int>(found % 16);
-}
-
 // The bytes that a URL's path stands for, as UTF-8; nothing for a path with a NUL.
 PelString withoutEscapes(const PelString& urlPath) {
     const std::string escaped = urlPath.toUtf8();
     std::string path;
     for (std::size_t i = 0; i < escaped.size(); ++i) {
-        const int high =
-            escaped[i] == '%' && i + 2 < escaped.size() ? hexValue(escaped[i + 1]) : -1;
-        const int low = high >= 0 ? hexValue(escaped[i + 2]) : -1;
-        path.push_back(low >= 0 ? static_cast<char>(high * 16 + low) : escaped[i]);
-        if (low >= 0)
+        path.push_back(escaped[i]);
+        if (escaped[i] != '%' || i + 2 >= escaped.size())
+            continue;
+        const char* const digits = &escaped[i + 1];
+        unsigned char byte = 0;
+        if (std::from_chars(digits, digits + 2, byte, 16).ptr == digits + 2) {
+            path.back() = static_cast<char>(byte);
             i += 2;
+        }
     }
     return path.find('\0') == path.npos ? PelString(path.c_str()) : PelString();
 }

@@ -18,11 +18,6 @@ using InputFile = PelPlatform::InputFile;
 
 namespace {
 
-bool isOpenedAgain(PelXercesReadLimits& limits, const std::string& path) {
-    std::error_code ignored;
-    return limits.opensAgain(std::filesystem::canonical(path, ignored).string());
-}
-
 class FileStream final : public xercesc::BinInputStream {
 public:
     FileStream(const PelXercesFile& named, PelXercesReadLimits& readLimits, bool isReadAgain)
@@ -59,7 +54,9 @@ PelXercesSource::Stream openBytes(PelXercesReadMemory& memory, const void* bytes
 }
 
 PelXercesSource::Stream openFile(PelXercesReadMemory& memory, const PelXercesFile& file) {
-    const bool isAgain = isOpenedAgain(memory.getLimits(), file.path);
+    std::error_code ignored;
+    const bool isAgain =
+        memory.getLimits().opensAgain(std::filesystem::canonical(file.path, ignored).string());
     if (file.bytes)
         return openBytes(memory, file.bytes.get(), file.size);
     std::unique_ptr<FileStream> stream(new (&memory) FileStream(file, memory.getLimits(), isAgain));

@@ -75,7 +75,7 @@ PelXercesDTDHandler::PelXercesDTDHandler(PelXercesReadMemory& readMemory)
       limits(readMemory.getLimits()), names(readMemory.getNames()), memory(readMemory),
       entities(readMemory.getEntities()) {
     getScanner()->getValidator()->setErrorReporter(this); // the engine does so for its own only
-    readMemory.getStreams().setReaders(getScanner()->getReaderMgr());
+    readMemory.getStreams().readers = getScanner()->getReaderMgr();
 }
 
 void PelXercesDTDHandler::error(unsigned int code, const XMLCh* domain,
@@ -150,17 +150,13 @@ void PelXercesDTDHandler::elementDecl(const xercesc::DTDElementDecl& declaration
                                       bool /*isIgnored*/) {
     limits.addEvent();
     names.addDeclaredElements();
-    requireSmall(declaration.getContentSpec());
+    const std::size_t most = limits.getBounds().modelParts;
+    const std::size_t parts =
+        PelXercesValidator::countParts(declaration.getContentSpec(), std::max(most, most + 1));
+    limits.require(parts <= most, u"too large a content model");
+    limits.requireStackFor(parts); // the engine makes an automaton by recursion over them
     if (isInSubset)
         subset.addElement(declaration);
-}
-
-// The engine makes an automaton of a model by recursion over its parts.
-void PelXercesDTDHandler::requireSmall(const xercesc::ContentSpecNode* model) {
-    const std::size_t most = limits.getBounds().modelParts;
-    const std::size_t parts = PelXercesValidator::countParts(model, std::max(most, most + 1));
-    limits.require(parts <= most, u"too large a content model");
-    limits.requireStackFor(parts);
 }
 
 void PelXercesDTDHandler::attDef(const xercesc::DTDElementDecl& element,

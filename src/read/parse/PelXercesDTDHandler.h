@@ -50,7 +50,6 @@ protected:
     PelXercesNameLimits& names;
 
 private:
-    void requireSmall(const xercesc::ContentSpecNode* model);
     void refuseUndeclaredReferences();
 
     PelXercesReadMemory& memory;

@@ -7,6 +7,7 @@
 #include <xercesc/util/XMLString.hpp>
 #include <xercesc/validators/DTD/DTDElementDecl.hpp>
 #include <xercesc/validators/DTD/DTDGrammar.hpp>
+#include <xercesc/validators/common/ContentSpecNode.hpp>
 
 #include <algorithm>
 #include <cstdint>

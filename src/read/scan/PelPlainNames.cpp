@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t firstSize = 32; // of the table; a power of two
 
-// Not to be foreseen by who writes a document.
+// Random per process, so that colliding names cannot be prepared.
 std::uint64_t processSeed() {
     static const std::uint64_t seed = [] {
         std::random_device device;
@@ -69,10 +69,6 @@ std::uint64_t PelPlainNames::hash(const void* bytes, std::size_t size) const {
     for (; size > 0; ++at, --size)
         rest = rest << 8 | static_cast<unsigned char>(*at);
     return mixed(value ^ rest);
-}
-
-bool PelPlainNames::isSame(const Slot& slot, const void* bytes, std::size_t size) {
-    return slot.size == size && std::memcmp(slot.bytes, bytes, size) == 0;
 }
 
 // As long as there are few names, all of them may share a place.

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -33,7 +34,8 @@ public:
         sought = hash(bytes, size);
         for (std::size_t i = static_cast<std::size_t>(sought) & mask; slots[i].bytes != nullptr;
              i = (i + 1) & mask)
-            if (slots[i].hash == sought && isSame(slots[i], bytes, size))
+            if (slots[i].hash == sought && slots[i].size == size &&
+                std::memcmp(slots[i].bytes, bytes, size) == 0)
                 return &slots[i].name;
         return nullptr;
     }
@@ -51,7 +53,6 @@ private:
     };
 
     std::uint64_t hash(const void* bytes, std::size_t size) const;
-    static bool isSame(const Slot& slot, const void* bytes, std::size_t size);
     bool areTooAlike(const Slot& newest);
     bool isTooAlike(const Slot& slot);
     Slot& freeSlot(std::uint64_t slotHash);

@@ -16,15 +16,6 @@ int PelByteStream::overflow(int byte) {
                                 : std::char_traits<char>::eof();
 }
 
-int PelByteStream::sync() {
-    return storeRest() ? 0 : -1;
-}
-
-bool PelStringStream::store(const char* bytes, std::size_t count) {
-    written.append(bytes, count);
-    return true;
-}
-
 bool PelFileStream::store(const char* bytes, std::size_t count) {
     if (count > gathered.capacity() - gathered.size() && !storeRest())
         return false;

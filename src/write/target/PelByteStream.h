@@ -23,7 +23,7 @@ private:
 
     std::streamsize xsputn(const char* bytes, std::streamsize count) override;
     int overflow(int byte) override;
-    int sync() override;
+    int sync() override { return storeRest() ? 0 : -1; }
 };
 
 /// Appends to a string. What the string throws, it throws.
@@ -32,7 +32,10 @@ public:
     explicit PelStringStream(std::string& target) : written(target) { exceptions(badbit); }
 
 private:
-    bool store(const char* bytes, std::size_t count) override;
+    bool store(const char* bytes, std::size_t count) override {
+        written.append(bytes, count);
+        return true;
+    }
 
     std::string& written;
 };
