@@ -59,6 +59,7 @@ TEST(Handles, AreMovedWithoutANewImplementation) {
     third = std::move(same);
     expectAnswers({{first, "null"},
                    {second, "null"},
+                   {second.getErrorStatus(), "no-imp"},
                    {third.getErrorStatus(), "ok"},
                    {CountedImp::alive, "1"}});
     EXPECT_EQ(third.getNodeImp(), own);
