@@ -53,5 +53,6 @@ set(load -ex "source ${SOURCES}/../../gdb/printers.py")
 expect("= null.*= what it stands for [^\n]* no symbols of libxerces-c\n.*= what it stands for"
     -iex "set auto-solib-add off" -ex "break stop" -ex run -ex up ${load} -ex "print nullElement"
     -ex "print root" -ex "print children" -ex kill)
+# Newer releases of gdb end with the result of the last command.
 expect("shown as they lie in memory[^\n]*gdb.printing"
-    -iex "python __import__('sys').modules['gdb.printing'] = None" ${load})
+    -iex "python __import__('sys').modules['gdb.printing'] = None" ${load} -ex "show version")
