@@ -22,9 +22,11 @@ constexpr std::size_t dataSize = 4;
 constexpr std::uint16_t allMarks = 0xFFFF;
 constexpr std::uint32_t largestNumber = 0xFFFFFFFF;
 
-// Whether a part of the document's memory ends where the next begins.
+// Whether a part of the document's memory ends where the next begins. What may be no pointer is
+// compared as a number.
 bool endsAt(const void* part, std::size_t size, const void* next) {
-    return static_cast<const char*>(part) + Fields::aligned(size) == next;
+    return reinterpret_cast<std::uintptr_t>(part) + Fields::aligned(size) ==
+           reinterpret_cast<std::uintptr_t>(next);
 }
 
 template <class Node>
