@@ -112,7 +112,13 @@ foreach(program IN LISTS programs)
         continue()
     endif()
     file(WRITE "${SCRATCH_DIR}/test.log" "")
-    execute_process(COMMAND "${SCRATCH_DIR}/${program}" WORKING_DIRECTORY "${SCRATCH_DIR}"
+    # At the end the leak sanitizer looks into the thread-local memory of libraries that are gone, and dies.
+    set(without_leaks)
+    if(source_${program} MATCHES "dlclose")
+        set(without_leaks ${CMAKE_COMMAND} -E env ASAN_OPTIONS=detect_leaks=0)
+    endif()
+    execute_process(COMMAND ${without_leaks} "${SCRATCH_DIR}/${program}"
+        WORKING_DIRECTORY "${SCRATCH_DIR}"
         RESULT_VARIABLE result OUTPUT_VARIABLE printed ERROR_VARIABLE errors)
     set(wanted_result 0)
     if(DEFINED abort_${program})
