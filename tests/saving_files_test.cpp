@@ -2,6 +2,7 @@
 #include "support.h"
 #include "threads.h"
 
+#include <atomic>
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -12,7 +13,7 @@
 #include <unistd.h>
 
 static bool areFoldersUnsyncable = false;
-static int callsLeft = INT_MAX; // of the following ones, up to that which kills the process
+static std::atomic<int> callsLeft = INT_MAX; // of the following, up to that which kills the process
 
 static void countCall() {
     if (--callsLeft == 0)
