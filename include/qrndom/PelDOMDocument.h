@@ -44,6 +44,10 @@ public:
     /// gives an empty handle.
     PelDOMNodeList getElementsByTagName(const PelString& name) const;
 
+    /// The encoding that the document was read in: "UTF-8". Empty for a document that was created
+    /// and for a null one.
+    PelString getInputEncoding() const;
+
     /// The root element. A document without one gives a handle of type NO_NODE, a null document a
     /// null handle.
     PelDOMElement getDocumentElement() const;

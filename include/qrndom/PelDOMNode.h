@@ -128,6 +128,14 @@ public:
     /// kinds as setNodeValue, with the same codes.
     PelDOM::Error setTextContent(const PelString& text);
 
+    /// Where the node stood in the file that was read, both from 1: of an element its `<`, of other
+    /// kinds their first character, of what came from an entity the reference. Columns count
+    /// characters, as those of messages do. 0 where it is not known: for new nodes, documents and
+    /// null handles, and in a tree that was read without PelDOMReader::setKeepSource. The first
+    /// call goes through the source once.
+    unsigned long getLine() const;
+    unsigned long getColumn() const; ///< Likewise, in that line.
+
     /// Prints the subtree into the diagnostic log: a line for each node and attribute, children
     /// between brackets and two spaces further in. `level` is the depth of this node; 0 and 1 print
     /// it without indentation. Text of line breaks and spaces only is left out.

@@ -80,6 +80,25 @@ public:
     /// Whether they do.
     bool getDeclaration() const noexcept;
 
+    /// Whether attributes that nobody wrote, that only a declaration gave, are written too. They are
+    /// not by default, where the document is written with its document type.
+    void setDefaultAttributes(bool areWanted) noexcept;
+
+    /// Whether they are.
+    bool getDefaultAttributes() const noexcept;
+
+    /// Whether a document that was read with PelDOMReader::setKeepSource keeps its layout: what was
+    /// not changed is written byte for byte as it was read, and a change touches only itself. Off
+    /// by default; without a kept source it does nothing.
+    ///
+    /// What is new takes the layout of what stands beside it, in the source's encoding and with its
+    /// line ends. Indent, line ends and declaration hold for what is new if they were set, and
+    /// another encoding makes all of it new.
+    void setKeepLayout(bool isKept) noexcept;
+
+    /// Whether it does.
+    bool getKeepLayout() const noexcept;
+
     /// Writes a node of any kind, with all below it, to a file: whole, or not at all.
     ///
     /// A temporary file beside it (`.qrndom-` and random letters) takes what is written, is brought

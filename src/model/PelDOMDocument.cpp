@@ -70,6 +70,10 @@ PelDOMText PelDOMDocument::createTextNode(const PelString& text) {
     return callImp(imp(), &Imp::createTextNode, text);
 }
 
+PelString PelDOMDocument::getInputEncoding() const {
+    return callImp(imp(), &Imp::getInputEncoding);
+}
+
 PelDOMNode PelDOMDocument::importNode(const PelDOMNode& source, bool deep) {
     return callImp(imp(), &Imp::importNode, source, deep);
 }

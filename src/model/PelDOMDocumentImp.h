@@ -24,6 +24,9 @@ public:
     virtual PelDOMNode createCDATASection(const PelString& data) = 0;
     virtual PelDOMNode createProcessingInstruction(const PelString& target,
                                                    const PelString& data) = 0;
+
+    /// Empty when it was not read.
+    virtual PelString getInputEncoding() = 0;
 };
 
 /// The content of a text. The order of the virtual operations is fixed.

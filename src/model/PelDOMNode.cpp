@@ -154,6 +154,14 @@ PelDOMNode PelDOMNode::getPreviousSibling() const {
     return PelDOMNode(callImp(imp, &Imp::getRelative, Relative::PREVIOUS_SIBLING));
 }
 
+unsigned long PelDOMNode::getLine() const {
+    return callImp(imp, &Imp::getPosition).line;
+}
+
+unsigned long PelDOMNode::getColumn() const {
+    return callImp(imp, &Imp::getPosition).column;
+}
+
 PelString PelDOMNode::getNodeName() const {
     return callImp(imp, &Imp::getNodeName);
 }

@@ -112,6 +112,13 @@ public:
     /// document has one at most.
     virtual PelDOMNodeImp* copyNode(bool /*deep*/) const { return nullptr; }
 
+    /// Where the node stood in its source; line 0 where that is not known.
+    struct Position {
+        unsigned long line = 0;
+        unsigned long column = 0;
+    };
+    virtual Position getPosition() const { return {}; }
+
     PelDOMNodeContentImp* getContentImp() const noexcept { return content; }
 
 protected:

@@ -172,6 +172,14 @@ bool PelDOMReader::getKeepIgnorableWhitespace() const noexcept {
     return body->settings.isIgnorableWhitespaceKept;
 }
 
+void PelDOMReader::setKeepSource(bool isKept) noexcept {
+    body->settings.isSourceKept = isKept;
+}
+
+bool PelDOMReader::getKeepSource() const noexcept {
+    return body->settings.isSourceKept;
+}
+
 void PelDOMReader::setBase(const PelString& fileName) {
     body->settings.base = fileName;
 }

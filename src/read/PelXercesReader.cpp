@@ -1,15 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "read/PelXercesReader.h"
 
+#include "read/input/PelSourceText.h"
 #include "read/input/PelXercesSource.h"
+#include "read/parse/PelXercesLocator.h"
 #include "read/scan/PelPlainScanner.h"
 #include "xerces/tree/PelXercesTree.h"
 
 #include <xercesc/dom/DOMException.hpp>
 #include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLString.hpp>
+#include <xercesc/util/XMLUni.hpp>
 
+#include <cstring>
 #include <iostream>
+#include <memory>
 #include <new>
 #include <optional>
 #include <utility>
@@ -42,6 +47,8 @@ PelXercesReader::ParserSetup::ParserSetup(PelXercesReader& reader)
     parser.setValidationSchemaFullChecking(false);
     parser.setCreateEntityReferenceNodes(false);
     parser.setIncludeIgnorableWhitespace(reader.settings.isIgnorableWhitespaceKept);
+    if (reader.settings.isSourceKept)
+        parser.noteReferences();
     parser.setXMLEntityResolver(&resolver);
     references.setEntityExpansionLimit(reader.settings.bounds.entityExpansions);
     parser.setSecurityManager(&references);
@@ -53,12 +60,17 @@ PelXercesNodeRef PelXercesReader::readFile(const PelString& name) {
     std::optional<PelXercesFile> file;
     const auto scanFile = [&] {
         file.emplace(name, memory);
-        return file->load() ? scan(file->bytes.get(), file->size, nullptr, file->id.view().data())
-                            : PelXercesNewDocument();
+        if (!file->load(settings.isSourceKept))
+            return PelXercesNewDocument();
+        keep(file->bytes, file->size);
+        return scan(file->bytes.get(), file->size, nullptr, file->id.view().data());
     };
     return read(scanFile, [&](ParserSetup& setup) {
-        if (!file)
+        if (!file) {
             file.emplace(name, memory);
+            if (settings.isSourceKept && file->load(true))
+                keep(file->bytes, file->size);
+        }
         memory.getEntities().addDocument(file->id, name, name);
         setup.parser.parse(PelXercesSource(memory, *file));
     });
@@ -69,6 +81,11 @@ PelXercesNodeRef PelXercesReader::readText(const PelString& name, const void* by
     PelString systemId = u"Dummy";
     if (settings.base.isEmpty() == 0)
         systemId = PelXercesFile(settings.base, memory).id;
+    if (settings.isSourceKept) {
+        const std::shared_ptr<XMLByte[]> copy(new XMLByte[size]);
+        std::memcpy(copy.get(), bytes, size);
+        keep(copy, size);
+    }
     const auto scanText = [&] { return scan(bytes, size, encoding, systemId.view().data()); };
     return read(scanText, [&](ParserSetup& setup) {
         PelXercesSource source(memory, systemId, bytes, size);
@@ -82,8 +99,14 @@ PelXercesNodeRef PelXercesReader::readText(const PelString& name, const void* by
 PelXercesNewDocument PelXercesReader::scan(const void* bytes, std::size_t size,
                                            const XMLCh* encoding, const XMLCh* systemId) const {
     using Encoding = PelPlainScanner::Encoding;
-    if (encoding == nullptr)
-        return PelPlainScanner::read(bytes, size, Encoding::utf8, systemId, settings.bounds);
+    if (encoding == nullptr) {
+        std::unique_ptr<PelXercesKeptSource> source;
+        if (keptBytes)
+            source =
+                PelSourceText::make(keptBytes, keptSize, xercesc::XMLUni::fgUTF8EncodingString);
+        return PelPlainScanner::read(bytes, size, Encoding::utf8, systemId, settings.bounds,
+                                     std::move(source));
+    }
     if (xercesc::XMLString::equals(encoding, PelPlainScanner::nativeUtf16()))
         return PelPlainScanner::read(bytes, size, Encoding::nativeUtf16, systemId, settings.bounds);
     return {};
@@ -132,7 +155,29 @@ PelXercesNodeRef PelXercesReader::readByEngine(Parse parse) {
     if (hasFailed || reporter.getSawErrors())
         return {};
     PelXercesDocumentPtr document(setup->parser.adoptDocument());
-    return document ? PelXercesTree::share(engine, {std::move(document)}) : PelXercesNodeRef();
+    if (!document)
+        return {};
+    auto source = locate(*document, setup->parser);
+    return PelXercesTree::share(
+        engine, {std::move(document), {}, std::move(source), setup->parser.saysNotStandalone()});
+}
+
+// The nodes of a tree that the engine's parser has made, in what it has read.
+std::unique_ptr<PelXercesKeptSource> PelXercesReader::locate(xercesc::DOMDocument& document,
+                                                             const PelXercesTreeBuilder& parser) {
+    if (!settings.isSourceKept)
+        return nullptr;
+    std::unique_ptr<PelXercesKeptSource> source;
+    if (keptBytes)
+        source = PelSourceText::make(keptBytes, keptSize, document.getInputEncoding());
+    if (source && source->canBeCut() &&
+        !PelXercesLocator(*source, document, parser.getBrought()).locate())
+        source->setUncut();
+    if (!source)
+        reporter.note(false, u"the source is not kept: it is no file, or over 4 GiB");
+    else if (!source->canBeCut())
+        reporter.note(false, u"the source is kept as a whole: in its encoding no part can be told");
+    return source;
 }
 
 // Without memory for a message there is none.

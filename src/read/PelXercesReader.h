@@ -13,6 +13,8 @@
 
 #include <xercesc/util/SecurityManager.hpp>
 
+#include <memory>
+#include <utility>
 #include <vector>
 
 /// One read, by PelPlainScanner if it accepts the document, else by the engine's parser, and a
@@ -46,6 +48,13 @@ private:
     template <class Parse>
     PelXercesNodeRef readByEngine(Parse parse);
     void note(const XMLCh* text) noexcept;
+    std::unique_ptr<PelXercesKeptSource> locate(xercesc::DOMDocument& document,
+                                                const PelXercesTreeBuilder& parser);
+    void keep(std::shared_ptr<const XMLByte[]> bytes, std::size_t size) {
+        if (settings.isSourceKept)
+            keptBytes = std::move(bytes);
+        keptSize = size;
+    }
     PelXercesNewDocument scan(const void* bytes, std::size_t size, const XMLCh* encoding,
                               const XMLCh* systemId) const;
 
@@ -54,4 +63,6 @@ private:
     PelXercesReadMemory memory;
     PelXercesReadLimits& limits = memory.getLimits();
     PelXercesDOMTreeErrorReporter reporter{memory, settings.maxMessages};
+    std::shared_ptr<const XMLByte[]> keptBytes; // null: nothing is kept
+    std::size_t keptSize = 0;
 };

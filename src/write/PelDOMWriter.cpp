@@ -60,8 +60,10 @@ struct PelDOMWriter::Body {
             return PelDOM::NULL_NODE;
         }
         try {
-            PelXercesWriteJob job(settings, *ref.getNode());
+            PelXercesWriteJob job(settings, ref);
             send(job);
+            if (job.getRemark().isEmpty() == 0)
+                fail(name, job.getRemark());
             return PelDOM::SUCCESS;
         } catch (const PelXercesWriteError& error) {
             fail(name, error.reason);
@@ -96,7 +98,7 @@ void PelDOMWriter::setIndent(int spaces) noexcept {
 }
 
 int PelDOMWriter::getIndent() const noexcept {
-    return body->settings.indent;
+    return body->settings.indent.value_or(0);
 }
 
 void PelDOMWriter::setLineEnds(LineEnds ends) noexcept {
@@ -104,7 +106,7 @@ void PelDOMWriter::setLineEnds(LineEnds ends) noexcept {
 }
 
 PelDOMWriter::LineEnds PelDOMWriter::getLineEnds() const noexcept {
-    return body->settings.lineEnds;
+    return body->settings.lineEnds.value_or(LF);
 }
 
 void PelDOMWriter::setEncoding(const PelString& encoding) {
@@ -112,7 +114,7 @@ void PelDOMWriter::setEncoding(const PelString& encoding) {
 }
 
 PelString PelDOMWriter::getEncoding() const {
-    return body->settings.encoding;
+    return body->settings.encoding.value_or(u"UTF-8");
 }
 
 void PelDOMWriter::setDeclaration(bool isWanted) noexcept {
@@ -120,7 +122,23 @@ void PelDOMWriter::setDeclaration(bool isWanted) noexcept {
 }
 
 bool PelDOMWriter::getDeclaration() const noexcept {
-    return body->settings.hasDeclaration;
+    return body->settings.hasDeclaration.value_or(true);
+}
+
+void PelDOMWriter::setDefaultAttributes(bool areWanted) noexcept {
+    body->settings.hasDefaultAttributes = areWanted;
+}
+
+bool PelDOMWriter::getDefaultAttributes() const noexcept {
+    return body->settings.hasDefaultAttributes;
+}
+
+void PelDOMWriter::setKeepLayout(bool isKept) noexcept {
+    body->settings.isLayoutKept = isKept;
+}
+
+bool PelDOMWriter::getKeepLayout() const noexcept {
+    return body->settings.isLayoutKept;
 }
 
 PelDOM::Error PelDOMWriter::writeFile(const PelDOMNode& node, const PelString& name) {

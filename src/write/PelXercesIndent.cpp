@@ -64,6 +64,14 @@ PelXercesIndent::PelXercesIndent(PelXercesMarkup& markup, int indent, const DOMN
     open.push_back({false, false, indentation > 0 && isPreservedAround(topNode)});
 }
 
+bool PelXercesIndent::isWithText(const DOMNode& element) {
+    return kindOfContent(element) == Kind::text;
+}
+
+bool PelXercesIndent::isPreserved(const DOMNode& element) {
+    return ::isPreserved(element, isPreservedAround(element));
+}
+
 bool PelXercesIndent::replaces(const DOMNode& node, DOMNode::NodeType type) {
     if (type == DOMNode::TEXT_NODE)
         return open.back().isIndented || (open.size() == 1 && topType == DOMNode::DOCUMENT_NODE);
@@ -77,7 +85,7 @@ void PelXercesIndent::beginContent(const DOMNode& element) {
     Content content{false, false, false};
     if (indentation > 0) {
         const Kind kind = kindOfContent(element);
-        content.isPreserved = isPreserved(element, open.back().isPreserved);
+        content.isPreserved = ::isPreserved(element, open.back().isPreserved);
         content.isWithinText = kind == Kind::text || open.back().isWithinText;
         content.isIndented = kind == Kind::other && !content.isWithinText && !content.isPreserved;
     }

@@ -24,6 +24,12 @@ public:
     void endDocumentChild(const xercesc::DOMNode& child) override;
     void end() override;
 
+    /// Whether text other than white space stands among the children of an element.
+    static bool isWithText(const xercesc::DOMNode& element);
+
+    /// Whether `xml:space` keeps white space in an element.
+    static bool isPreserved(const xercesc::DOMNode& element);
+
 private:
     struct Content {
         bool isIndented;

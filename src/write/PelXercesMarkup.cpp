@@ -34,6 +34,8 @@ std::u16string_view entityFor(char16_t unit) {
         return u"&gt;";
     case u'"':
         return u"&quot;";
+    case u'\'':
+        return u"&apos;";
     case u'\n':
         return u"&#xA;";
     case u'\r':
@@ -170,6 +172,11 @@ void PelXercesMarkup::flush() {
         return;
     encoder->encode({gathered.data(), used});
     used = 0;
+}
+
+void PelXercesMarkup::addSource(std::string_view text) {
+    flush();
+    encoder->encodeSource(text);
 }
 
 std::u16string PelXercesMarkup::takeText() {

@@ -61,6 +61,9 @@ public:
     /// A line feed and spaces.
     PelXercesMarkup& addLine(std::size_t spaces);
 
+    /// A piece of a document in UTF-8, as it is: the encoding holds it. There has to be an encoder.
+    void addSource(std::string_view text);
+
     /// Hands what is gathered to the encoder, if there is one.
     void flush();
 

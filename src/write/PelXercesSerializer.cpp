@@ -3,6 +3,7 @@
 
 #include "core/PelCharacters.h"
 #include "xerces/engine/PelXercesLinks.h"
+#include "xerces/tree/PelXercesAttributeOrder.h"
 
 #include <xercesc/dom/DOMDocumentType.hpp>
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
@@ -106,15 +107,20 @@ void PelXercesSerializer::writeNode(const DOMNode& top) {
     try {
         walk(node);
     } catch (PelXercesWriteError& error) {
-        while (node != nullptr && node->getNodeType() != DOMNode::ELEMENT_NODE)
-            node = node->getParentNode();
-        if (isStrict && node != nullptr)
-            error.reason +=
-                u" (in the element '" +
-                PelString(std::u16string_view(node->getNodeName()).substr(0, longestName)) + u"')";
+        if (isStrict)
+            addElement(error, node);
         throw;
     }
     layout.end();
+}
+
+void PelXercesSerializer::addElement(PelXercesWriteError& error, const DOMNode* node) {
+    while (node != nullptr && node->getNodeType() != DOMNode::ELEMENT_NODE)
+        node = node->getParentNode();
+    if (node != nullptr)
+        error.reason +=
+            u" (in the element '" +
+            PelString(std::u16string_view(node->getNodeName()).substr(0, longestName)) + u"')";
 }
 
 void PelXercesSerializer::walk(const DOMNode*& node) {
@@ -149,6 +155,14 @@ const DOMNode* PelXercesSerializer::begin(const DOMNode& node) {
         return node.getFirstChild();
     case DOMNode::ELEMENT_NODE:
         return beginElement(node);
+    default:
+        leaf(node, type);
+        return nullptr;
+    }
+}
+
+void PelXercesSerializer::leaf(const DOMNode& node, DOMNode::NodeType type) {
+    switch (type) {
     case DOMNode::TEXT_NODE:
         out.add(node.getNodeValue(), escapes.text);
         break;
@@ -172,7 +186,6 @@ const DOMNode* PelXercesSerializer::begin(const DOMNode& node) {
         require(!isStrict, u"a node of this kind is not written by itself");
         std::cerr << "Unrecognized node type = " << static_cast<long>(type) << std::endl;
     }
-    return nullptr;
 }
 
 void PelXercesSerializer::checkDocument(const DOMNode& document) const {
@@ -186,17 +199,41 @@ void PelXercesSerializer::checkDocument(const DOMNode& document) const {
     require(hasRoot, u"the document has no root element");
 }
 
-const DOMNode* PelXercesSerializer::beginElement(const DOMNode& element) {
+void PelXercesSerializer::startTag(const DOMNode& element) {
     out.markup(u"<");
     name(element.getNodeName());
-    const xercesc::DOMNamedNodeMap& attributes = *element.getAttributes();
-    const XMLSize_t count = attributes.getLength();
-    for (XMLSize_t i = 0; i < count; ++i) {
-        const DOMNode& attribute = *attributes.item(i);
-        out.markup(u" ");
-        name(attribute.getNodeName()).markup(u"=\"");
-        out.add(PelXercesLinks::valueOf(attribute), escapes.attribute).markup(u"\"");
-    }
+}
+
+// As they are written; the services have them by name, with all defaults.
+const std::vector<xercesc::DOMAttr*>&
+PelXercesSerializer::attributesOf(const DOMNode& element) {
+    PelXercesAttributeOrder::list(element, listed, isStrict);
+    while (!hasDefaults && !listed.empty() && !listed.back()->getSpecified())
+        listed.pop_back();
+    return listed;
+}
+
+void PelXercesSerializer::attribute(const xercesc::DOMAttr& attribute) {
+    out.markup(u" ");
+    name(attribute.getName()).markup(u"=\"");
+    value(attribute, '"');
+    out.markup(u"\"");
+}
+
+void PelXercesSerializer::value(const xercesc::DOMAttr& attribute, char quote) {
+    out.add(PelXercesLinks::valueOf(attribute),
+            quote == '"' ? escapes.attribute : escapes.singleQuoted);
+}
+
+void PelXercesSerializer::endTag(const DOMNode& element) {
+    out.markup(u"</");
+    name(element.getNodeName()).markup(u">");
+}
+
+const DOMNode* PelXercesSerializer::beginElement(const DOMNode& element) {
+    startTag(element);
+    for (const xercesc::DOMAttr* const written : attributesOf(element))
+        attribute(*written);
     const DOMNode* first = element.getFirstChild();
     while (isStrict && first != nullptr && first->getNodeType() == DOMNode::TEXT_NODE &&
            *first->getNodeValue() == 0)
@@ -215,8 +252,7 @@ void PelXercesSerializer::end(const OpenNode& parent) {
     if (parent.isDocument)
         return;
     layout.endContent();
-    out.markup(u"</");
-    name(parent.node->getNodeName()).markup(u">");
+    endTag(*parent.node);
 }
 
 PelXercesMarkup& PelXercesSerializer::name(const char16_t* characters) {

@@ -4,6 +4,7 @@
 #include "write/PelXercesMarkup.h"
 #include "write/characters/PelXercesEscapes.h"
 
+#include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMNode.hpp>
 
 #include <array>
@@ -41,6 +42,28 @@ public:
 
     void writeNode(const xercesc::DOMNode& top);
 
+    /// Leaves out the attributes that only a declaration gave.
+    void leaveOutDefaults() { hasDefaults = false; }
+
+    // The parts of an element, for a layout that puts them together itself. An attribute begins
+    // with a space.
+    void startTag(const xercesc::DOMNode& element);
+    void attribute(const xercesc::DOMAttr& attribute);
+    void value(const xercesc::DOMAttr& attribute, char quote);
+    void endTag(const xercesc::DOMNode& element);
+    PelXercesMarkup& name(const char16_t* characters);
+
+    /// The attributes of an element that are to be written, in their order, until the next call.
+    const std::vector<xercesc::DOMAttr*>& attributesOf(const xercesc::DOMNode& element);
+
+    /// A node of a kind that has no children.
+    void leaf(const xercesc::DOMNode& node, xercesc::DOMNode::NodeType type);
+
+    void checkDocument(const xercesc::DOMNode& document) const;
+
+    /// Says in which element an error arose.
+    static void addElement(PelXercesWriteError& error, const xercesc::DOMNode* node);
+
 private:
     struct OpenNode {
         const xercesc::DOMNode* node;
@@ -56,10 +79,8 @@ private:
     void walk(const xercesc::DOMNode*& node);
     const xercesc::DOMNode* begin(const xercesc::DOMNode& node);
     const xercesc::DOMNode* beginElement(const xercesc::DOMNode& element);
-    void checkDocument(const xercesc::DOMNode& document) const;
     void end(const OpenNode& parent);
 
-    PelXercesMarkup& name(const char16_t* characters);
     void checkName(const char16_t* characters, std::size_t length) const;
     void cdata(const char16_t* data);
     void comment(const char16_t* data);
@@ -72,6 +93,8 @@ private:
     const PelXercesEscapes::Set& escapes;
     PelXercesLayout& layout;
     const bool isStrict;
+    bool hasDefaults = true;
+    std::vector<xercesc::DOMAttr*> listed;
     std::array<KnownName, 256> known{};
     std::vector<OpenNode> open; // the ancestors whose ends are still to come
 };

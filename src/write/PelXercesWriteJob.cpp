@@ -2,8 +2,13 @@
 #include "write/PelXercesWriteJob.h"
 
 #include "write/PelXercesIndent.h"
+#include "write/PelXercesKeptWriter.h"
 #include "write/characters/PelXercesEncoder.h"
+#include "xerces/tree/PelSourceMarkup.h"
 #include "xerces/tree/PelXercesDeclaration.h"
+#include "xerces/tree/PelXercesTree.h"
+
+#include <xercesc/util/XMLString.hpp>
 
 #include <algorithm>
 #include <optional>
@@ -35,12 +40,6 @@ bool hasByteOrder(std::u16string_view encoding) {
     return end == u"LE" || end == u"BE" || end == u"le" || end == u"be";
 }
 
-const xercesc::DOMDocument& documentOf(const DOMNode& node) {
-    return node.getNodeType() == DOMNode::DOCUMENT_NODE
-               ? static_cast<const xercesc::DOMDocument&>(node)
-               : *node.getOwnerDocument();
-}
-
 // What a created document declares.
 std::optional<PelXercesDeclaration> declarationOf(const xercesc::DOMDocument& document) {
     for (const DOMNode* child = document.getFirstChild(); child != nullptr;
@@ -50,38 +49,102 @@ std::optional<PelXercesDeclaration> declarationOf(const xercesc::DOMDocument& do
     return std::nullopt;
 }
 
+bool hasDeclaration(std::string_view source) {
+    const std::size_t behind = PelSourceMarkup::behindDeclaration(source);
+    return behind > 0 && source[behind - 1] == '>';
+}
+
+// The source that gives the layout; none where everything is written anew.
+const PelXercesKeptSource* sourceFor(const PelWriteSettings& settings, const PelXercesTree& tree) {
+    const PelXercesKeptSource* const source = settings.isLayoutKept ? tree.getSource() : nullptr;
+    if (source == nullptr || !settings.encoding)
+        return source;
+    const std::u16string wanted(settings.encoding->view());
+    return xercesc::XMLString::compareIStringASCII(wanted.c_str(), source->getEncoding().c_str()) ==
+                   0
+               ? source
+               : nullptr;
+}
+
+PelString encodingFor(const PelWriteSettings& settings, const PelXercesKeptSource* source) {
+    return settings.encoding   ? *settings.encoding
+           : source != nullptr ? PelString(source->getEncoding())
+                               : PelString(u"UTF-8");
+}
+
 } // namespace
 
-PelXercesWriteJob::PelXercesWriteJob(const PelWriteSettings& writeSettings, const DOMNode& topNode)
-    : settings(writeSettings), top(topNode), document(documentOf(topNode)),
-      encoding(requireName(settings.encoding)), characterSet(encoding) {
+PelXercesWriteJob::PelXercesWriteJob(const PelWriteSettings& writeSettings,
+                                     const PelXercesNodeRef& topNode)
+    : settings(writeSettings), top(*topNode.getNode()), tree(topNode.getTree()),
+      document(*tree.getDocument()), source(sourceFor(settings, tree)),
+      encoding(requireName(encodingFor(settings, source))), characterSet(encoding) {
     const bool isDocument = top.getNodeType() == DOMNode::DOCUMENT_NODE;
+    if (source != nullptr && !source->canBeCut() && (!isDocument || source->hasChanges())) {
+        source = nullptr;
+        remark = u"all of it is written as new: the encoding '" + PelString(encoding) +
+                 u"' does not let parts of a source be told";
+    }
     isReadByItself = isDocument || top.getNodeType() == DOMNode::ELEMENT_NODE;
     const XMLCh* const version = document.getXmlVersion();
     isVersion11 = version != nullptr && std::u16string_view(version) == u"1.1";
     const bool isNeeded = isVersion11 || !(characterSet.isUtf8() || characterSet.isUtf16());
-    isDeclared = PelXercesDeclaration::isDeclaration(top) ||
-                 (settings.hasDeclaration && isReadByItself && (isDocument || isNeeded));
+    isDeclared =
+        PelXercesDeclaration::isDeclaration(top) ||
+        (settings.hasDeclaration.value_or(true) && isReadByItself && (isDocument || isNeeded));
     if (isReadByItself && !isDeclared)
         isVersion11 = false;
-    if (isDeclared && !characterSet.isRecognised())
-        throw PelXercesWriteError{u"no reader would recognise the encoding '" + settings.encoding +
-                                  u"'"};
+    if (isDeclared && !characterSet.isRecognised() && !(source != nullptr && isDocument))
+        throw PelXercesWriteError{u"no reader would recognise the encoding '" +
+                                  PelString(encoding) + u"'"};
 }
 
 void PelXercesWriteJob::to(std::ostream& stream) {
+    if (source != nullptr && !source->canBeCut()) {
+        const std::string_view bytes = source->getText();
+        stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        return;
+    }
     PelXercesEncoder encoder(encoding, characterSet, stream);
-    encoder.setHasReturns(settings.lineEnds == PelDOMWriter::CRLF);
     PelXercesMarkup out(characterSet, &encoder);
-    if (needsMark())
+    const bool isWhole = source != nullptr && top.getNodeType() == DOMNode::DOCUMENT_NODE;
+    if (needsMark() && !isWhole)
         out.addKnown(u"\uFEFF", 1);
-    if (isDeclared)
+    if (source == nullptr)
+        encoder.setHasReturns(settings.lineEnds == PelDOMWriter::CRLF);
+    // A source without a declaration gets one if that was asked for.
+    if (isDeclared &&
+        (!isWhole || (settings.hasDeclaration && !hasDeclaration(source->getText()))))
         out.add(declaration().c_str(), PelXercesEscapes::anywhere);
     if (!PelXercesDeclaration::isDeclaration(top)) {
-        PelXercesIndent layout(out, settings.indent, top);
-        PelXercesSerializer(out, PelXercesEscapes::strict(isVersion11), layout).writeNode(top);
+        PelXercesIndent layout(out, settings.indent.value_or(0), top);
+        PelXercesSerializer serializer(out, PelXercesEscapes::strict(isVersion11), layout);
+        if (leavesOutDefaults())
+            serializer.leaveOutDefaults();
+        if (source == nullptr)
+            serializer.writeNode(top);
+        else
+            writeKept(out, encoder, serializer);
     }
     out.flush();
+}
+
+// What was set holds for what is new.
+void PelXercesWriteJob::writeKept(PelXercesMarkup& out, PelXercesEncoder& encoder,
+                                  PelXercesSerializer& serializer) {
+    PelXercesSourceStyle style(*source);
+    if (settings.lineEnds)
+        style.lineEnd = *settings.lineEnds == PelDOMWriter::CRLF ? "\r\n" : "\n";
+    if (settings.indent)
+        style.step = std::string(static_cast<std::size_t>(*settings.indent), ' ');
+    encoder.setHasReturns(style.lineEnd == "\r\n");
+    PelXercesKeptWriter(out, serializer, *source, std::move(style)).writeNode(top, isDeclared);
+}
+
+// With its document type, a document gets them again.
+bool PelXercesWriteJob::leavesOutDefaults() const {
+    return !settings.hasDefaultAttributes && top.getNodeType() == DOMNode::DOCUMENT_NODE &&
+           document.getDoctype() != nullptr;
 }
 
 // The names that say in which order the bytes stand forbid the mark where they are declared.
@@ -96,10 +159,10 @@ std::u16string PelXercesWriteJob::declaration() const {
     text += isVersion11 ? u"1.1" : u"1.0";
     text += u"\" encoding=\"" + encoding + u"\"";
     // White space that is added may break the promise that nothing outside the document changes it.
-    const bool isPromiseKept = settings.indent <= 0 || document.getDoctype() == nullptr;
+    const bool isPromiseKept = settings.indent.value_or(0) <= 0 || document.getDoctype() == nullptr;
     if (isPromiseKept && (document.getXmlStandalone() || word == PelString("yes")))
         text += u" standalone=\"yes\"";
-    else if (word == PelString("no"))
+    else if (word == PelString("no") || tree.saysNotStandalone())
         text += u" standalone=\"no\"";
     return text + u"?>\n";
 }

@@ -23,6 +23,7 @@ struct PelXercesReadSettings {
     bool isExternalDTDRead = true;
     bool areExternalEntitiesRead = true;
     bool isIgnorableWhitespaceKept = false;
+    bool isSourceKept = false;
     PelString base;
     std::size_t maxMessages = 1;
     bool areExceptionsPrinted = true;

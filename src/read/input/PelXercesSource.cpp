@@ -90,7 +90,7 @@ bool PelXercesFile::isReadable() const {
     return InputFile(path, kind).isOpen();
 }
 
-bool PelXercesFile::load() {
+bool PelXercesFile::load(bool isWantedAnyhow) {
     constexpr std::size_t begin = 4096;
     size = PelPlatform::regularFileSize(path);
     if (size == 0)
@@ -98,7 +98,8 @@ bool PelXercesFile::load() {
     InputFile file(path, InputFile::Kind::regularFile);
     std::shared_ptr<XMLByte[]> loaded(new XMLByte[size + 1]); // more than there is shows its end
     long count = file.isOpen() ? file.read(loaded.get(), std::min(size, begin)) : -1;
-    if (count < 0 || !PelPlainScanner::mayBePlain(loaded.get(), static_cast<std::size_t>(count)))
+    if (count < 0 || !(isWantedAnyhow || PelPlainScanner::mayBePlain(
+                                             loaded.get(), static_cast<std::size_t>(count))))
         return false;
     const auto first = static_cast<std::size_t>(count);
     count = file.read(loaded.get() + first, size + 1 - first);

@@ -2,6 +2,7 @@
 #include "read/parse/PelXercesTreeBuilder.h"
 
 #include "xerces/engine/PelXercesLinks.h"
+#include "xerces/tree/PelXercesAttributeOrder.h"
 
 #include <xercesc/dom/DOMException.hpp>
 #include <xercesc/framework/XMLAttr.hpp>
@@ -36,6 +37,7 @@ PelXercesTreeBuilder::PelXercesTreeBuilder(PelXercesReadMemory& readMemory, bool
 
 void PelXercesTreeBuilder::XMLDecl(const XMLCh* version, const XMLCh* encoding,
                                    const XMLCh* standalone, const XMLCh* actualEncoding) {
+    isNotStandalone = XMLString::equals(standalone, u"no");
     try {
         XercesDOMParser::XMLDecl(version, encoding, standalone, actualEncoding);
     } catch (const xercesc::DOMException&) { // which knows no place
@@ -66,8 +68,10 @@ void PelXercesTreeBuilder::startElement(const xercesc::XMLElementDecl& declarati
         requirePairs(attributes.elementAt(i)->getValue());
     growNameTable(count + 1);
     addDefaults(declaration, attributes, count);
+    const DOMNode* const parent = fCurrentParent;
     if (!makeElement(declaration, attributes, count, isEmpty))
         makeEnginesElement(declaration, uriId, prefix, attributes, count, isEmpty, isRoot);
+    noteMarkup(parent);
 }
 
 // False where the engine has to make it.
@@ -97,6 +101,10 @@ void PelXercesTreeBuilder::makeEnginesElement(const xercesc::XMLElementDecl& dec
     XercesDOMParser::startElement(declaration, uriId, prefix, count > longTag ? sorted : attributes,
                                   count, isEmpty, isRoot);
     reportElement();
+    for (XMLSize_t i = 0; i < count; ++i)
+        if (auto* const attribute = static_cast<DOMElementImpl*>(fCurrentNode)
+                                        ->getAttributeNode(attributes.elementAt(i)->getName()))
+            PelXercesAttributeOrder::setNumber(*attribute, static_cast<std::uint32_t>(i + 1));
     if (fast)
         fast->learn(declaration, *static_cast<DOMElementImpl*>(fCurrentNode));
 }
@@ -121,6 +129,8 @@ void PelXercesTreeBuilder::endElement(const xercesc::XMLElementDecl& declaration
 // made at the text's end. Long texts, of which there are few, grow by themselves from there.
 void PelXercesTreeBuilder::docCharacters(const XMLCh* text, XMLSize_t length, bool isCdata) {
     limits.addEvent();
+    if (!isCdata && length > 0)
+        noteText();
     const bool isText = fast && fWithinElement && !isCdata &&
                         fCurrentNode->getNodeType() != DOMNode::TEXT_NODE &&
                         fCurrentParent->getNodeType() == DOMNode::ELEMENT_NODE;
@@ -132,12 +142,15 @@ void PelXercesTreeBuilder::docCharacters(const XMLCh* text, XMLSize_t length, bo
     }
     endText();
     XercesDOMParser::docCharacters(text, length, isCdata);
+    if (isCdata)
+        noteMarkup(fCurrentParent);
 }
 
 void PelXercesTreeBuilder::docComment(const XMLCh* comment) {
     endText();
     limits.addEvent();
     XercesDOMParser::docComment(comment);
+    noteMarkup(fCurrentParent);
 }
 
 // As the engine does it, but for a check of the target that knows no characters beyond the basic
@@ -150,6 +163,7 @@ void PelXercesTreeBuilder::docPI(const XMLCh* target, const XMLCh* data) {
             xercesc::DOMProcessingInstructionImpl(fDocument, target, data);
     xercesc::castToParentImpl(fCurrentParent)->appendChildFast(instruction);
     fCurrentNode = instruction;
+    noteMarkup(fCurrentParent);
 }
 
 // The engine's table of IDs, which nothing here asks, fails when it has to hold some 720,000, and
@@ -205,7 +219,34 @@ void PelXercesTreeBuilder::reportElement() {
 
 void PelXercesTreeBuilder::startEntityReference(const xercesc::XMLEntityDecl& entity) {
     limits.addReferenceTo(entity.getValueLen());
+    if (areReferencesNoted && referenceDepth++ == 0) {
+        brought.emplace_back();
+        referenceParent = fCurrentParent;
+    }
     XercesDOMParser::startEntityReference(entity);
+}
+
+void PelXercesTreeBuilder::endEntityReference(const xercesc::XMLEntityDecl& entity) {
+    if (areReferencesNoted)
+        --referenceDepth;
+    XercesDOMParser::endEntityReference(entity);
+}
+
+// Character data of a reference itself, not of an element that it brings.
+void PelXercesTreeBuilder::noteText() {
+    if (referenceDepth == 0 || fCurrentParent != referenceParent)
+        return;
+    PelXercesBroughtNodes& nodes = brought.back();
+    nodes.beginsWithText = nodes.beginsWithText || nodes.lastMarkup == nullptr;
+    nodes.endsWithText = true;
+}
+
+// The current node is a child of `parent` and no text.
+void PelXercesTreeBuilder::noteMarkup(const DOMNode* parent) {
+    if (referenceDepth == 0 || parent != referenceParent)
+        return;
+    brought.back().lastMarkup = fCurrentNode;
+    brought.back().endsWithText = false;
 }
 
 void PelXercesTreeBuilder::endText() {

@@ -3,9 +3,11 @@
 
 #include "read/parse/PelXercesDTDHandler.h"
 #include "read/parse/PelXercesElementFactory.h"
+#include "read/parse/PelXercesLocator.h"
 
 #include <optional>
 #include <string>
+#include <vector>
 
 /// The engine's parser, building a tree that is ready to be shared: the tree's memory is that of
 /// all trees, while the parser's own goes with the read.
@@ -33,6 +35,16 @@ public:
     void docComment(const XMLCh* comment) override;
     void docPI(const XMLCh* target, const XMLCh* data) override;
     void startEntityReference(const xercesc::XMLEntityDecl& entity) override;
+    void endEntityReference(const xercesc::XMLEntityDecl& entity) override;
+
+    /// Whether the XML declaration says standalone="no".
+    bool saysNotStandalone() const { return isNotStandalone; }
+
+    /// Has it note what references in content bring.
+    void noteReferences() { areReferencesNoted = true; }
+
+    /// What they have brought, in their order.
+    const std::vector<PelXercesBroughtNodes>& getBrought() const { return brought; }
 
 private:
     using Attributes = xercesc::RefVectorOf<xercesc::XMLAttr>;
@@ -45,6 +57,8 @@ private:
     static void sort(const Attributes& attributes, XMLSize_t count, Attributes& sorted);
     void forgetIds(const Attributes& attributes, XMLSize_t count);
     void endText();
+    void noteText();
+    void noteMarkup(const xercesc::DOMNode* parent);
     void reportElement();
     void addDefaults(const xercesc::XMLElementDecl& declaration, const Attributes& attributes,
                      XMLSize_t count);
@@ -52,5 +66,10 @@ private:
     const bool isFast;
     const PelXercesTreeMemory::Report report;
     std::u16string pendingText;
-    std::optional<PelXercesElementFactory> fast; // none: the engine makes all nodes
+    bool isNotStandalone = false;
+    bool areReferencesNoted = false;
+    std::vector<PelXercesBroughtNodes> brought;
+    unsigned referenceDepth = 0;                       // references within references
+    const xercesc::DOMNode* referenceParent = nullptr; // of the outermost
+    std::optional<PelXercesElementFactory> fast;       // none: the engine makes all nodes
 };

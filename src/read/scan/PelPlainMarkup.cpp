@@ -43,7 +43,7 @@ bool PelPlainMarkup<Source>::readDeclaration() {
     if (!isKnown || !(standalone.empty() || standalone == u"yes" || standalone == u"no"))
         return false;
     skipSpace();
-    tree.declare(encoding, standalone == u"yes");
+    tree.declare(encoding, standalone);
     return skip("?>"sv);
 }
 
@@ -106,7 +106,7 @@ bool PelPlainMarkup<Source>::readStartTag() {
     const PelPlainNames::Name* const name = nameFrom(begin);
     if (name == nullptr)
         return false;
-    tree.openElement(*name);
+    tree.openElement(*name, spanFrom(begin).begin - 1);
     for (;;) {
         const bool hasSpace = skipSpace();
         if (skip('>'))
@@ -115,7 +115,7 @@ bool PelPlainMarkup<Source>::readStartTag() {
             open.pop_back();
             if (!skip("/>"sv) || !tree.endTag())
                 return false;
-            tree.closeElement();
+            tree.closeElement(spanFrom(at).end);
             return true;
         }
         if (!hasSpace || !readAttribute())
@@ -138,7 +138,7 @@ bool PelPlainMarkup<Source>::readAttribute() {
     text.clear();
     if (!(skip('"') ? readValue<'"'>() : skip('\'') && readValue<'\''>()))
         return false;
-    tree.addAttribute(*name, text);
+    tree.addAttribute(*name, text, spanFrom(begin));
     return true;
 }
 
@@ -173,8 +173,10 @@ bool PelPlainMarkup<Source>::readEndTag() {
     at += tag.length;
     skipSpace();
     open.pop_back();
-    tree.closeElement();
-    return skip('>');
+    if (!skip('>'))
+        return false;
+    tree.closeElement(spanFrom(at).end);
+    return true;
 }
 
 // Up to the end of the root.
@@ -207,10 +209,11 @@ bool PelPlainMarkup<Source>::readMarkup() {
 
 template <class Source>
 bool PelPlainMarkup<Source>::readText() {
+    const Unit* const begin = at;
     text.clear();
     while (copy<PelPlainContent>("<"sv)) {
         if (isAt('<')) {
-            tree.addText(text);
+            tree.addText(text, spanFrom(begin));
             return true;
         }
         if (isAt('&')) {
@@ -228,14 +231,17 @@ bool PelPlainMarkup<Source>::readText() {
 
 template <class Source>
 bool PelPlainMarkup<Source>::readComment() {
+    const Unit* const begin = at;
     at += 4;
     text.clear();
     while (copy<PelPlainComment>("-->"sv)) {
         if (!isAt('-'))
             return false;
         if (isAt("--"sv)) {
-            tree.addComment(text);
-            return skip("-->"sv);
+            if (!skip("-->"sv))
+                return false;
+            tree.addComment(text, spanFrom(begin));
+            return true;
         }
         text.put(u'-');
         ++at;
@@ -245,13 +251,14 @@ bool PelPlainMarkup<Source>::readComment() {
 
 template <class Source>
 bool PelPlainMarkup<Source>::readCdata() {
+    const Unit* const begin = at;
     at += 9;
     text.clear();
     while (copy<PelPlainCdata>("]]>"sv)) {
         if (!isAt(']'))
             return false;
         if (skip("]]>"sv)) {
-            tree.addCdata(text);
+            tree.addCdata(text, spanFrom(begin));
             return true;
         }
         text.put(u']');
@@ -270,15 +277,18 @@ bool PelPlainMarkup<Source>::readInstruction() {
     if (xercesc::XMLString::compareIStringASCII(target.c_str(), u"xml") == 0)
         return false;
     text.clear();
+    const auto add = [&] { tree.addInstruction(target, text, spanFrom(begin - 2)); };
     if (!skipSpace()) {
-        tree.addInstruction(target, text);
-        return skip("?>"sv);
+        if (!skip("?>"sv))
+            return false;
+        add();
+        return true;
     }
     while (copy<PelPlainInstruction>("?>"sv)) {
         if (!isAt('?'))
             return false;
         if (skip("?>"sv)) {
-            tree.addInstruction(target, text);
+            add();
             return true;
         }
         text.put(u'?');

@@ -19,13 +19,18 @@ public:
     using Unit = typename Source::Unit;
 
     PelPlainMarkup(const Unit* source, const Unit* sourceEnd, PelPlainTree& ownTree)
-        : Cursor(source, sourceEnd, ownTree.getDocument()), tree(ownTree),
+        : Cursor(source, sourceEnd, ownTree.getDocument()), first(source), tree(ownTree),
           names(tree.getDocument(), tree.getBounds()) {}
 
     /// The whole document.
     bool read();
 
 private:
+    // From there to where the reading is, in bytes.
+    PelPlainTree::Span spanFrom(const Unit* begin) const {
+        return {static_cast<std::size_t>(begin - first), static_cast<std::size_t>(at - first)};
+    }
+
     struct Tag {
         const Unit* name;
         std::size_t length;
@@ -65,6 +70,7 @@ private:
         return Cursor::template copy<Run>(terminator);
     }
 
+    const Unit* const first;
     PelPlainTree& tree;
     PelPlainNames names;
     std::vector<Tag> open;

@@ -9,7 +9,9 @@
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
+#include <memory>
 #include <string_view>
+#include <utility>
 
 using xercesc::XMLUni;
 
@@ -17,10 +19,11 @@ namespace {
 
 template <class Source>
 PelXercesNewDocument readAs(const void* bytes, std::size_t size, const XMLCh* systemId,
-                            const XMLCh* encoding, const PelXercesReadLimits::Bounds& bounds) {
+                            const XMLCh* encoding, const PelXercesReadLimits::Bounds& bounds,
+                            std::unique_ptr<PelXercesKeptSource> source) {
     using Unit = typename Source::Unit;
     const auto* const text = static_cast<const Unit*>(bytes);
-    PelPlainTree tree(systemId, encoding, bounds);
+    PelPlainTree tree(systemId, encoding, bounds, std::move(source));
     PelPlainMarkup<Source> markup(text, text + size / sizeof(Unit), tree);
     return markup.read() ? tree.take() : PelXercesNewDocument();
 }
@@ -41,18 +44,19 @@ bool PelPlainScanner::mayBePlain(const void* bytes, std::size_t size) {
 
 PelXercesNewDocument PelPlainScanner::read(const void* bytes, std::size_t size, Encoding encoding,
                                            const XMLCh* systemId,
-                                           const PelXercesReadLimits::Bounds& bounds) {
+                                           const PelXercesReadLimits::Bounds& bounds,
+                                           std::unique_ptr<PelXercesKeptSource> source) {
     try {
         // The process can tell the engine to take other characters for line ends too.
         if (xercesc::XMLPlatformUtils::isNELRecognized() || !PelXercesFields::areKnown() ||
             !bounds.areFarFrom(size))
             return {};
         if (encoding == Encoding::utf8)
-            return readAs<PelPlainUtf8>(bytes, size, systemId, XMLUni::fgUTF8EncodingString,
-                                        bounds);
+            return readAs<PelPlainUtf8>(bytes, size, systemId, XMLUni::fgUTF8EncodingString, bounds,
+                                        std::move(source));
         if (size % sizeof(XMLCh) != 0)
             return {};
-        return readAs<PelPlainUtf16>(bytes, size, systemId, nativeUtf16(), bounds);
+        return readAs<PelPlainUtf16>(bytes, size, systemId, nativeUtf16(), bounds, nullptr);
     } catch (...) { // no memory left, most likely: for the engine to find out
         return {};
     }

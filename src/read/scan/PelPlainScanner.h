@@ -5,6 +5,7 @@
 #include "xerces/tree/PelXercesTree.h"
 
 #include <cstddef>
+#include <memory>
 
 /// Reads plain documents, those of XML 1.0 in UTF-8 (or UTF-16 in memory) that have no document
 /// type, several times as fast as the engine's parser does, into the same tree.
@@ -22,7 +23,9 @@ const XMLCh* nativeUtf16();
 bool mayBePlain(const void* bytes, std::size_t size);
 
 /// None when this is no plain document within these bounds. UTF-16 is aligned as its units are.
+/// In a source, which is that of the bytes, each node gets its place.
 PelXercesNewDocument read(const void* bytes, std::size_t size, Encoding encoding,
-                          const XMLCh* systemId, const PelXercesReadLimits::Bounds& bounds = {});
+                          const XMLCh* systemId, const PelXercesReadLimits::Bounds& bounds = {},
+                          std::unique_ptr<PelXercesKeptSource> source = nullptr);
 
 } // namespace PelPlainScanner

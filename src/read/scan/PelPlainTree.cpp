@@ -30,17 +30,22 @@ const XMLCh* shortOf(PelPlainText& text) {
 } // namespace
 
 PelPlainTree::PelPlainTree(const XMLCh* systemId, const XMLCh* encoding,
-                           const PelXercesReadLimits::Bounds& readBounds)
-    : bounds(readBounds), owner(xercesc::DOMImplementation::getImplementation()->createDocument(
-                              &PelXercesMemory::get())),
+                           const PelXercesReadLimits::Bounds& readBounds,
+                           std::unique_ptr<PelXercesKeptSource> ownSource)
+    : bounds(readBounds), source(std::move(ownSource)),
+      owner(
+          xercesc::DOMImplementation::getImplementation()->createDocument(&PelXercesMemory::get())),
       document(static_cast<DOMDocumentImpl&>(*owner)), nodes(document) {
     document.setErrorChecking(false);
     document.setDocumentURI(systemId);
     document.setInputEncoding(encoding);
+    if (source)
+        source->setNumber(document, 0);
 }
 
-void PelPlainTree::declare(const std::u16string& encoding, bool isStandalone) {
-    document.setXmlStandalone(isStandalone);
+void PelPlainTree::declare(const std::u16string& encoding, const std::u16string& standalone) {
+    document.setXmlStandalone(standalone == u"yes");
+    isNotStandalone = standalone == u"no";
     document.setXmlVersion(xercesc::XMLUni::fgVersion1_0);
     document.setXmlEncoding(encoding.c_str());
     if (!encoding.empty())
@@ -49,20 +54,35 @@ void PelPlainTree::declare(const std::u16string& encoding, bool isStandalone) {
 
 PelXercesNewDocument PelPlainTree::take() {
     document.setErrorChecking(true);
-    return {std::move(owner), std::move(childCounts)};
+    return {std::move(owner), std::move(childCounts), std::move(source), isNotStandalone};
 }
 
-void PelPlainTree::openElement(const Name& name) {
+template <class Node>
+std::uint32_t PelPlainTree::place(Node& node, Span span) {
+    if (!source)
+        return 0;
+    const std::uint32_t number = source->addPlace(span.begin, span.end);
+    if (Fields::hasNumbers()) {
+        xercesc::DOMNodeImpl& inner = Fields::nodeOf(node);
+        Fields::numberOf(inner) = number;
+        Fields::marksOf(inner) = 0;
+    } else {
+        source->setNumber(node, number);
+    }
+    return number;
+}
+
+void PelPlainTree::openElement(const Name& name, std::size_t begin) {
     DOMElementImpl& element = nodes.makeElement(name.pooled);
     if (levels.empty())
         document.appendChild(&element);
     else
         append(element);
-    levels.push_back({&element, nullptr, nullptr, nullptr, 0});
+    levels.push_back({&element, nullptr, nullptr, nullptr, 0, place(element, {begin, begin})});
 }
 
-void PelPlainTree::addAttribute(const Name& name, PelPlainText& value) {
-    nodes.addAttribute(*levels.back().element, name.pooled, makeText(value));
+void PelPlainTree::addAttribute(const Name& name, PelPlainText& value, Span span) {
+    place(nodes.addAttribute(*levels.back().element, name.pooled, makeText(value)), span);
 }
 
 bool PelPlainTree::endTag() {
@@ -86,34 +106,44 @@ bool PelPlainTree::isNearLimits() {
     });
 }
 
-void PelPlainTree::closeElement() {
+void PelPlainTree::closeElement(std::size_t end) {
     const Level& level = levels.back();
     if (level.first != nullptr)
         level.first->previousSibling = level.last;
     childCounts.add(*level.element, level.count);
+    if (source)
+        source->setEnd(level.number, end);
     levels.pop_back();
 }
 
-void PelPlainTree::addText(PelPlainText& text) {
-    append(makeText(text));
+void PelPlainTree::addText(PelPlainText& text, Span span) {
+    xercesc::DOMTextImpl& node = makeText(text);
+    place(node, span);
+    append(node);
 }
 
-void PelPlainTree::addCdata(PelPlainText& text) {
-    append(withText(new (&document, DOMMemoryManager::CDATA_SECTION_OBJECT)
-                        xercesc::DOMCDATASectionImpl(&document, shortOf(text)),
-                    text));
+void PelPlainTree::addCdata(PelPlainText& text, Span span) {
+    auto& node = withText(new (&document, DOMMemoryManager::CDATA_SECTION_OBJECT)
+                              xercesc::DOMCDATASectionImpl(&document, shortOf(text)),
+                          text);
+    place(node, span);
+    append(node);
 }
 
-void PelPlainTree::addComment(PelPlainText& text) {
-    append(withText(new (&document, DOMMemoryManager::COMMENT_OBJECT)
-                        xercesc::DOMCommentImpl(&document, shortOf(text)),
-                    text));
+void PelPlainTree::addComment(PelPlainText& text, Span span) {
+    auto& node = withText(new (&document, DOMMemoryManager::COMMENT_OBJECT)
+                              xercesc::DOMCommentImpl(&document, shortOf(text)),
+                          text);
+    place(node, span);
+    append(node);
 }
 
-void PelPlainTree::addInstruction(const std::u16string& target, PelPlainText& data) {
-    append(withText(static_cast<xercesc::DOMProcessingInstructionImpl*>(
-                        document.createProcessingInstruction(target.c_str(), shortOf(data))),
-                    data));
+void PelPlainTree::addInstruction(const std::u16string& target, PelPlainText& data, Span span) {
+    auto& node = withText(static_cast<xercesc::DOMProcessingInstructionImpl*>(
+                              document.createProcessingInstruction(target.c_str(), shortOf(data))),
+                          data);
+    place(node, span);
+    append(node);
 }
 
 // As the engine's appendChildFast, but for the first child's link to the last, which is set when

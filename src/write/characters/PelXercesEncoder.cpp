@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "write/characters/PelXercesEncoder.h"
 
+#include "core/PelTextConversion.h"
 #include "core/PelCharacters.h"
 #include "write/characters/PelXercesCharacterSet.h"
 
@@ -90,6 +91,20 @@ void PelXercesEncoder::encode(std::u16string_view text) {
         text.remove_prefix(std::min(line + 1, text.size()));
     }
     encodePieces(expanded);
+}
+
+void PelXercesEncoder::encodeSource(std::string_view text) {
+    if (!formatter) {
+        stream.write(text.data(), static_cast<std::streamsize>(text.size()));
+        return;
+    }
+    while (stream && !text.empty()) {
+        std::size_t size = std::min(piece, text.size());
+        while (size < text.size() && (text[size] & 0xC0) == 0x80)
+            --size; // within a character
+        encodePieces(PelTextConversion::fromUtf8(text.substr(0, size)));
+        text.remove_prefix(size);
+    }
 }
 
 void PelXercesEncoder::encodePieces(std::u16string_view text) {

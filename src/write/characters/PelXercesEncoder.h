@@ -44,6 +44,9 @@ public:
     /// Whole surrogate pairs, and what the encoding holds. A stream that has failed gets nothing.
     void encode(std::u16string_view text);
 
+    /// Text in UTF-8 that the encoding holds, with its own line ends.
+    void encodeSource(std::string_view text);
+
 private:
     void encodePieces(std::u16string_view text);
     void encodeAsUtf8(std::u16string_view text);

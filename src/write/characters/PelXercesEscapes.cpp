@@ -11,6 +11,7 @@ using Action = PelXercesEscapes::Action;
 
 constexpr std::u16string_view textEntities = u"&<>\r";
 constexpr std::u16string_view attributeEntities = u"&<\"\n\r\t";
+constexpr std::u16string_view singleQuotedEntities = u"&<'\n\r\t";
 
 constexpr PelXercesEscapes asIs(std::u16string_view entities) {
     PelXercesEscapes escapes{u"the document", Action::reference, false, false, {}};
@@ -56,6 +57,7 @@ constexpr PelXercesEscapes::Set asIsSet(bool isVersion11) {
     constexpr PelXercesEscapes none = asIs(u"");
     return {asIs(textEntities, isVersion11),
             asIs(attributeEntities, isVersion11),
+            asIs(singleQuotedEntities, isVersion11),
             none,
             none,
             none,
@@ -68,6 +70,7 @@ constexpr PelXercesEscapes::Set asIsSet(bool isVersion11) {
 constexpr PelXercesEscapes::Set strictSet(bool isVersion11) {
     return {strict(u"a text", textEntities, Action::reference, isVersion11),
             strict(u"an attribute", attributeEntities, Action::reference, isVersion11),
+            strict(u"an attribute", singleQuotedEntities, Action::reference, isVersion11),
             strictCdata(isVersion11),
             strict(u"a name", u"", Action::refuse, isVersion11),
             strict(u"a comment", u"", Action::refuse, isVersion11),

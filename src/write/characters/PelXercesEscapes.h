@@ -45,7 +45,8 @@ struct PelXercesEscapes {
 /// The tables of a document.
 struct PelXercesEscapes::Set {
     PelXercesEscapes text;
-    PelXercesEscapes attribute;
+    PelXercesEscapes attribute;    ///< between double quotes
+    PelXercesEscapes singleQuoted; ///< the same between single ones
     PelXercesEscapes cdata;
     PelXercesEscapes name;
     PelXercesEscapes comment;

@@ -18,6 +18,11 @@ DOMAttrMapImpl& attributesOf(const DOMElementImpl& element) {
     return *static_cast<DOMAttrMapImpl*>(element.getAttributes());
 }
 
+void noteChange(PelXercesTree& tree, xercesc::DOMNode& node) {
+    if (tree.getSource() != nullptr)
+        tree.getSource()->noteChange(node);
+}
+
 /// Exchanges the default attributes in one of an element's two maps for those of a new element.
 class Exchange {
 public:
@@ -112,16 +117,27 @@ void PelXercesAttributes::add(PelXercesNodePool& nodes, DOMElementImpl& element,
 // never forgets one either: each new value takes another place, until the table fails.
 void PelXercesAttributes::set(const PelXercesNodeRef& element, const XMLCh* name,
                               const XMLCh* value) {
-    PelXercesNodePool& nodes = element.getTree().nodes;
+    PelXercesTree& tree = element.getTree();
     auto& owner = *element.as<DOMElementImpl>();
     auto* const former = static_cast<DOMAttrImpl*>(owner.getAttributeNode(name));
-    if (former != nullptr && PelXercesLinks::textOf(*former) != nullptr) {
-        nodes.setData(*PelXercesLinks::textOf(*former), value);
-        former->setSpecified(true);
+    if (former != nullptr && former->getSpecified() &&
+        xercesc::XMLString::equals(PelXercesLinks::valueOf(*former), value))
         return;
+    if (former != nullptr && PelXercesLinks::textOf(*former) != nullptr) {
+        tree.nodes.setData(*PelXercesLinks::textOf(*former), value);
+        if (former->getSpecified()) {
+            noteChange(tree, *former);
+            return;
+        }
+        former->setSpecified(true);
+        tree.numberAttribute(*former);
+    } else {
+        tree.nodes.requireName(name);
+        DOMAttrImpl& made = tree.nodes.makeAttribute(name, value, true);
+        tree.numberAttribute(made);
+        add(tree.nodes, owner, made);
     }
-    nodes.requireName(name);
-    add(nodes, owner, nodes.makeAttribute(name, value, true));
+    noteChange(tree, owner);
 }
 
 // The engine's removeAttribute loses the attribute when no memory is left for the default.
@@ -130,6 +146,8 @@ void PelXercesAttributes::remove(const PelXercesNodeRef& element, const XMLCh* n
     auto& owner = *element.as<DOMElementImpl>();
     DOMAttrMapImpl& map = attributesOf(owner);
     const int index = map.findNamePoint(name);
+    if (index >= 0)
+        noteChange(element.getTree(), owner);
     if (index < 0) {
         owner.removeAttribute(name);
         return;

@@ -4,6 +4,7 @@
 #include "xerces/edit/PelXercesAttributes.h"
 #include "xerces/edit/PelXercesEditing.h"
 #include "xerces/engine/PelXercesLinks.h"
+#include "xerces/tree/PelXercesAttributeOrder.h"
 #include "xerces/tree/PelXercesRules.h"
 #include "xerces/tree/PelXercesWalk.h"
 
@@ -17,6 +18,7 @@
 #include <xercesc/util/XMLUni.hpp>
 
 #include <string>
+#include <vector>
 
 using xercesc::DOMAttrImpl;
 using xercesc::DOMElementImpl;
@@ -49,7 +51,7 @@ bool isCharacters(const DOMNode& node) {
 class Copier {
 public:
     Copier(const PelXercesNodeRef& owner, const PelXercesNodeRef& source)
-        : nodes(owner.getTree().nodes), document(*owner.getDocument()),
+        : tree(owner.getTree()), nodes(tree.nodes), document(*owner.getDocument()),
           isClone(&owner.getTree() == &source.getTree()),
           isOfOtherVersion(source.getDocument()->getXmlVersion() != document.getXmlVersion()) {}
 
@@ -106,7 +108,7 @@ private:
             return nullptr;
         DOMElementImpl& element = nodes.makeElement(source.getNodeName());
         try {
-            if (copyAttributes(*source.getAttributes(), element))
+            if (copyAttributes(source, element))
                 return &element;
         } catch (...) {
             nodes.takeBack(element);
@@ -116,17 +118,20 @@ private:
         return nullptr;
     }
 
-    bool copyAttributes(const xercesc::DOMNamedNodeMap& attributes, DOMElementImpl& element) {
-        for (XMLSize_t i = 0; i < attributes.getLength(); ++i) {
-            const auto& attribute = static_cast<const DOMAttrImpl&>(*attributes.item(i));
+    // In the order in which the originals were written.
+    bool copyAttributes(const DOMNode& source, DOMElementImpl& element) {
+        PelXercesAttributeOrder::list(source, listed);
+        for (const xercesc::DOMAttr* const original : listed) {
+            const auto& attribute = *original;
             if (!isClone && !attribute.getSpecified())
                 continue; // a default of the other document
             const XMLCh* const value = PelXercesLinks::valueOf(attribute);
             if (!isAllowed(attribute.getName()) || !isAllowedText(value))
                 return false;
-            PelXercesAttributes::add(
-                nodes, element,
-                nodes.makeAttribute(attribute.getName(), value, attribute.getSpecified()));
+            DOMAttrImpl& made =
+                nodes.makeAttribute(attribute.getName(), value, attribute.getSpecified());
+            tree.numberAttribute(made);
+            PelXercesAttributes::add(nodes, element, made);
         }
         return true;
     }
@@ -162,10 +167,12 @@ private:
             parent.appendChild(&child);
     }
 
+    PelXercesTree& tree;
     PelXercesNodePool& nodes;
     xercesc::DOMDocument& document;
     const bool isClone;
     const bool isOfOtherVersion;
+    std::vector<xercesc::DOMAttr*> listed;
 };
 
 } // namespace
@@ -185,7 +192,7 @@ PelString PelXercesContent::valueOf(const PelXercesNodeRef& node) {
 PelDOM::Error PelXercesContent::setValue(const PelXercesNodeRef& node, const PelString& value) {
     if (!isAllowed(node, value.view()))
         return PelDOM::INVALID_VALUE;
-    node.getTree().nodes.setData(*node.getNode(), value.view().data());
+    node.getTree().setData(*node.getNode(), value.view().data());
     return PelDOM::SUCCESS;
 }
 

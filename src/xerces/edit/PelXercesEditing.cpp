@@ -164,7 +164,7 @@ void unlink(PelXercesTree& tree, DOMNode& child) {
         PelXercesLinks::remove(*element, child);
     else
         parent->removeChild(&child);
-    tree.changes.record(change);
+    tree.record(change);
 }
 
 // Puts a node where it may go.
@@ -176,7 +176,7 @@ void link(const PelXercesNodeRef& parent, DOMNode& child, DOMNode* before) {
         PelXercesLinks::insert(*element, child, before);
     else
         parent->insertBefore(&child, before);
-    parent.getTree().changes.record(changeOf(child, Change::INSERTION));
+    parent.getTree().record(changeOf(child, Change::INSERTION));
 }
 
 // The same for a new and empty node, as the last child of an element.
@@ -186,8 +186,7 @@ void linkNew(PelXercesTree& tree, xercesc::DOMElementImpl& parent, Node& child, 
         PelXercesLinks::append(parent, child);
     else
         parent.appendChild(&child);
-    tree.changes.record(
-        {Change::INSERTION, &parent, &child, nullptr, nullptr, name, nullptr, true});
+    tree.record({Change::INSERTION, &parent, &child, nullptr, nullptr, name, nullptr, true});
 }
 
 } // namespace
@@ -206,14 +205,14 @@ void PelXercesEditing::append(const PelXercesNodeRef& parent, const PelXercesNod
     if (child.getParentNode() != nullptr)
         removal = changeOf(child, Change::REMOVAL);
     parent->appendChild(&child);
-    PelXercesChangeLog& changes = parent.getTree().changes;
+    PelXercesTree& tree = parent.getTree();
     if (removal.parent != nullptr) {
         // The engine allows it. A removal is recorded while the node has no parent.
         parent->removeChild(&child);
-        changes.record(removal);
+        tree.record(removal);
         parent->appendChild(&child);
     }
-    changes.record(changeOf(child, Change::INSERTION));
+    tree.record(changeOf(child, Change::INSERTION));
 }
 
 void PelXercesEditing::appendTextElement(const PelXercesNodeRef& parent, const XMLCh* name,
@@ -296,5 +295,5 @@ void PelXercesEditing::rename(const PelXercesNodeRef& element, const XMLCh* name
     change.node = &renamed;
     change.name = renamed.getTagName();
     change.formerName = former;
-    element.getTree().changes.record(change);
+    element.getTree().record(change);
 }

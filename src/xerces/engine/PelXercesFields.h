@@ -170,6 +170,12 @@ public:
     static std::uint16_t& marksOf(xercesc::DOMNodeImpl& node) {
         return reinterpret_cast<std::uint16_t&>(reinterpret_cast<char*>(&node)[marksPlace]);
     }
+    static void clearNumber(xercesc::DOMNodeImpl& node) {
+        if (!hasNumbers())
+            return;
+        marksOf(node) = 0;
+        numberOf(node) = 0;
+    }
     static std::uint32_t& numberOf(xercesc::DOMNodeImpl& node) {
         return reinterpret_cast<std::uint32_t&>(reinterpret_cast<char*>(&node)[numberPlace]);
     }

@@ -200,6 +200,8 @@ DOMAttrImpl& PelXercesPrototypes::addAttribute(DOMElementImpl& element, const XM
     node.isOwned(true);
     PelXercesLinks::append(attribute, value);
     added.push_back(&attribute);
+    if (Fields::hasNumbers()) // which say in which order attributes were written
+        Fields::numberOf(node) = static_cast<std::uint32_t>(added.size());
     return attribute;
 }
 

@@ -74,13 +74,20 @@ PelDOMNode PelXercesDOMDocument::createProcessingInstruction(const PelString& ta
     return PelDOMNode(create(*this, &PelXercesNodePool::makeInstruction, target, data));
 }
 
+PelString PelXercesDOMDocument::getInputEncoding() {
+    const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
+    const XMLCh* const encoding =
+        node != nullptr ? node->getDocument()->getInputEncoding() : nullptr;
+    return encoding != nullptr ? PelString(encoding) : PelString();
+}
+
 PelDOM::Error PelXercesDOMText::setValue(const PelString& value) {
     if (PelDOM::checkString(value, 0) != PelDOM::SUCCESS)
         return PelDOM::INVALID_VALUE;
     const PelXercesNodeRef* const node = PelXercesDOMNode::of(*this);
     if (node == nullptr)
         return PelDOM::INTERNAL_ERROR;
-    node->getTree().nodes.setData(*node->getNode(), value.view().data());
+    node->getTree().setData(*node->getNode(), value.view().data());
     return PelDOM::SUCCESS;
 }
 

@@ -13,6 +13,7 @@ public:
     PelDOMNode createComment(const PelString& data) override;
     PelDOMNode createCDATASection(const PelString& data) override;
     PelDOMNode createProcessingInstruction(const PelString& target, const PelString& data) override;
+    PelString getInputEncoding() override;
 };
 
 /// The content of a text, over the engine.

@@ -8,6 +8,7 @@
 #include "xerces/handles/PelXercesCursor.h"
 #include "xerces/handles/PelXercesDOMNode.h"
 #include "xerces/handles/PelXercesDOMNodeList.h"
+#include "xerces/tree/PelXercesAttributeOrder.h"
 #include "xerces/tree/PelXercesRules.h"
 #include "xerces/tree/PelXercesWalk.h"
 
@@ -167,12 +168,12 @@ std::vector<PelDOMAttribute> PelXercesDOMElement::getAttributes() {
     const DOMElement* const element = elementOf(*this);
     if (element == nullptr)
         return attributes;
-    const xercesc::DOMNamedNodeMap& map = *element->getAttributes();
-    attributes.resize(map.getLength());
+    std::vector<xercesc::DOMAttr*> inOrder;
+    PelXercesAttributeOrder::list(*element, inOrder);
+    attributes.resize(inOrder.size());
     for (std::size_t i = 0; i < attributes.size(); ++i) {
-        const xercesc::DOMNode& attribute = *map.item(i);
-        attributes[i].name = attribute.getNodeName();
-        attributes[i].value = PelXercesLinks::valueOf(attribute);
+        attributes[i].name = inOrder[i]->getName();
+        attributes[i].value = PelXercesLinks::valueOf(*inOrder[i]);
     }
     return attributes;
 }

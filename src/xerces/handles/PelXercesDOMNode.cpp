@@ -183,6 +183,14 @@ PelDOMNodeImp* PelXercesDOMNode::copyNode(bool deep) const {
     return node ? makeUntraced(PelXercesContent::copy(node, node, deep)) : nullptr;
 }
 
+PelDOMNodeImp::Position PelXercesDOMNode::getPosition() const {
+    const PelXercesKeptSource* const source = node ? node.getTree().getSource() : nullptr;
+    if (source == nullptr || source->placeOf(*node.getNode()) == nullptr)
+        return {};
+    const auto [line, column] = source->positionOf(*node.getNode());
+    return {line, column};
+}
+
 PelXercesNodeRef PelXercesDOMNode::of(const PelDOMNode& handle) {
     const PelDOMNodeImp* const imp = handle.getNodeImp();
     return imp != nullptr ? of(*imp) : PelXercesNodeRef();

@@ -49,6 +49,7 @@ public:
     PelDOM::Error replaceChild(const PelDOMNode& child, const PelDOMNode& old) override;
     PelDOM::Error removeChild(const PelDOMNode& child) override;
     PelDOMNodeImp* copyNode(bool deep) const override;
+    Position getPosition() const override;
 
     const PelXercesNodeRef& getDOMNode() const noexcept { return node; }
 

@@ -23,6 +23,14 @@ namespace {
 
 constexpr std::size_t unitsOfANode = 128; // of data, that take the memory of a node
 
+// A node that the engine has made has anything for a number.
+template <class Node>
+Node& withoutNumber(Node& node) {
+    if (Fields::areKnown())
+        Fields::clearNumber(Fields::nodeOf(node));
+    return node;
+}
+
 } // namespace
 
 PelXercesNodePool::PelXercesNodePool(xercesc::DOMDocument& ownDocument)
@@ -34,7 +42,7 @@ DOMElementImpl& PelXercesNodePool::makeElement(const XMLCh* name) {
     ++made;
     expectName();
     if (elements == nullptr)
-        return *static_cast<DOMElementImpl*>(document.createElementNoCheck(name));
+        return withoutNumber(*static_cast<DOMElementImpl*>(document.createElementNoCheck(name)));
     const XMLCh* const ownName = document.getPooledString(name);
     auto& element = *static_cast<DOMElementImpl*>(elements);
     elements = std::exchange(Fields::linksOf(element).nextSibling, nullptr);
@@ -98,8 +106,8 @@ DOMAttrImpl& PelXercesNodePool::makeBareAttribute(const XMLCh* name) {
     ++made;
     expectName();
     if (attributes == nullptr)
-        return *new (&document, xercesc::DOMMemoryManager::ATTR_OBJECT)
-            DOMAttrImpl(&document, name);
+        return withoutNumber(*new (&document, xercesc::DOMMemoryManager::ATTR_OBJECT)
+                                 DOMAttrImpl(&document, name));
     const XMLCh* const ownName = document.getPooledString(name);
     DOMAttrImpl& attribute = *attributes;
     DOMNode*& owner = Fields::ownerOf(Fields::nodeOf(attribute));
@@ -145,7 +153,7 @@ DOMNode& PelXercesNodePool::makeCharacters(Kind kind, const XMLCh* data, Make ma
     const XMLSize_t length = XMLString::stringLen(data);
     made += 1 + length / unitsOfANode;
     if (characters[kind] == nullptr)
-        return *make();
+        return withoutNumber(static_cast<DOMNode&>(*make()));
     DOMBuffer& buffer = buffers.make(document, data, length);
     DOMNode& node = *characters[kind];
     characters[kind] = std::exchange(Fields::linksOf(node).nextSibling, nullptr);
@@ -267,6 +275,7 @@ void PelXercesNodePool::takeCharacters(Kind kind, DOMNode& node) noexcept {
 
 void PelXercesNodePool::clear(xercesc::DOMNodeImpl& node) noexcept {
     Fields::ownerOf(node) = &document;
+    Fields::clearNumber(node);
     node.isOwned(false);
     node.isFirstChild(false);
     node.ignorableWhitespace(false);

@@ -27,6 +27,9 @@ public:
     /// Adds a node without a parent. There must be room for it.
     void add(xercesc::DOMNode& node) noexcept;
 
+    /// All of them; some may have a parent again.
+    const std::vector<xercesc::DOMNode*>& getNodes() const { return nodes; }
+
 private:
     void collect() noexcept;
     void dropAttached() noexcept;

@@ -2,13 +2,72 @@
 #include "xerces/tree/PelXercesTree.h"
 
 #include "xerces/engine/PelXercesLinks.h"
+#include "xerces/tree/PelXercesAttributeOrder.h"
 #include "xerces/tree/PelXercesDeclaration.h"
+#include "xerces/tree/PelXercesWalk.h"
+
+#include <xercesc/util/XMLString.hpp>
+
+#include <algorithm>
+#include <vector>
 
 PelXercesNodeRef PelXercesTree::share(const PelXercesEngine::Share& engine,
                                       PelXercesNewDocument document) {
     auto* const tree = new PelXercesTree(engine, std::move(document));
     // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the references own it
     return {*tree, tree->getDocument()};
+}
+
+void PelXercesTree::record(const PelXercesChangeLog::Change& change) {
+    changes.record(change);
+    if (!source)
+        return;
+    if (change.kind == PelXercesChangeLog::Change::RENAMING)
+        source->noteChange(*change.node);
+    else
+        source->noteChildren(*change.parent);
+}
+
+void PelXercesTree::setData(xercesc::DOMNode& node, const XMLCh* data) {
+    if (xercesc::XMLString::equals(node.getNodeValue(), data))
+        return;
+    nodes.setData(node, data);
+    if (source)
+        source->noteChange(node);
+}
+
+// The attributes of one tag, and what the source has, are numbered from 1.
+std::uint32_t PelXercesTree::mostRead() const noexcept {
+    constexpr std::size_t mostInTag = std::size_t{1} << 24;
+    return static_cast<std::uint32_t>(std::max(mostInTag, source ? source->getPlaces().size() : 0));
+}
+
+void PelXercesTree::numberAttribute(xercesc::DOMAttr& attribute) {
+    if (lastNumber == UINT32_MAX)
+        renumber();
+    PelXercesAttributeOrder::setNumber(attribute, ++lastNumber);
+}
+
+// When the numbers have run out, those that were given since the read are given anew, in their
+// order.
+void PelXercesTree::renumber() {
+    std::vector<xercesc::DOMAttr*> attributes;
+    std::uint32_t last = mostRead();
+    const auto renumberWithin = [&](xercesc::DOMNode& top) {
+        for (xercesc::DOMNode* node = &top; node != nullptr;
+             node = PelXercesWalk::nextInTree(top, node)) {
+            if (node->getNodeType() != xercesc::DOMNode::ELEMENT_NODE)
+                continue;
+            PelXercesAttributeOrder::list(*node, attributes);
+            for (xercesc::DOMAttr* const attribute : attributes)
+                if (PelXercesAttributeOrder::numberOf(*attribute) > mostRead())
+                    PelXercesAttributeOrder::setNumber(*attribute, ++last);
+        }
+    };
+    renumberWithin(*document);
+    for (xercesc::DOMNode* const orphan : orphans.getNodes())
+        renumberWithin(*orphan);
+    lastNumber = last;
 }
 
 PelDOM::NodeType PelXercesNodeRef::typeOf(const xercesc::DOMNode* engineNode) {

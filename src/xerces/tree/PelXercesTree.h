@@ -4,6 +4,7 @@
 #include "xerces/engine/PelXercesEngine.h"
 #include "xerces/engine/PelXercesMemory.h"
 #include "xerces/tree/PelXercesChangeLog.h"
+#include "xerces/tree/PelXercesKeptSource.h"
 #include "xerces/tree/PelXercesNodePool.h"
 #include "xerces/tree/PelXercesOrphans.h"
 
@@ -13,6 +14,8 @@
 #include <xercesc/dom/DOMNode.hpp>
 
 #include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <unordered_map>
 #include <utility>
 
@@ -42,6 +45,8 @@ private:
 struct PelXercesNewDocument {
     PelXercesDocumentPtr document{};
     PelXercesChildCounts childCounts{};
+    std::unique_ptr<PelXercesKeptSource> source{}; // null: not kept
+    bool isNotStandalone = false;                  // says its declaration
 };
 
 /// An engine document, shared by all references to its nodes: the last one releases it. Keeps the
@@ -58,10 +63,26 @@ public:
 
     xercesc::DOMDocument* getDocument() const noexcept { return document.get(); }
 
+    /// What the document was read from; null where that is not kept.
+    PelXercesKeptSource* getSource() const noexcept { return source.get(); }
+
+    /// Whether the declaration that was read says standalone="no".
+    bool saysNotStandalone() const noexcept { return isNotStandalone; }
+
     /// How many children a node has; 0 if they have to be counted.
     std::size_t knownChildCount(const xercesc::DOMNode& parent) const {
         return changes.hasAny() ? 0 : childCounts.of(parent);
     }
+
+    /// Tells lists, loops and the kept source of a change of structure or of a name.
+    void record(const PelXercesChangeLog::Change& change);
+
+    /// Changes the data of a text, CDATA section, comment or instruction; the same data are no
+    /// change.
+    void setData(xercesc::DOMNode& node, const XMLCh* data);
+
+    /// A new attribute, or one that only a declaration gave, becomes the last that was written.
+    void numberAttribute(xercesc::DOMAttr& attribute);
 
     PelXercesChangeLog changes;
 
@@ -71,11 +92,19 @@ private:
 
     PelXercesTree(const PelXercesEngine::Share& engine, PelXercesNewDocument&& own)
         : engineShare(engine), document(std::move(own.document)),
-          childCounts(std::move(own.childCounts)), nodes(*document), orphans(*this) {}
+          childCounts(std::move(own.childCounts)), source(std::move(own.source)),
+          isNotStandalone(own.isNotStandalone), lastNumber(mostRead()), nodes(*document),
+          orphans(*this) {}
+
+    std::uint32_t mostRead() const noexcept;
+    void renumber();
 
     const PelXercesEngine::Share engineShare; // outlives the document
     const PelXercesDocumentPtr document;
     const PelXercesChildCounts childCounts;
+    const std::unique_ptr<PelXercesKeptSource> source;
+    const bool isNotStandalone;
+    std::uint32_t lastNumber;           // of an attribute
     PelXercesNodeRef* newest = nullptr; // plain: a tree is used by one thread at a time
 
 public:

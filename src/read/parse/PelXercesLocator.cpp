@@ -1,0 +1,181 @@
+// SPDX-License-Identifier: MIT
+#include "read/parse/PelXercesLocator.h"
+
+#include "core/PelTextConversion.h"
+#include "xerces/tree/PelSourceMarkup.h"
+#include "xerces/tree/PelXercesAttributeOrder.h"
+#include "xerces/tree/PelXercesWalk.h"
+
+#include <xercesc/dom/DOMAttr.hpp>
+#include <xercesc/dom/DOMNamedNodeMap.hpp>
+
+#include <algorithm>
+#include <utility>
+
+using namespace PelSourceMarkup;
+using xercesc::DOMNode;
+
+/// A piece of a text between markup whose nodes cannot be told apart in it: references, and the
+/// text that is one with what they bring.
+struct PelXercesLocator::Group {
+    std::size_t begin;
+    std::size_t end;
+    const DOMNode* lastMarkup = nullptr;
+    bool endsWithText = false;
+};
+
+PelXercesLocator::PelXercesLocator(PelXercesKeptSource& ownSource, xercesc::DOMDocument& document,
+                                   const std::vector<PelXercesBroughtNodes>& references)
+    : source(ownSource), text(ownSource.getText()), parent(&document),
+      next(document.getFirstChild()), brought(references) {
+}
+
+bool PelXercesLocator::locate() {
+    source.setNumber(*parent, 0);
+    at = behindDeclaration(text);
+    while (at < text.size())
+        if (!(text[at] == '<' ? locateMarkup() : locateText()))
+            return false;
+    return next == nullptr && parent->getNodeType() == DOMNode::DOCUMENT_NODE &&
+           used == brought.size();
+}
+
+bool PelXercesLocator::locateMarkup() {
+    switch (text[at + 1]) {
+    case '/':
+        at = text.find('>', at) + 1;
+        return closeElement();
+    case '?':
+        return take(DOMNode::PROCESSING_INSTRUCTION_NODE, behindInstruction(text, at));
+    case '!':
+        if (text[at + 2] == '-')
+            return take(DOMNode::COMMENT_NODE, behindComment(text, at));
+        if (text[at + 2] == '[')
+            return take(DOMNode::CDATA_SECTION_NODE, behindSection(text, at));
+        return take(DOMNode::DOCUMENT_TYPE_NODE, behindDocumentType(text, at));
+    default:
+        return locateStartTag();
+    }
+}
+
+// The next node, which is of that type and ends there.
+bool PelXercesLocator::take(DOMNode::NodeType type, std::size_t behind) {
+    if (next == nullptr || next->getNodeType() != type)
+        return false;
+    source.setNumber(*next, source.addPlace(at, behind));
+    next = next->getNextSibling();
+    at = behind;
+    return true;
+}
+
+bool PelXercesLocator::locateStartTag() {
+    const std::size_t nameEnd = behindName(text, at);
+    if (next == nullptr || next->getNodeType() != DOMNode::ELEMENT_NODE ||
+        !PelTextConversion::isSame(next->getNodeName(), text.substr(at + 1, nameEnd - at - 1)))
+        return false;
+    source.setNumber(*next, source.addPlace(at, at));
+    locateAttributes(*next, nameEnd);
+    at = behindStartTag(text, nameEnd);
+    parent = next;
+    next = parent->getFirstChild();
+    return text[at - 2] != '/' || closeElement();
+}
+
+// Those that only a declaration gave are not in the text.
+void PelXercesLocator::locateAttributes(DOMNode& element, std::size_t nameEnd) {
+    xercesc::DOMNamedNodeMap& map = *element.getAttributes();
+    for (XMLSize_t i = 0; i < map.getLength(); ++i)
+        source.setNumber(*map.item(i), 0);
+    Attribute attribute{};
+    for (std::size_t from = nameEnd; findAttribute(text, from, attribute); from = attribute.end) {
+        const std::string_view name =
+            text.substr(attribute.begin, attribute.nameEnd - attribute.begin);
+        if (DOMNode* const node = map.getNamedItem(PelTextConversion::fromUtf8(name).c_str()))
+            source.setNumber(*node, source.addPlace(attribute.begin, attribute.end));
+    }
+}
+
+// Behind its end tag, or behind the tag of an empty one.
+bool PelXercesLocator::closeElement() {
+    if (next != nullptr || parent->getNodeType() != DOMNode::ELEMENT_NODE)
+        return false;
+    source.setEnd(source.numberOf(*parent), at);
+    next = parent->getNextSibling();
+    parent = parent->getParentNode();
+    return true;
+}
+
+// Up to the next markup. White space that the tree does not hold is passed over.
+bool PelXercesLocator::locateText() {
+    const std::size_t end = std::min(text.find('<', at), text.size());
+    if (parent->getNodeType() == DOMNode::DOCUMENT_NODE) {
+        at = end;
+        return true;
+    }
+    const std::size_t reference = findReference(text, at, end);
+    if (reference != end)
+        return locateReferences(reference, end);
+    if (next != nullptr && next->getNodeType() == DOMNode::TEXT_NODE)
+        return take(DOMNode::TEXT_NODE, end);
+    const bool isIgnored = isWhiteSpace(text.substr(at, end - at));
+    at = end;
+    return isIgnored;
+}
+
+bool PelXercesLocator::locateReferences(std::size_t reference, std::size_t end) {
+    Group group{at, at};
+    while (at != end) {
+        PelXercesBroughtNodes piece{nullptr, true, true}; // characters
+        const std::size_t begin = at;
+        if (at == reference) {
+            if (used == brought.size())
+                return false;
+            piece = brought[used++];
+            at = text.find(';', at) + 1;
+            reference = findReference(text, at, end);
+        } else {
+            at = reference;
+        }
+        if (!(group.endsWithText && piece.beginsWithText)) {
+            if (!locateGroup(group))
+                return false;
+            group = {begin, begin};
+        }
+        group.end = at;
+        group.endsWithText = piece.endsWithText;
+        if (piece.lastMarkup != nullptr)
+            group.lastMarkup = piece.lastMarkup;
+    }
+    return locateGroup(group);
+}
+
+bool PelXercesLocator::locateGroup(const Group& group) {
+    const auto takeNext = [&] {
+        locateWithin(*next, group.begin, group.end);
+        return std::exchange(next, next->getNextSibling());
+    };
+    if (group.lastMarkup != nullptr)
+        do
+            if (next == nullptr)
+                return false;
+        while (takeNext() != group.lastMarkup);
+    if (group.endsWithText && next != nullptr && next->getNodeType() == DOMNode::TEXT_NODE)
+        takeNext();
+    return true;
+}
+
+// All that came from references has their place. Attributes keep their order.
+void PelXercesLocator::locateWithin(DOMNode& top, std::size_t begin, std::size_t end) {
+    std::vector<xercesc::DOMAttr*> attributes;
+    for (DOMNode* node = &top; node != nullptr; node = PelXercesWalk::nextInTree(top, node)) {
+        source.setNumber(*node, source.addPlace(begin, end));
+        if (node->getNodeType() != DOMNode::ELEMENT_NODE)
+            continue;
+        PelXercesAttributeOrder::list(*node, attributes);
+        for (xercesc::DOMAttr* const attribute : attributes)
+            if (attribute->getSpecified())
+                source.setNumber(*attribute, source.addPlace(begin, end));
+            else
+                source.setNumber(*attribute, 0);
+    }
+}

@@ -1,0 +1,377 @@
+// SPDX-License-Identifier: MIT
+#include "write/PelXercesKeptChildren.h"
+
+#include "xerces/tree/PelSourceMarkup.h"
+#include "xerces/tree/PelXercesWalk.h"
+
+#include <xercesc/dom/DOMAttr.hpp>
+#include <xercesc/dom/DOMNamedNodeMap.hpp>
+
+#include <algorithm>
+#include <utility>
+
+using namespace PelSourceMarkup;
+using xercesc::DOMNode;
+
+namespace {
+
+constexpr std::size_t mostLooked = 10'000; // places, for the style
+
+bool isBefore(const PelXercesKeptSource::Place& place, std::size_t begin) {
+    return place.begin < begin;
+}
+
+bool isSpaceText(const DOMNode& node) {
+    if (node.getNodeType() != DOMNode::TEXT_NODE)
+        return false;
+    return std::u16string_view(node.getNodeValue()).find_first_not_of(u" \t\r\n") ==
+           std::u16string_view::npos;
+}
+
+bool hasLineEnd(std::string_view space) {
+    return space.find_first_of("\r\n") != space.npos;
+}
+
+// Without the last line end and what follows it.
+std::string_view withoutLastLine(std::string_view space) {
+    std::size_t end = space.find_last_of("\r\n");
+    if (end > 0 && space[end] == '\n' && space[end - 1] == '\r')
+        --end;
+    return space.substr(0, end);
+}
+
+// How many numbers a node and all below it have, with their attributes.
+std::size_t countNumbers(const DOMNode& top) {
+    std::size_t count = 0;
+    for (const DOMNode* node = &top; node != nullptr;
+         node = PelXercesWalk::nextInTree(top, const_cast<DOMNode*>(node))) {
+        ++count;
+        const xercesc::DOMNamedNodeMap* const attributes = node->getAttributes();
+        for (XMLSize_t i = 0; attributes != nullptr && i < attributes->getLength(); ++i)
+            if (static_cast<const xercesc::DOMAttr*>(attributes->item(i))->getSpecified())
+                ++count;
+    }
+    return count;
+}
+
+} // namespace
+
+PelXercesSourceStyle::PelXercesSourceStyle(const PelXercesKeptSource& source) {
+    const std::string_view text = source.getText();
+    const std::size_t first = text.find_first_of("\r\n");
+    if (first == text.npos)
+        return;
+    lineEnd = text.compare(first, 2, "\r\n") == 0 ? "\r\n" : std::string(1, text[first]);
+    const PelXercesKeptChildren lines(source, *this);
+    std::vector<std::pair<std::size_t, std::string_view>> open; // ends and indentations
+    const std::vector<PelXercesKeptSource::Place>& places = source.getPlaces();
+    for (std::size_t i = 0; i < std::min(places.size(), mostLooked); ++i) {
+        const auto [begin, end] = places[i];
+        if (text[begin] != '<' || text[begin + 1] == '!' || text[begin + 1] == '?')
+            continue;
+        while (!open.empty() && open.back().first <= begin)
+            open.pop_back();
+        const auto indentation = lines.indentationAt(begin);
+        if (indentation && !open.empty() && indentation->size() > open.back().second.size() &&
+            indentation->substr(0, open.back().second.size()) == open.back().second) {
+            step = indentation->substr(open.back().second.size());
+            return;
+        }
+        open.emplace_back(end, indentation.value_or(std::string_view()));
+    }
+}
+
+std::optional<std::string_view> PelXercesKeptChildren::indentationAt(std::size_t begin) const {
+    std::size_t at = begin;
+    while (at > 0 && (text[at - 1] == ' ' || text[at - 1] == '\t'))
+        --at;
+    if (at > 0 && text[at - 1] != '\n' && text[at - 1] != '\r')
+        return std::nullopt;
+    return text.substr(at, begin - at);
+}
+
+std::vector<PelXercesKeptChildren::Piece> PelXercesKeptChildren::plan(const DOMNode& parent,
+                                                                      bool areLinesContent) {
+    originals.clear();
+    units.clear();
+    steps.clear();
+    pieces.clear();
+    last.reset();
+    afterNew.reset();
+    findOriginals(parent);
+    findUnits(parent);
+    letLongestOrderStay();
+    findSteps();
+    if (areLinesContent)
+        for (const Step& step : steps)
+            addPieces(step, std::nullopt);
+    else
+        arrange();
+    return std::move(pieces);
+}
+
+// The places of an element's attributes follow its own, then come its children, each with all below
+// it.
+void PelXercesKeptChildren::findOriginals(const DOMNode& parent) {
+    const std::vector<PelXercesKeptSource::Place>& places = source.getPlaces();
+    std::size_t index = source.numberOf(parent);
+    isDocument = index == 0;
+    if (isDocument) {
+        contentBegin = behindDeclaration(text);
+        contentEnd = text.size();
+        outer.reset();
+    } else {
+        const PelXercesKeptSource::Place place = places[index - 1];
+        contentBegin = behindStartTag(text, place.begin);
+        contentEnd = text[contentBegin - 2] == '/' ? contentBegin : text.rfind('<', place.end - 1);
+        outer = indentationAt(place.begin);
+        while (index < places.size() && places[index].begin < contentBegin)
+            ++index;
+    }
+    while (index < places.size() && places[index].begin < contentEnd) {
+        const PelXercesKeptSource::Place place = places[index];
+        originals.push_back(
+            {index, place, isWhiteSpace(text.substr(place.begin, place.end - place.begin))});
+        index = static_cast<std::size_t>(
+            std::lower_bound(places.begin() + static_cast<long>(index) + 1, places.end(), place.end,
+                             isBefore) -
+            places.begin());
+    }
+}
+
+bool PelXercesKeptChildren::isGroup(const Original& original) const {
+    const std::size_t next = original.index + 1;
+    return text[original.place.begin] != '<' && next < source.getPlaces().size() &&
+           source.getPlaces()[next].begin == original.place.begin;
+}
+
+std::size_t PelXercesKeptChildren::originalOf(const DOMNode& child) const {
+    const std::size_t number = source.numberOf(child);
+    if (number == 0)
+        return none;
+    const std::size_t begin = source.getPlaces()[number - 1].begin;
+    const auto found =
+        std::lower_bound(originals.begin(), originals.end(), begin,
+                         [](const Original& one, std::size_t at) { return one.place.begin < at; });
+    if (found == originals.end() || found->place.begin != begin ||
+        (found->index != number - 1 && !isGroup(*found)))
+        return none;
+    return static_cast<std::size_t>(found - originals.begin());
+}
+
+void PelXercesKeptChildren::findUnits(const DOMNode& parent) {
+    for (const DOMNode* child = parent.getFirstChild(); child != nullptr;
+         child = child->getNextSibling()) {
+        const std::size_t original = originalOf(*child);
+        if (original != none && !units.empty() && units.back().original == original)
+            units.back().last = child;
+        else
+            units.push_back({child, child, original});
+    }
+}
+
+// Of a group, all nodes have to be there, each with all that it had.
+bool PelXercesKeptChildren::isIntact(const Unit& unit) const {
+    const Original& original = originals[unit.original];
+    std::size_t index = original.index;
+    for (const DOMNode* node = unit.first;; node = node->getNextSibling()) {
+        if (source.isChangedWithin(*node) || source.numberOf(*node) != index + 1)
+            return false;
+        if (!isGroup(original))
+            return true;
+        index += countNumbers(*node);
+        if (node == unit.last)
+            break;
+    }
+    const std::vector<PelXercesKeptSource::Place>& places = source.getPlaces();
+    return index == places.size() || places[index].begin != original.place.begin;
+}
+
+// The longest run of originals in their order; the others have been moved.
+void PelXercesKeptChildren::letLongestOrderStay() {
+    std::vector<std::size_t> ends; // of runs by length, each the one with the least end
+    std::vector<std::size_t> before(units.size(), none);
+    for (std::size_t i = 0; i < units.size(); ++i) {
+        if (units[i].original == none)
+            continue;
+        const auto place = std::lower_bound(
+            ends.begin(), ends.end(), units[i].original,
+            [this](std::size_t unit, std::size_t at) { return units[unit].original < at; });
+        if (place != ends.begin())
+            before[i] = *(place - 1);
+        if (place == ends.end())
+            ends.push_back(i);
+        else
+            *place = i;
+    }
+    for (std::size_t i = ends.empty() ? none : ends.back(); i != none; i = before[i])
+        units[i].stays = true;
+}
+
+void PelXercesKeptChildren::findSteps() {
+    std::size_t unit = 0;
+    std::size_t original = 0;
+    std::size_t at = contentBegin;
+    while (unit < units.size() || original < originals.size()) {
+        std::size_t kept = unit; // the next that stays
+        while (kept < units.size() && !units[kept].stays)
+            ++kept;
+        const std::size_t keptOriginal =
+            kept < units.size() ? units[kept].original : originals.size();
+        // What came takes the place of the first that went.
+        const auto addCome = [&] {
+            for (; unit < kept; ++unit)
+                steps.push_back({Step::CAME, {}, &units[unit], none,
+                                 units[unit].first == units[unit].last &&
+                                     isSpaceText(*units[unit].first)});
+        };
+        for (; original < keptOriginal; ++original) {
+            addGap(at, originals[original].place.begin);
+            at = originals[original].place.end;
+            steps.push_back({Step::WENT, {}, nullptr, original, originals[original].isSpace});
+            if (!originals[original].isSpace)
+                addCome();
+        }
+        addGap(at, kept < units.size() ? originals[keptOriginal].place.begin : contentEnd);
+        addCome();
+        if (kept == units.size())
+            return;
+        addKept(units[kept]);
+        at = originals[keptOriginal].place.end;
+        unit = kept + 1;
+        original = keptOriginal + 1;
+    }
+    addGap(at, contentEnd);
+}
+
+void PelXercesKeptChildren::addGap(std::size_t begin, std::size_t end) {
+    if (begin == end)
+        return;
+    const std::string_view gap = text.substr(begin, end - begin);
+    steps.push_back({Step::GAP, gap, nullptr, none, isWhiteSpace(gap)});
+}
+
+void PelXercesKeptChildren::addKept(const Unit& unit) {
+    const Original& original = originals[unit.original];
+    Step step{Step::KEPT, {}, &unit, unit.original, false};
+    if (isIntact(unit)) {
+        step.text = text.substr(original.place.begin, original.place.end - original.place.begin);
+        step.isSeparator = original.isSpace;
+    }
+    steps.push_back(step);
+}
+
+void PelXercesKeptChildren::arrange() {
+    for (std::size_t i = 0; i < steps.size(); ++i) {
+        const Step& step = steps[i];
+        if (step.kind == Step::WENT) {
+            takeLine(i);
+        } else if (step.kind == Step::CAME && !step.isSeparator) {
+            arrangeNew(i);
+        } else {
+            if (!step.isSeparator && afterNew)
+                addLine(*afterNew);
+            afterNew.reset();
+            addPieces(step, std::nullopt);
+        }
+    }
+    if (last)
+        pieces.push_back(*last);
+}
+
+bool PelXercesKeptChildren::isLineEnd(const Piece& piece) const {
+    if (piece.text.empty() && piece.node != nullptr)
+        return isSpaceText(*piece.node) &&
+               std::u16string_view(piece.node->getNodeValue()).find(u'\n') !=
+                   std::u16string_view::npos;
+    const std::string_view space = piece.text.empty() ? piece.added : piece.text;
+    return isWhiteSpace(space) && hasLineEnd(space);
+}
+
+// A node that stood alone on its line takes that along.
+void PelXercesKeptChildren::takeLine(std::size_t index) {
+    if (steps[index].isSeparator || index + 1 == steps.size() || pieces.empty())
+        return;
+    const Step& next = steps[index + 1];
+    Piece& before = pieces.back();
+    if (next.isSeparator && next.kind != Step::WENT && hasLineEnd(next.text) &&
+        !before.text.empty() && isLineEnd(before))
+        before = {withoutLastLine(before.text)};
+}
+
+// Where siblings stand on lines of their own, so does what came.
+void PelXercesKeptChildren::arrangeNew(std::size_t index) {
+    const std::optional<std::string> indentation =
+        bringsItsLine(index) ? std::nullopt : indentationFor(index);
+    if (!indentation) {
+        addPieces(steps[index], std::nullopt);
+        return;
+    }
+    const bool isAtLineStart = !pieces.empty() && isLineEnd(pieces.back());
+    const bool isBehindLast = isAtLineStart && isAtEnd(index) && !pieces.back().text.empty();
+    if (isBehindLast) {
+        last = pieces.back();
+        pieces.pop_back();
+    }
+    if (!isAtLineStart || isBehindLast) {
+        if (!(isDocument && pieces.empty()))
+            addLine(*indentation);
+    }
+    addPieces(steps[index], indentation);
+    afterNew = indentation;
+    if (index + 1 == steps.size() && !last && !isDocument && outer)
+        last = Piece{{}, nullptr, std::nullopt, style.lineEnd + *outer};
+}
+
+// Whether the program has put a line end beside it.
+bool PelXercesKeptChildren::bringsItsLine(std::size_t index) const {
+    const auto isOwnLineEnd = [this](std::size_t i) {
+        return i < steps.size() && steps[i].kind == Step::CAME && steps[i].isSeparator &&
+               isLineEnd({{}, steps[i].unit->first});
+    };
+    return isOwnLineEnd(index + 1) || (index > 0 && isOwnLineEnd(index - 1));
+}
+
+bool PelXercesKeptChildren::isAtEnd(std::size_t index) const {
+    return std::all_of(steps.begin() + static_cast<long>(index), steps.end(), [](const Step& step) {
+        return step.kind == Step::WENT || step.kind == Step::CAME;
+    });
+}
+
+// That of the sibling behind, else in front; else one step more than the parent.
+std::optional<std::string> PelXercesKeptChildren::indentationFor(std::size_t index) const {
+    if (style.lineEnd.empty())
+        return std::nullopt;
+    std::size_t nearest = none;
+    for (std::size_t i = 0; i < steps.size() && (nearest == none || nearest < index); ++i)
+        if (steps[i].original != none && !originals[steps[i].original].isSpace)
+            nearest = i;
+    if (nearest != none) {
+        const auto indentation = indentationAt(originals[steps[nearest].original].place.begin);
+        return indentation ? std::optional<std::string>(*indentation) : std::nullopt;
+    }
+    if (isDocument)
+        return std::string();
+    return outer ? std::optional<std::string>(*outer + style.step) : std::nullopt;
+}
+
+void PelXercesKeptChildren::addLine(const std::string& indentation) {
+    pieces.push_back({{}, nullptr, std::nullopt, style.lineEnd + indentation});
+}
+
+void PelXercesKeptChildren::addPieces(const Step& step,
+                                      const std::optional<std::string>& indentation) {
+    if (step.kind == Step::WENT)
+        return;
+    if (!step.text.empty()) {
+        const bool isText = step.unit != nullptr && step.unit->first == step.unit->last &&
+                            step.unit->first->getNodeType() == DOMNode::TEXT_NODE;
+        pieces.push_back({step.text, isText ? step.unit->first : nullptr});
+        return;
+    }
+    for (const DOMNode* node = step.unit->first;; node = node->getNextSibling()) {
+        pieces.push_back({{}, node, indentation});
+        if (node == step.unit->last)
+            return;
+    }
+}

@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "xerces/tree/PelXercesKeptSource.h"
+
+#include <xercesc/dom/DOMNode.hpp>
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// How the text of a source is laid out: its line ends, and by how much each level is indented.
+struct PelXercesSourceStyle {
+    explicit PelXercesSourceStyle(const PelXercesKeptSource& source);
+
+    std::string lineEnd;
+    std::string step;
+};
+
+/// What is written between the tags of an element that has changed, or of a document: pieces of the
+/// source, nodes, and white space that puts new nodes on lines of their own.
+class PelXercesKeptChildren {
+public:
+    struct Piece {
+        std::string_view text;                    ///< As it is; else a node.
+        const xercesc::DOMNode* node = nullptr;   ///< Changed, moved or new; of `text`, if it is one.
+        std::optional<std::string> indentation{}; ///< Of a node on a line of its own.
+        std::string added{};                      ///< White space, if there is no text and no node.
+    };
+
+    PelXercesKeptChildren(const PelXercesKeptSource& ownSource, const PelXercesSourceStyle& ownStyle)
+        : source(ownSource), style(ownStyle), text(ownSource.getText()) {}
+
+    /// `parent` is in the source, or the document. No lines are added or taken where they would be
+    /// content.
+    std::vector<Piece> plan(const xercesc::DOMNode& parent, bool areLinesContent);
+
+    /// The white space in front of something on a line of its own in the source; none where
+    /// something else precedes it.
+    std::optional<std::string_view> indentationAt(std::size_t begin) const;
+
+private:
+    /// A child that the source has; all that one group of references brought is one.
+    struct Original {
+        std::size_t index; ///< Of its first place.
+        PelXercesKeptSource::Place place;
+        bool isSpace;
+    };
+
+    /// Children that come from one original, or a single other one.
+    struct Unit {
+        const xercesc::DOMNode* first;
+        const xercesc::DOMNode* last;
+        std::size_t original; ///< Or `none`.
+        bool stays = false;
+    };
+
+    struct Step {
+        enum Kind { GAP, KEPT, CAME, WENT } kind;
+        std::string_view text{};      ///< Of a gap, and of what is as it was.
+        const Unit* unit = nullptr;   ///< Kept or come.
+        std::size_t original = none;  ///< Kept or gone.
+        bool isSeparator = false;     ///< White space between nodes.
+    };
+
+    static constexpr std::size_t none = static_cast<std::size_t>(-1);
+
+    void findOriginals(const xercesc::DOMNode& parent);
+    void findUnits(const xercesc::DOMNode& parent);
+    std::size_t originalOf(const xercesc::DOMNode& child) const;
+    bool isGroup(const Original& original) const;
+    bool isIntact(const Unit& unit) const;
+    void letLongestOrderStay();
+    void findSteps();
+    void addGap(std::size_t begin, std::size_t end);
+    void addKept(const Unit& unit);
+    void arrange();
+    void arrangeNew(std::size_t index);
+    void takeLine(std::size_t index);
+    std::optional<std::string> indentationFor(std::size_t index) const;
+    bool bringsItsLine(std::size_t index) const;
+    bool isAtEnd(std::size_t index) const;
+    bool isLineEnd(const Piece& piece) const;
+    void addPieces(const Step& step, const std::optional<std::string>& indentation);
+    void addLine(const std::string& indentation);
+
+    const PelXercesKeptSource& source;
+    const PelXercesSourceStyle& style;
+    const std::string_view text;
+
+    std::size_t contentBegin = 0;
+    std::size_t contentEnd = 0;
+    std::optional<std::string> outer; // indentation of the parent
+    bool isDocument = false;
+    std::vector<Original> originals;
+    std::vector<Unit> units;
+    std::vector<Step> steps;
+    std::vector<Piece> pieces;
+    std::optional<Piece> last;             // white space in front of the end tag
+    std::optional<std::string> afterNew{}; // what came last stands at the beginning of a line
+};

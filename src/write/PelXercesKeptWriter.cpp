@@ -1,0 +1,248 @@
+// SPDX-License-Identifier: MIT
+#include "write/PelXercesKeptWriter.h"
+
+#include "core/PelTextConversion.h"
+#include "write/PelXercesIndent.h"
+#include "xerces/tree/PelSourceMarkup.h"
+
+#include <utility>
+
+using namespace PelSourceMarkup;
+using xercesc::DOMNode;
+
+namespace {
+
+// Lines of markup alone, each with that indentation, get another one; none for other text. What
+// stands between tags there is white space.
+std::optional<std::string> indentedAnew(std::string_view text, std::string_view former,
+                                        std::string_view indentation) {
+    std::string moved;
+    for (std::size_t at = 0;;) {
+        const std::size_t line = text.find('\n', at);
+        moved.append(text.substr(at, line == text.npos ? line : line + 1 - at));
+        if (line == text.npos)
+            return moved;
+        const std::size_t last = text.find_last_not_of(" \t\r\n", line);
+        const std::size_t first = text.find_first_not_of(" \t\r\n", line);
+        if (text[last] != '>' || text[first] != '<' ||
+            text.compare(line + 1, former.size(), former) != 0)
+            return std::nullopt;
+        moved.append(indentation);
+        at = line + 1 + former.size();
+    }
+}
+
+} // namespace
+
+void PelXercesKeptWriter::writeNode(const DOMNode& top, bool hasDeclaration) {
+    if (top.getNodeType() == DOMNode::DOCUMENT_NODE) {
+        serializer.checkDocument(top);
+        std::size_t at = behindDeclaration(text);
+        if (hasDeclaration)
+            copy(0, at);
+        if (!source.hasChanges()) {
+            copy(at, text.size());
+            flushCopied();
+            return;
+        }
+    }
+    const DOMNode* node = &top;
+    try {
+        begin(top, std::nullopt);
+        while (!open.empty()) {
+            OpenNode& last = open.back();
+            node = last.node;
+            if (last.next < last.pieces.size()) {
+                const Piece piece = std::move(last.pieces[last.next++]);
+                writePiece(piece);
+            } else {
+                const OpenNode closed = std::move(last);
+                open.pop_back();
+                end(closed);
+            }
+        }
+        flushCopied();
+    } catch (PelXercesWriteError& error) {
+        PelXercesSerializer::addElement(error, node);
+        throw;
+    }
+}
+
+// Two texts that something stood between may be markup together, as in `]]` and `>`.
+void PelXercesKeptWriter::writePiece(const Piece& piece) {
+    const auto begins = static_cast<std::size_t>(piece.text.data() - text.data());
+    if (!piece.text.empty() && !(endsWithText && piece.node != nullptr && begins != copiedEnd)) {
+        copy(begins, begins + piece.text.size());
+        endsWithText = piece.node != nullptr;
+    } else if (piece.node != nullptr) {
+        begin(*piece.node, piece.indentation);
+    } else if (!piece.added.empty()) {
+        flushCopied();
+        out.addSource(piece.added);
+        endsWithText = false;
+    }
+}
+
+void PelXercesKeptWriter::begin(const DOMNode& node,
+                                const std::optional<std::string>& indentation) {
+    const DOMNode::NodeType type = node.getNodeType();
+    const bool isOld = source.standsAlone(node);
+    if (type == DOMNode::DOCUMENT_NODE) {
+        open.push_back({&node, children.plan(node, false), 0, false});
+    } else if (isOld && !source.isChangedWithin(node) && !endsWithText) {
+        writeMoved(node, indentation);
+    } else if (type != DOMNode::ELEMENT_NODE) {
+        written().leaf(node, type);
+    } else if (isOld) {
+        beginElement(node);
+    } else {
+        beginNewElement(node, indentation);
+    }
+    endsWithText = type == DOMNode::TEXT_NODE;
+}
+
+void PelXercesKeptWriter::beginElement(const DOMNode& element) {
+    OpenNode opened{&element, children.plan(element, areLinesContent(element)), 0, false};
+    writeStartTag(element, !opened.pieces.empty());
+    open.push_back(std::move(opened));
+}
+
+// The source's attributes in their order, then the new ones, then what stands in front of the end.
+void PelXercesKeptWriter::writeStartTag(const DOMNode& element, bool hasContent) {
+    const std::size_t begin = source.placeOf(element)->begin;
+    std::size_t at = behindName(text, begin);
+    if (PelTextConversion::isSame(element.getNodeName(), text.substr(begin + 1, at - begin - 1)))
+        copy(begin, at);
+    else
+        written().startTag(element);
+    const std::vector<xercesc::DOMAttr*>& attributes = serializer.attributesOf(element);
+    auto next = attributes.begin();
+    std::size_t number = source.numberOf(element);
+    Attribute attribute{};
+    for (std::size_t from = at; findAttribute(text, from, attribute); from = at) {
+        ++number;
+        if (next != attributes.end() && source.numberOf(**next) == number) {
+            if (source.isChanged(**next)) {
+                copy(at, attribute.valueBegin);
+                written().value(**next, text[attribute.end - 1]);
+                copy(attribute.end - 1, attribute.end);
+            } else {
+                copy(at, attribute.end);
+            }
+            ++next;
+        }
+        at = attribute.end;
+    }
+    for (; next != attributes.end(); ++next)
+        written().attribute(**next);
+    const std::size_t tagEnd = behindStartTag(text, at);
+    std::size_t spaceEnd = tagEnd - 2;
+    if (!hasContent || text[spaceEnd] != '/') {
+        copy(at, tagEnd);
+        return;
+    }
+    while (spaceEnd > at && isSpace(text[spaceEnd - 1]))
+        --spaceEnd;
+    copy(at, spaceEnd);
+    flushCopied();
+    out.markup(u">");
+}
+
+void PelXercesKeptWriter::beginNewElement(const DOMNode& element,
+                                          const std::optional<std::string>& indentation) {
+    written().startTag(element);
+    for (const xercesc::DOMAttr* const attribute : serializer.attributesOf(element))
+        serializer.attribute(*attribute);
+    OpenNode opened{&element, piecesOfNew(element, indentation), 0, true};
+    if (opened.pieces.empty()) {
+        out.markup(u"/>");
+        return;
+    }
+    out.markup(u">");
+    open.push_back(std::move(opened));
+}
+
+// On lines of their own, unless there is text; the program's white space is text here.
+std::vector<PelXercesKeptChildren::Piece>
+PelXercesKeptWriter::piecesOfNew(const DOMNode& element,
+                                 const std::optional<std::string>& indentation) const {
+    bool hasText = !indentation || areLinesContent(element);
+    for (const DOMNode* child = element.getFirstChild(); child != nullptr;
+         child = child->getNextSibling())
+        hasText = hasText || child->getNodeType() == DOMNode::TEXT_NODE;
+    std::vector<Piece> pieces;
+    for (const DOMNode* child = element.getFirstChild(); child != nullptr;
+         child = child->getNextSibling()) {
+        if (hasText) {
+            pieces.push_back({{}, child});
+            continue;
+        }
+        const std::string inner = *indentation + style.step;
+        pieces.push_back({{}, nullptr, std::nullopt, style.lineEnd + inner});
+        pieces.push_back({{}, child, inner});
+    }
+    if (!hasText && !pieces.empty())
+        pieces.push_back({{}, nullptr, std::nullopt, style.lineEnd + *indentation});
+    return pieces;
+}
+
+bool PelXercesKeptWriter::areLinesContent(const DOMNode& parent) const {
+    return PelXercesIndent::isWithText(parent) || PelXercesIndent::isPreserved(parent);
+}
+
+// As it stands in the source; at another depth its lines are indented anew.
+void PelXercesKeptWriter::writeMoved(const DOMNode& node,
+                                     const std::optional<std::string>& indentation) {
+    const PelXercesKeptSource::Place place = *source.placeOf(node);
+    const auto former = children.indentationAt(place.begin);
+    if (indentation && former && *former != *indentation &&
+        node.getNodeType() == DOMNode::ELEMENT_NODE) {
+        const auto moved =
+            indentedAnew(text.substr(place.begin, place.end - place.begin), *former, *indentation);
+        if (moved) {
+            flushCopied();
+            out.addSource(*moved);
+            return;
+        }
+    }
+    copy(place.begin, place.end);
+}
+
+void PelXercesKeptWriter::end(const OpenNode& closed) {
+    if (closed.node->getNodeType() == DOMNode::DOCUMENT_NODE)
+        return;
+    endsWithText = false;
+    const PelXercesKeptSource::Place* const place =
+        closed.isNew ? nullptr : source.placeOf(*closed.node);
+    const bool wasEmpty = place != nullptr && text[place->end - 2] == '/';
+    if (wasEmpty && closed.pieces.empty())
+        return;
+    if (place == nullptr || wasEmpty) {
+        written().endTag(*closed.node);
+        return;
+    }
+    const std::size_t begin = text.rfind('<', place->end - 1);
+    const std::size_t nameEnd = behindName(text, begin + 2);
+    if (PelTextConversion::isSame(closed.node->getNodeName(),
+                                  text.substr(begin + 2, nameEnd - begin - 2))) {
+        copy(begin, place->end);
+        return;
+    }
+    copy(begin, begin + 2);
+    written().name(closed.node->getNodeName());
+    copy(nameEnd, place->end);
+}
+
+void PelXercesKeptWriter::copy(std::size_t begin, std::size_t end) {
+    if (begin != copiedEnd) {
+        flushCopied();
+        copiedBegin = begin;
+    }
+    copiedEnd = end;
+}
+
+void PelXercesKeptWriter::flushCopied() {
+    if (copiedBegin != copiedEnd)
+        out.addSource(text.substr(copiedBegin, copiedEnd - copiedBegin));
+    copiedBegin = copiedEnd;
+}

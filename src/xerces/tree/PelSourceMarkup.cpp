@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#include "xerces/tree/PelSourceMarkup.h"
+
+#include <algorithm>
+
+namespace {
+
+std::size_t behind(std::string_view text, std::string_view end, std::size_t at) {
+    return text.find(end, at) + end.size();
+}
+
+bool isPredefined(std::string_view name) {
+    return name == "amp" || name == "lt" || name == "gt" || name == "quot" || name == "apos";
+}
+
+} // namespace
+
+bool PelSourceMarkup::isWhiteSpace(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), isSpace);
+}
+
+std::size_t PelSourceMarkup::behindSpace(std::string_view text, std::size_t at) {
+    while (at < text.size() && isSpace(text[at]))
+        ++at;
+    return at;
+}
+
+std::size_t PelSourceMarkup::behindName(std::string_view text, std::size_t at) {
+    return std::min(text.find_first_of(" \t\n\r=/>?;[", at), text.size());
+}
+
+std::size_t PelSourceMarkup::behindComment(std::string_view text, std::size_t at) {
+    return behind(text, "-->", at + 4);
+}
+
+std::size_t PelSourceMarkup::behindSection(std::string_view text, std::size_t at) {
+    return behind(text, "]]>", at + 9);
+}
+
+std::size_t PelSourceMarkup::behindInstruction(std::string_view text, std::size_t at) {
+    return behind(text, "?>", at + 2);
+}
+
+// Quotes are literals in declarations only; in comments and instructions they mean nothing.
+std::size_t PelSourceMarkup::behindDocumentType(std::string_view text, std::size_t at) {
+    bool isInSubset = false;
+    for (at += 2;;) {
+        at = text.find_first_of("[]<>\"'", at);
+        const char unit = text[at];
+        if (unit == '"' || unit == '\'')
+            at = text.find(unit, at + 1) + 1;
+        else if (text.compare(at, 4, "<!--") == 0)
+            at = behindComment(text, at);
+        else if (text.compare(at, 2, "<?") == 0)
+            at = behindInstruction(text, at);
+        else {
+            ++at;
+            if (unit == '[' || unit == ']')
+                isInSubset = unit == '[';
+            else if (unit == '>' && !isInSubset)
+                return at;
+        }
+    }
+}
+
+std::size_t PelSourceMarkup::behindStartTag(std::string_view text, std::size_t at) {
+    for (;;) {
+        at = text.find_first_of(">\"'", at);
+        if (text[at] == '>')
+            return at + 1;
+        at = text.find(text[at], at + 1) + 1;
+    }
+}
+
+std::size_t PelSourceMarkup::behindDeclaration(std::string_view text) {
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    const std::size_t at = text.substr(0, mark.size()) == mark ? mark.size() : 0;
+    return text.compare(at, 5, "<?xml") == 0 && isSpace(text[at + 5]) ? behindInstruction(text, at)
+                                                                      : at;
+}
+
+bool PelSourceMarkup::findAttribute(std::string_view text, std::size_t at, Attribute& attribute) {
+    at = behindSpace(text, at);
+    if (text[at] == '>' || text[at] == '/')
+        return false;
+    attribute.begin = at;
+    attribute.nameEnd = behindName(text, at);
+    at = text.find_first_of("\"'", attribute.nameEnd);
+    attribute.valueBegin = at + 1;
+    attribute.end = text.find(text[at], at + 1) + 1;
+    return true;
+}
+
+std::size_t PelSourceMarkup::findReference(std::string_view text, std::size_t at, std::size_t end) {
+    for (;; ++at) {
+        at = std::min(text.find('&', at), end);
+        if (at == end)
+            return end;
+        if (text[at + 1] != '#' && !isPredefined(text.substr(at + 1, text.find(';', at) - at - 1)))
+            return at;
+    }
+}

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#include "xerces/tree/PelXercesAttributeOrder.h"
+
+#include "xerces/engine/PelXercesFields.h"
+
+#include <xercesc/dom/DOMNamedNodeMap.hpp>
+
+#include <algorithm>
+
+using Fields = PelXercesFields;
+using xercesc::DOMAttr;
+
+namespace {
+
+bool areNumbered() {
+    return Fields::hasNumbers() && Fields::areKnown();
+}
+
+xercesc::DOMNodeImpl& nodeOf(DOMAttr& attribute) {
+    return Fields::nodeOf(static_cast<xercesc::DOMAttrImpl&>(attribute));
+}
+
+bool isBefore(DOMAttr* one, DOMAttr* two) {
+    xercesc::DOMNodeImpl& first = nodeOf(*one);
+    xercesc::DOMNodeImpl& second = nodeOf(*two);
+    if (!first.isSpecified() || !second.isSpecified())
+        return first.isSpecified() && !second.isSpecified();
+    return Fields::numberOf(first) < Fields::numberOf(second);
+}
+
+} // namespace
+
+void PelXercesAttributeOrder::list(const xercesc::DOMNode& element,
+                                   std::vector<DOMAttr*>& attributes, bool isAsWritten) {
+    const xercesc::DOMNamedNodeMap& map = *element.getAttributes();
+    attributes.resize(map.getLength());
+    for (XMLSize_t i = 0; i < attributes.size(); ++i)
+        attributes[i] = static_cast<DOMAttr*>(map.item(i));
+    if (isAsWritten && attributes.size() > 1 && areNumbered() &&
+        !std::is_sorted(attributes.begin(), attributes.end(), isBefore))
+        std::stable_sort(attributes.begin(), attributes.end(), isBefore);
+}
+
+std::uint32_t PelXercesAttributeOrder::numberOf(DOMAttr& attribute) {
+    return areNumbered() ? Fields::numberOf(nodeOf(attribute)) : 0;
+}
+
+void PelXercesAttributeOrder::setNumber(DOMAttr& attribute, std::uint32_t number) {
+    if (areNumbered())
+        Fields::numberOf(nodeOf(attribute)) = number;
+}
