@@ -89,7 +89,7 @@ public:
     /// Whether something has changed anywhere.
     bool hasChanges() const { return isAnyChanged; }
 
-    /// Forgets a node that goes, so that another one in its memory is new.
+    /// Where nodes have no numbers: a new node is in the memory of one that has gone.
     void forget(const xercesc::DOMNode& node) noexcept;
 
     /// Whether a node stands in the text by itself. What an entity brought does not: it has the

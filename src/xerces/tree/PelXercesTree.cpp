@@ -46,6 +46,8 @@ void PelXercesTree::numberAttribute(xercesc::DOMAttr& attribute) {
     if (lastNumber == UINT32_MAX)
         renumber();
     PelXercesAttributeOrder::setNumber(attribute, ++lastNumber);
+    if (source)
+        source->forget(attribute);
 }
 
 // When the numbers have run out, those that were given since the read are given anew, in their
