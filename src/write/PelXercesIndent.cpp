@@ -12,9 +12,6 @@ using xercesc::DOMNode;
 
 namespace {
 
-// Without an end to it, the indentation of a deep document would take the square of its depth.
-constexpr std::size_t widest = 256;
-
 // What only a reference can have made, a carriage return, is no white space here.
 bool isWhiteSpace(const char16_t* text) {
     return std::u16string_view(text).find_first_not_of(u" \t\n") == std::u16string_view::npos;
@@ -38,24 +35,6 @@ Kind kindOfContent(const DOMNode& element) {
     return kind;
 }
 
-// Whether white space is kept in an element, by its own attribute or as it is around it.
-bool isPreserved(const DOMNode& element, bool isPreservedAround) {
-    const DOMNode* const attribute = element.getAttributes()->getNamedItem(u"xml:space");
-    if (attribute == nullptr)
-        return isPreservedAround;
-    const std::u16string_view value = attribute->getNodeValue();
-    return value == u"preserve" || (value != u"default" && isPreservedAround);
-}
-
-bool isPreservedAround(const DOMNode& node) {
-    for (const DOMNode* above = node.getParentNode(); above != nullptr;
-         above = above->getParentNode())
-        if (above->getNodeType() == DOMNode::ELEMENT_NODE &&
-            above->getAttributes()->getNamedItem(u"xml:space") != nullptr)
-            return isPreserved(*above, false);
-    return false;
-}
-
 } // namespace
 
 PelXercesIndent::PelXercesIndent(PelXercesMarkup& markup, int indent, const DOMNode& topNode)
@@ -68,8 +47,21 @@ bool PelXercesIndent::isWithText(const DOMNode& element) {
     return kindOfContent(element) == Kind::text;
 }
 
-bool PelXercesIndent::isPreserved(const DOMNode& element) {
-    return ::isPreserved(element, isPreservedAround(element));
+bool PelXercesIndent::isPreserved(const DOMNode& element, bool isPreservedAround) {
+    const DOMNode* const attribute = element.getAttributes()->getNamedItem(u"xml:space");
+    if (attribute == nullptr)
+        return isPreservedAround;
+    const std::u16string_view value = attribute->getNodeValue();
+    return value == u"preserve" || (value != u"default" && isPreservedAround);
+}
+
+bool PelXercesIndent::isPreservedAround(const DOMNode& node) {
+    for (const DOMNode* above = node.getParentNode(); above != nullptr;
+         above = above->getParentNode())
+        if (above->getNodeType() == DOMNode::ELEMENT_NODE &&
+            above->getAttributes()->getNamedItem(u"xml:space") != nullptr)
+            return isPreserved(*above, false);
+    return false;
 }
 
 bool PelXercesIndent::replaces(const DOMNode& node, DOMNode::NodeType type) {
@@ -85,7 +77,7 @@ void PelXercesIndent::beginContent(const DOMNode& element) {
     Content content{false, false, false};
     if (indentation > 0) {
         const Kind kind = kindOfContent(element);
-        content.isPreserved = ::isPreserved(element, open.back().isPreserved);
+        content.isPreserved = isPreserved(element, open.back().isPreserved);
         content.isWithinText = kind == Kind::text || open.back().isWithinText;
         content.isIndented = kind == Kind::other && !content.isWithinText && !content.isPreserved;
     }

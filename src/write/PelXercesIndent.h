@@ -24,11 +24,16 @@ public:
     void endDocumentChild(const xercesc::DOMNode& child) override;
     void end() override;
 
+    /// Without an end to it, the indentation of a deep document would take the square of its depth.
+    static constexpr std::size_t widest = 256;
+
     /// Whether text other than white space stands among the children of an element.
     static bool isWithText(const xercesc::DOMNode& element);
 
-    /// Whether `xml:space` keeps white space in an element.
-    static bool isPreserved(const xercesc::DOMNode& element);
+    /// Whether `xml:space` keeps white space in an element, by its own attribute or as it is around
+    /// it.
+    static bool isPreserved(const xercesc::DOMNode& element, bool isPreservedAround);
+    static bool isPreservedAround(const xercesc::DOMNode& node);
 
 private:
     struct Content {

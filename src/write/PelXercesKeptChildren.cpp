@@ -132,10 +132,10 @@ void PelXercesKeptChildren::findOriginals(const DOMNode& parent) {
         const PelXercesKeptSource::Place place = places[index];
         originals.push_back(
             {index, place, isWhiteSpace(text.substr(place.begin, place.end - place.begin))});
-        index = static_cast<std::size_t>(
-            std::lower_bound(places.begin() + static_cast<long>(index) + 1, places.end(), place.end,
-                             isBefore) -
-            places.begin());
+        index =
+            static_cast<std::size_t>(std::lower_bound(places.begin() + static_cast<long>(index) + 1,
+                                                      places.end(), place.end, isBefore) -
+                                     places.begin());
     }
 }
 
@@ -221,9 +221,12 @@ void PelXercesKeptChildren::findSteps() {
         // What came takes the place of the first that went.
         const auto addCome = [&] {
             for (; unit < kept; ++unit)
-                steps.push_back({Step::CAME, {}, &units[unit], none,
-                                 units[unit].first == units[unit].last &&
-                                     isSpaceText(*units[unit].first)});
+                steps.push_back(
+                    {Step::CAME,
+                     {},
+                     &units[unit],
+                     none,
+                     units[unit].first == units[unit].last && isSpaceText(*units[unit].first)});
         };
         for (; original < keptOriginal; ++original) {
             addGap(at, originals[original].place.begin);

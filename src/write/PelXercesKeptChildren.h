@@ -24,13 +24,14 @@ struct PelXercesSourceStyle {
 class PelXercesKeptChildren {
 public:
     struct Piece {
-        std::string_view text;                    ///< As it is; else a node.
-        const xercesc::DOMNode* node = nullptr;   ///< Changed, moved or new; of `text`, if it is one.
+        std::string_view text;                  ///< As it is; else a node.
+        const xercesc::DOMNode* node = nullptr; ///< Changed, moved or new; of `text`, if it is one.
         std::optional<std::string> indentation{}; ///< Of a node on a line of its own.
         std::string added{};                      ///< White space, if there is no text and no node.
     };
 
-    PelXercesKeptChildren(const PelXercesKeptSource& ownSource, const PelXercesSourceStyle& ownStyle)
+    PelXercesKeptChildren(const PelXercesKeptSource& ownSource,
+                          const PelXercesSourceStyle& ownStyle)
         : source(ownSource), style(ownStyle), text(ownSource.getText()) {}
 
     /// `parent` is in the source, or the document. No lines are added or taken where they would be
@@ -59,10 +60,10 @@ private:
 
     struct Step {
         enum Kind { GAP, KEPT, CAME, WENT } kind;
-        std::string_view text{};      ///< Of a gap, and of what is as it was.
-        const Unit* unit = nullptr;   ///< Kept or come.
-        std::size_t original = none;  ///< Kept or gone.
-        bool isSeparator = false;     ///< White space between nodes.
+        std::string_view text{};     ///< Of a gap, and of what is as it was.
+        const Unit* unit = nullptr;  ///< Kept or come.
+        std::size_t original = none; ///< Kept or gone.
+        bool isSeparator = false;    ///< White space between nodes.
     };
 
     static constexpr std::size_t none = static_cast<std::size_t>(-1);

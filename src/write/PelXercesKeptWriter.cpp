@@ -88,7 +88,7 @@ void PelXercesKeptWriter::begin(const DOMNode& node,
     const DOMNode::NodeType type = node.getNodeType();
     const bool isOld = source.standsAlone(node);
     if (type == DOMNode::DOCUMENT_NODE) {
-        open.push_back({&node, children.plan(node, false), 0, false});
+        open.push_back({&node, children.plan(node, false), 0, false, false});
     } else if (isOld && !source.isChangedWithin(node) && !endsWithText) {
         writeMoved(node, indentation);
     } else if (type != DOMNode::ELEMENT_NODE) {
@@ -102,7 +102,9 @@ void PelXercesKeptWriter::begin(const DOMNode& node,
 }
 
 void PelXercesKeptWriter::beginElement(const DOMNode& element) {
-    OpenNode opened{&element, children.plan(element, areLinesContent(element)), 0, false};
+    const bool isKept = isPreserved(element);
+    const bool areLinesContent = isKept || PelXercesIndent::isWithText(element);
+    OpenNode opened{&element, children.plan(element, areLinesContent), 0, false, isKept};
     writeStartTag(element, !opened.pieces.empty());
     open.push_back(std::move(opened));
 }
@@ -153,7 +155,8 @@ void PelXercesKeptWriter::beginNewElement(const DOMNode& element,
     written().startTag(element);
     for (const xercesc::DOMAttr* const attribute : serializer.attributesOf(element))
         serializer.attribute(*attribute);
-    OpenNode opened{&element, piecesOfNew(element, indentation), 0, true};
+    const bool isKept = isPreserved(element);
+    OpenNode opened{&element, piecesOfNew(element, indentation, isKept), 0, true, isKept};
     if (opened.pieces.empty()) {
         out.markup(u"/>");
         return;
@@ -165,8 +168,9 @@ void PelXercesKeptWriter::beginNewElement(const DOMNode& element,
 // On lines of their own, unless there is text; the program's white space is text here.
 std::vector<PelXercesKeptChildren::Piece>
 PelXercesKeptWriter::piecesOfNew(const DOMNode& element,
-                                 const std::optional<std::string>& indentation) const {
-    bool hasText = !indentation || areLinesContent(element);
+                                 const std::optional<std::string>& indentation,
+                                 bool areLinesContent) const {
+    bool hasText = !indentation || areLinesContent || PelXercesIndent::isWithText(element);
     for (const DOMNode* child = element.getFirstChild(); child != nullptr;
          child = child->getNextSibling())
         hasText = hasText || child->getNodeType() == DOMNode::TEXT_NODE;
@@ -177,7 +181,8 @@ PelXercesKeptWriter::piecesOfNew(const DOMNode& element,
             pieces.push_back({{}, child});
             continue;
         }
-        const std::string inner = *indentation + style.step;
+        const bool isWide = indentation->size() >= PelXercesIndent::widest;
+        const std::string inner = isWide ? *indentation : *indentation + style.step;
         pieces.push_back({{}, nullptr, std::nullopt, style.lineEnd + inner});
         pieces.push_back({{}, child, inner});
     }
@@ -186,8 +191,10 @@ PelXercesKeptWriter::piecesOfNew(const DOMNode& element,
     return pieces;
 }
 
-bool PelXercesKeptWriter::areLinesContent(const DOMNode& parent) const {
-    return PelXercesIndent::isWithText(parent) || PelXercesIndent::isPreserved(parent);
+bool PelXercesKeptWriter::isPreserved(const DOMNode& element) const {
+    return PelXercesIndent::isPreserved(element, open.empty()
+                                                     ? PelXercesIndent::isPreservedAround(element)
+                                                     : open.back().isPreserved);
 }
 
 // As it stands in the source; at another depth its lines are indented anew.

@@ -35,6 +35,7 @@ private:
         std::vector<Piece> pieces;
         std::size_t next;
         bool isNew;
+        bool isPreserved; // white space in it
     };
 
     void writePiece(const Piece& piece);
@@ -46,9 +47,10 @@ private:
     void writeStartTag(const xercesc::DOMNode& element, bool hasContent);
     void writeMoved(const xercesc::DOMNode& node, const std::optional<std::string>& indentation);
     void end(const OpenNode& closed);
-    bool areLinesContent(const xercesc::DOMNode& parent) const;
+    bool isPreserved(const xercesc::DOMNode& element) const;
     std::vector<Piece> piecesOfNew(const xercesc::DOMNode& element,
-                                   const std::optional<std::string>& indentation) const;
+                                   const std::optional<std::string>& indentation,
+                                   bool areLinesContent) const;
 
     // Copies a piece of the source, together with those that follow it there.
     void copy(std::size_t begin, std::size_t end);
