@@ -10,7 +10,7 @@ using Method = PelXercesReadSettings::Method;
 using Edit = std::function<void(PelDOMDocument&, PelDOMElement&)>;
 
 struct Case {
-    const char* name;
+    const char* name; // with a star: depends on the order of attributes
     std::string source;
     std::string written;
     Edit edit;
@@ -41,6 +41,8 @@ void expectWritten(const std::vector<Case>& cases) {
         for (const Method method : {PelXercesReadSettings::usualMethod, Method::engine}) {
             PelDOMDocument document = readKept(each.source, method);
             PelDOMElement root = document.getDocumentElement();
+            if (!PelXercesFields::areKnown() && each.name[0] == '*')
+                continue; // attributes go by name there
             each.edit(document, root);
             EXPECT_EQ(writeKept(document), each.written)
                 << each.name << (method == Method::engine ? ", by the engine" : "");
@@ -93,12 +95,12 @@ TEST(Keeping, ChangesWhatWasEditedAndNothingElse) {
         {"values between their quotes", "<a x='1' y=\"2\"  z='3' />",
          "<a x='&apos;\"&lt;' y=\"'&quot;\"  z='3' />",
          [](auto&, auto& a) { a.putAttribute("x", "'\"<"), a.putAttribute("y", "'\""); }},
-        {"attributes that come and go", "<a x='1'\n   y='2' z='3' ><b/></a>",
+        {"*attributes that come and go", "<a x='1'\n   y='2' z='3' ><b/></a>",
          "<a x='1' z='3' n=\"4\" m=\"5\" ><b/></a>",
          [](auto&, auto& a) {
              a.putAttribute("n", "4"), a.removeAttribute("y"), a.putAttribute("m", "5");
          }},
-        {"an attribute that comes back", "<a x='1' y='2'/>", "<a y='2' x=\"1\"/>",
+        {"*an attribute that comes back", "<a x='1' y='2'/>", "<a y='2' x=\"1\"/>",
          [](auto&, auto& a) { a.removeAttribute("x"), a.putAttribute("x", "1"); }},
         {"values that stay", "<a x='&#65;'>&#66;<!--c--></a>", "<a x='&#65;'>&#66;<!--c--></a>",
          [](auto&, auto& a) {
@@ -204,7 +206,7 @@ TEST(Keeping, LaysOutWhatIsNewAsItsSiblings) {
         {"moved with text in its lines", "<a>\n  <b>\n    <c>x\n    y</c>\n  </b>\n</a>",
          "<a>\n  <b>\n  </b>\n  <c>x\n    y</c>\n</a>",
          [](auto&, auto& a) { a.appendChild(child(child(a, "b"), "c")); }},
-        {"copied", "<a>\n  <b  k='1' j='2'/>\n</a>",
+        {"*copied", "<a>\n  <b  k='1' j='2'/>\n</a>",
          "<a>\n  <b  k='1' j='2'/>\n  <b k=\"1\" j=\"2\"/>\n</a>",
          [](auto&, auto& a) { a.appendChild(child(a, "b").cloneNode(true)); }},
     });

@@ -5,6 +5,7 @@
 #include "write/PelXercesIndent.h"
 #include "xerces/tree/PelSourceMarkup.h"
 
+#include <algorithm>
 #include <utility>
 
 using namespace PelSourceMarkup;
@@ -117,7 +118,14 @@ void PelXercesKeptWriter::writeStartTag(const DOMNode& element, bool hasContent)
         copy(begin, at);
     else
         written().startTag(element);
-    const std::vector<xercesc::DOMAttr*>& attributes = serializer.attributesOf(element);
+    // The source's first, by number, which is the order in which they were written.
+    std::vector<xercesc::DOMAttr*> attributes = serializer.attributesOf(element);
+    const auto isBefore = [this](const auto* one, const auto* two) {
+        return source.numberOf(*one) - 1 <
+               source.numberOf(*two) - 1; // 0, a new one, is the largest
+    };
+    if (!std::is_sorted(attributes.begin(), attributes.end(), isBefore))
+        std::stable_sort(attributes.begin(), attributes.end(), isBefore);
     auto next = attributes.begin();
     std::size_t number = source.numberOf(element);
     Attribute attribute{};

@@ -9,6 +9,7 @@
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
 #include <xercesc/util/XMLChar.hpp>
 
+#include <algorithm>
 #include <cstdint>
 #include <iostream>
 #include <string_view>
@@ -118,9 +119,9 @@ void PelXercesSerializer::addElement(PelXercesWriteError& error, const DOMNode* 
     while (node != nullptr && node->getNodeType() != DOMNode::ELEMENT_NODE)
         node = node->getParentNode();
     if (node != nullptr)
-        error.reason +=
-            u" (in the element '" +
-            PelString(std::u16string_view(node->getNodeName()).substr(0, longestName)) + u"')";
+        error.reason += u" (in the element '" +
+                        PelString(std::u16string_view(node->getNodeName()).substr(0, longestName)) +
+                        u"')";
 }
 
 void PelXercesSerializer::walk(const DOMNode*& node) {
@@ -205,11 +206,12 @@ void PelXercesSerializer::startTag(const DOMNode& element) {
 }
 
 // As they are written; the services have them by name, with all defaults.
-const std::vector<xercesc::DOMAttr*>&
-PelXercesSerializer::attributesOf(const DOMNode& element) {
+const std::vector<xercesc::DOMAttr*>& PelXercesSerializer::attributesOf(const DOMNode& element) {
     PelXercesAttributeOrder::list(element, listed, isStrict);
-    while (!hasDefaults && !listed.empty() && !listed.back()->getSpecified())
-        listed.pop_back();
+    if (!hasDefaults)
+        listed.erase(std::remove_if(listed.begin(), listed.end(),
+                                    [](const auto* one) { return !one->getSpecified(); }),
+                     listed.end());
     return listed;
 }
 

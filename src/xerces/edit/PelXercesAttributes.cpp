@@ -120,24 +120,29 @@ void PelXercesAttributes::set(const PelXercesNodeRef& element, const XMLCh* name
     PelXercesTree& tree = element.getTree();
     auto& owner = *element.as<DOMElementImpl>();
     auto* const former = static_cast<DOMAttrImpl*>(owner.getAttributeNode(name));
-    if (former != nullptr && former->getSpecified() &&
-        xercesc::XMLString::equals(PelXercesLinks::valueOf(*former), value))
+    const bool wasWritten = former != nullptr && former->getSpecified();
+    if (wasWritten && xercesc::XMLString::equals(PelXercesLinks::valueOf(*former), value))
         return;
     if (former != nullptr && PelXercesLinks::textOf(*former) != nullptr) {
         tree.nodes.setData(*PelXercesLinks::textOf(*former), value);
-        if (former->getSpecified()) {
-            noteChange(tree, *former);
-            return;
-        }
         former->setSpecified(true);
-        tree.numberAttribute(*former);
+        if (wasWritten)
+            noteChange(tree, *former);
+        else
+            tree.numberAttribute(*former);
     } else {
         tree.nodes.requireName(name);
         DOMAttrImpl& made = tree.nodes.makeAttribute(name, value, true);
-        tree.numberAttribute(made);
+        if (wasWritten)
+            tree.copyNumber(*former, made);
+        else
+            tree.numberAttribute(made);
         add(tree.nodes, owner, made);
+        if (wasWritten)
+            noteChange(tree, made);
     }
-    noteChange(tree, owner);
+    if (!wasWritten)
+        noteChange(tree, owner);
 }
 
 // The engine's removeAttribute loses the attribute when no memory is left for the default.

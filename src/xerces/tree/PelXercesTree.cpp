@@ -50,6 +50,12 @@ void PelXercesTree::numberAttribute(xercesc::DOMAttr& attribute) {
         source->forget(attribute);
 }
 
+void PelXercesTree::copyNumber(xercesc::DOMAttr& former, xercesc::DOMAttr& attribute) {
+    PelXercesAttributeOrder::setNumber(attribute, PelXercesAttributeOrder::numberOf(former));
+    if (source && source->numberOf(former) != 0)
+        source->setNumber(attribute, static_cast<std::uint32_t>(source->numberOf(former)));
+}
+
 // When the numbers have run out, those that were given since the read are given anew, in their
 // order.
 void PelXercesTree::renumber() {

@@ -84,6 +84,9 @@ public:
     /// A new attribute, or one that only a declaration gave, becomes the last that was written.
     void numberAttribute(xercesc::DOMAttr& attribute);
 
+    /// A new attribute takes the place of a written one.
+    void copyNumber(xercesc::DOMAttr& former, xercesc::DOMAttr& attribute);
+
     PelXercesChangeLog changes;
 
 private:
