@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "write/characters/PelXercesEncoder.h"
 
-#include "core/PelTextConversion.h"
 #include "core/PelCharacters.h"
+#include "core/PelTextConversion.h"
 #include "write/characters/PelXercesCharacterSet.h"
 
 #include <algorithm>
