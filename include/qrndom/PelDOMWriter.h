@@ -80,8 +80,8 @@ public:
     /// Whether they do.
     bool getDeclaration() const noexcept;
 
-    /// Whether attributes that nobody wrote, that only a declaration gave, are written too. They are
-    /// not by default, where the document is written with its document type.
+    /// Whether attributes that nobody wrote, that only a declaration gave, are written too. They
+    /// are not by default, where the document is written with its document type.
     void setDefaultAttributes(bool areWanted) noexcept;
 
     /// Whether they are.

@@ -113,8 +113,7 @@ void PelXercesWriteJob::to(std::ostream& stream) {
     if (source == nullptr)
         encoder.setHasReturns(settings.lineEnds == PelDOMWriter::CRLF);
     // A source without a declaration gets one if that was asked for.
-    if (isDeclared &&
-        (!isWhole || (settings.hasDeclaration && !hasDeclaration(source->getText()))))
+    if (isDeclared && (!isWhole || (settings.hasDeclaration && !hasDeclaration(source->getText()))))
         out.add(declaration().c_str(), PelXercesEscapes::anywhere);
     if (!PelXercesDeclaration::isDeclaration(top)) {
         PelXercesIndent layout(out, settings.indent.value_or(0), top);

@@ -98,8 +98,8 @@ bool PelXercesFile::load(bool isWantedAnyhow) {
     InputFile file(path, InputFile::Kind::regularFile);
     std::shared_ptr<XMLByte[]> loaded(new XMLByte[size + 1]); // more than there is shows its end
     long count = file.isOpen() ? file.read(loaded.get(), std::min(size, begin)) : -1;
-    if (count < 0 || !(isWantedAnyhow || PelPlainScanner::mayBePlain(
-                                             loaded.get(), static_cast<std::size_t>(count))))
+    if (count < 0 || !(isWantedAnyhow ||
+                       PelPlainScanner::mayBePlain(loaded.get(), static_cast<std::size_t>(count))))
         return false;
     const auto first = static_cast<std::size_t>(count);
     count = file.read(loaded.get() + first, size + 1 - first);

@@ -27,8 +27,8 @@ struct PelXercesFile {
 
     bool isReadable() const;
 
-    /// Reads the whole file. False for what is no regular file and, unless everything is wanted, for
-    /// what is no plain document at first sight.
+    /// Reads the whole file. False for what is no regular file and, unless everything is wanted,
+    /// for what is no plain document at first sight.
     bool load(bool isWantedAnyhow = false);
 
     PelString id; ///< The full path, for the engine.
