@@ -172,7 +172,8 @@ std::unique_ptr<PelXercesKeptSource> PelXercesReader::locate(xercesc::DOMDocumen
         source = PelSourceText::make(keptBytes, keptSize, document.getInputEncoding());
     if (source && source->canBeCut() &&
         !PelXercesLocator(*source, document, parser.getBrought()).locate())
-        source->setUncut();
+        source = std::make_unique<PelXercesKeptSource>(keptBytes, keptSize, source->getEncoding(),
+                                                       false);
     if (!source)
         reporter.note(false, u"the source is not kept: it is no file, or over 4 GiB");
     else if (!source->canBeCut())

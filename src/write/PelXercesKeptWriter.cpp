@@ -90,6 +90,13 @@ void PelXercesKeptWriter::begin(const DOMNode& node,
     const bool isOld = source.standsAlone(node);
     if (type == DOMNode::DOCUMENT_NODE) {
         open.push_back({&node, children.plan(node, false), 0, false, false});
+    } else if (type == DOMNode::TEXT_NODE && !open.empty() &&
+               open.back().node->getNodeType() == DOMNode::DOCUMENT_NODE) {
+        // Outside the root white space knows no references, and there is no other text.
+        const std::string value = PelTextConversion::toUtf8(node.getNodeValue());
+        flushCopied();
+        if (isWhiteSpace(value))
+            out.addSource(value);
     } else if (isOld && !source.isChangedWithin(node) && !endsWithText) {
         writeMoved(node, indentation);
     } else if (type != DOMNode::ELEMENT_NODE) {

@@ -7,7 +7,10 @@
 #include "xerces/tree/PelSourceMarkup.h"
 #include "xerces/tree/PelXercesDeclaration.h"
 #include "xerces/tree/PelXercesTree.h"
+#include "xerces/tree/PelXercesWalk.h"
 
+#include <xercesc/dom/DOMAttr.hpp>
+#include <xercesc/dom/DOMNamedNodeMap.hpp>
 #include <xercesc/util/XMLString.hpp>
 
 #include <algorithm>
@@ -66,6 +69,40 @@ const PelXercesKeptSource* sourceFor(const PelWriteSettings& settings, const Pel
                : nullptr;
 }
 
+// Behind the document type of a source; nothing where it has none.
+std::string_view behindType(const PelXercesKeptSource& source) {
+    const std::string_view text = source.getText();
+    for (const PelXercesKeptSource::Place place : source.getPlaces()) {
+        if (text.compare(place.begin, 3, "<!D") == 0)
+            return text.substr(place.end);
+        if (text.compare(place.begin, 2, "<!") != 0 && text.compare(place.begin, 2, "<?") != 0)
+            break;
+    }
+    return {};
+}
+
+bool hasDefaults(const DOMNode& top) {
+    for (const DOMNode* node = &top; node != nullptr;
+         node = PelXercesWalk::nextInTree(top, const_cast<DOMNode*>(node))) {
+        const xercesc::DOMNamedNodeMap* const attributes = node->getAttributes();
+        for (XMLSize_t i = 0; attributes != nullptr && i < attributes->getLength(); ++i)
+            if (!static_cast<const xercesc::DOMAttr*>(attributes->item(i))->getSpecified())
+                return true;
+    }
+    return false;
+}
+
+// Whether the text of a source, written without its document type, would lack what that declares.
+bool needsType(const PelXercesKeptSource& source, const DOMNode& top) {
+    const std::string_view text = behindType(source);
+    return !text.empty() && (PelSourceMarkup::findReference(text, 0, text.size()) != text.size() ||
+                             hasDefaults(top));
+}
+
+bool hasTypeOf(const xercesc::DOMDocument& document, const PelXercesKeptSource& source) {
+    return document.getDoctype() != nullptr && source.numberOf(*document.getDoctype()) != 0;
+}
+
 PelString encodingFor(const PelWriteSettings& settings, const PelXercesKeptSource* source) {
     return settings.encoding   ? *settings.encoding
            : source != nullptr ? PelString(source->getEncoding())
@@ -84,6 +121,11 @@ PelXercesWriteJob::PelXercesWriteJob(const PelWriteSettings& writeSettings,
         source = nullptr;
         remark = u"all of it is written as new: the encoding '" + PelString(encoding) +
                  u"' does not let parts of a source be told";
+    }
+    if (source != nullptr && source->canBeCut() && !(isDocument && hasTypeOf(document, *source)) &&
+        needsType(*source, top)) {
+        source = nullptr;
+        remark = u"all of it is written as new: the source needs what its document type declares";
     }
     isReadByItself = isDocument || top.getNodeType() == DOMNode::ELEMENT_NODE;
     const XMLCh* const version = document.getXmlVersion();

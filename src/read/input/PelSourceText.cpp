@@ -18,6 +18,11 @@ std::u16string exactName(const unsigned char* bytes, std::size_t size, const cha
     const std::string_view text(reinterpret_cast<const char*>(bytes), size);
     const auto begins = [text](std::string_view with) { return text.substr(0, 2) == with; };
     using namespace std::string_view_literals;
+    const std::string_view first = text.substr(0, 4);
+    if (first == "\xFF\xFE\0\0"sv || first == "<\0\0\0"sv)
+        return u"UTF-32LE";
+    if (first == "\0\0\xFE\xFF"sv || first == "\0\0\0<"sv)
+        return u"UTF-32BE";
     if (begins("\xFF\xFE"sv) || begins("<\0"sv))
         return u"UTF-16LE";
     if (begins("\xFE\xFF"sv) || begins("\0<"sv))

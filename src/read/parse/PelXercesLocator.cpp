@@ -136,6 +136,11 @@ bool PelXercesLocator::locateReferences(std::size_t reference, std::size_t end) 
         } else {
             at = reference;
         }
+        const bool isNothing = piece.lastMarkup == nullptr && !piece.beginsWithText;
+        if (group.endsWithText && isNothing) { // what follows may be one text with what precedes
+            group.end = at;
+            continue;
+        }
         if (!(group.endsWithText && piece.beginsWithText)) {
             if (!locateGroup(group))
                 return false;

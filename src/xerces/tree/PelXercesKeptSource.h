@@ -44,12 +44,6 @@ public:
     /// Whether nodes have places in the text. Else it stands for the unchanged document alone.
     bool canBeCut() const { return isCuttable; }
 
-    /// Finds that they have none.
-    void setUncut() {
-        isCuttable = false;
-        places.clear();
-    }
-
     /// All places, by number less 1.
     const std::vector<Place>& getPlaces() const { return places; }
 
@@ -116,7 +110,7 @@ private:
     const std::string_view text;
     const std::u16string encoding;
     std::vector<Place> places;
-    bool isCuttable;
+    const bool isCuttable;
     bool isAnyChanged = false;
     std::unordered_map<const xercesc::DOMNode*, Known> withoutFields;
     mutable std::vector<std::uint32_t> lineStarts; // empty: not looked for yet
