@@ -21,8 +21,10 @@ inline PelDOMNode nextInTree(const PelDOMNode& top, const PelDOMNode& node) {
 /// alone left out, attributes in the order in which they were written.
 inline std::string outlineOf(const PelDOMNode& top) {
     std::string lines, run;
+    long depth = 0;
+    const auto add = [&](const std::string& what) { lines += std::to_string(depth) + " " + what + "\n"; };
     const auto endRun = [&] {
-        if (run.find_first_not_of(" \t\r\n") != run.npos) lines += "|" + run + "\n";
+        if (run.find_first_not_of(" \t\r\n") != run.npos) add("|" + run);
         run.clear();
     };
     for (PelDOMNode node = top; node;) {
@@ -30,20 +32,21 @@ inline std::string outlineOf(const PelDOMNode& top) {
             run += node.getNodeValue().toUtf8();
         } else {
             endRun();
-            lines += std::to_string(node.getNodeType()) + " " + node.getNodeName().toUtf8();
-            if (node.getNodeType() != PelDOM::DOCUMENT_TYPE_NODE) lines += " " + node.getNodeValue().toUtf8();
-            lines += "\n";
+            const bool isType = node.getNodeType() == PelDOM::DOCUMENT_TYPE_NODE;
+            add(std::to_string(node.getNodeType()) + " " + node.getNodeName().toUtf8() + " " +
+                (isType ? "" : node.getNodeValue().toUtf8()));
             if (node.getNodeType() == PelDOM::ELEMENT_NODE)
                 for (const PelDOMAttribute& attribute : PelDOMElement(node).getAttributes())
-                    lines += "  " + attribute.name.toUtf8() + "=" + attribute.value.toUtf8() + "\n";
+                    add("  " + attribute.name.toUtf8() + "=" + attribute.value.toUtf8());
         }
         PelDOMNode next = node.getFirstChild();
+        if (next) ++depth;
         while (!next && node && node != top) {
             next = node.getNextSibling();
             if (next) break;
-            node = node.getParentNode();
             endRun();
-            lines += ")\n";
+            node = node.getParentNode();
+            --depth;
         }
         node = next;
     }
