@@ -83,7 +83,8 @@ PelXercesNodeRef PelXercesReader::readText(const PelString& name, const void* by
         systemId = PelXercesFile(settings.base, memory).id;
     if (settings.isSourceKept) {
         const std::shared_ptr<XMLByte[]> copy(new XMLByte[size]);
-        std::memcpy(copy.get(), bytes, size);
+        if (size > 0)
+            std::memcpy(copy.get(), bytes, size);
         keep(copy, size);
     }
     const auto scanText = [&] { return scan(bytes, size, encoding, systemId.view().data()); };
