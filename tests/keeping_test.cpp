@@ -110,6 +110,14 @@ TEST(Keeping, ChangesWhatWasEditedAndNothingElse) {
          [](auto&, auto& a) {
              child(a, "b").setTagName("m"), child(a, "c").setTagName("o"), a.setTagName("n");
          }},
+        {"values that another name normalises otherwise",
+         "<!DOCTYPE a [<!ATTLIST a k NMTOKENS #IMPLIED j CDATA #IMPLIED>]>\n<a k=' x  y' "
+         "j='&#x41;\t'/>",
+         "<!DOCTYPE a [<!ATTLIST a k NMTOKENS #IMPLIED j CDATA #IMPLIED>]>\n<n k='x y' "
+         "j='&#x41;\t'/>",
+         [](auto&, auto& a) { a.setTagName("n"); }},
+        {"text beside a reference to nothing", types + "<a>t&n;t<b/></a>", types + "<a>x<b/></a>",
+         [](auto&, auto& a) { a.getFirstChild().setNodeValue("x"); }},
         {"texts, comments, sections, instructions", "<a>x<!--x--><![CDATA[x]]><?p  x?>&amp;</a>",
          "<a>&lt;<!--y--><![CDATA[<]]><?p y?>&amp;</a>",
          [](auto&, auto& a) {

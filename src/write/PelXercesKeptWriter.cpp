@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "write/PelXercesKeptWriter.h"
 
+#include "core/PelCharacters.h"
 #include "core/PelTextConversion.h"
 #include "write/PelXercesIndent.h"
 #include "xerces/tree/PelSourceMarkup.h"
 
 #include <algorithm>
+#include <optional>
+#include <string>
 #include <utility>
 
 using namespace PelSourceMarkup;
@@ -31,6 +34,39 @@ std::optional<std::string> indentedAnew(std::string_view text, std::string_view 
         moved.append(indentation);
         at = line + 1 + former.size();
     }
+}
+
+// What a value means as plain character data; nothing where it refers to an entity.
+std::optional<std::u16string> plainValue(std::string_view spelled) {
+    std::u16string value;
+    const std::u16string units = PelTextConversion::fromUtf8(spelled);
+    for (std::size_t at = 0; at < units.size(); ++at) {
+        if (units[at] == u'\r' && at + 1 < units.size() && units[at + 1] == u'\n')
+            continue;
+        if (units[at] != u'&') {
+            value += PelCharacters::isSpace(units[at]) ? u' ' : units[at];
+            continue;
+        }
+        const std::size_t end = units.find(u';', at);
+        const std::string name = PelTextConversion::toUtf8(units.substr(at + 1, end - at - 1));
+        if (name[0] == '#') {
+            const bool isHex = name[1] == 'x';
+            const auto character = static_cast<char32_t>(
+                std::stoul(name.substr(isHex ? 2 : 1), nullptr, isHex ? 16 : 10));
+            if (character < 0x10000) {
+                value += static_cast<char16_t>(character);
+            } else {
+                value += PelCharacters::highSurrogateOf(character);
+                value += PelCharacters::lowSurrogateOf(character);
+            }
+        } else if (const char16_t predefined = PelSourceMarkup::predefined(name)) {
+            value += predefined;
+        } else {
+            return std::nullopt;
+        }
+        at = end;
+    }
+    return value;
 }
 
 } // namespace
@@ -121,10 +157,12 @@ void PelXercesKeptWriter::beginElement(const DOMNode& element) {
 void PelXercesKeptWriter::writeStartTag(const DOMNode& element, bool hasContent) {
     const std::size_t begin = source.placeOf(element)->begin;
     std::size_t at = behindName(text, begin);
-    if (PelTextConversion::isSame(element.getNodeName(), text.substr(begin + 1, at - begin - 1)))
-        copy(begin, at);
-    else
+    const bool isRenamed =
+        !PelTextConversion::isSame(element.getNodeName(), text.substr(begin + 1, at - begin - 1));
+    if (isRenamed)
         written().startTag(element);
+    else
+        copy(begin, at);
     // The source's first, by number, which is the order in which they were written.
     std::vector<xercesc::DOMAttr*> attributes = serializer.attributesOf(element);
     const auto isBefore = [this](const auto* one, const auto* two) {
@@ -139,7 +177,13 @@ void PelXercesKeptWriter::writeStartTag(const DOMNode& element, bool hasContent)
     for (std::size_t from = at; findAttribute(text, from, attribute); from = at) {
         ++number;
         if (next != attributes.end() && source.numberOf(**next) == number) {
-            if (source.isChanged(**next)) {
+            // By another name a declaration may normalise the same spelling otherwise.
+            const auto isOtherwise = [&] {
+                const std::string_view spelled =
+                    text.substr(attribute.valueBegin, attribute.end - 1 - attribute.valueBegin);
+                return plainValue(spelled) != std::u16string((*next)->getValue());
+            };
+            if (source.isChanged(**next) || (isRenamed && isOtherwise())) {
                 copy(at, attribute.valueBegin);
                 written().value(**next, text[attribute.end - 1]);
                 copy(attribute.end - 1, attribute.end);

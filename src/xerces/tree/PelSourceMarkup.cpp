@@ -9,11 +9,16 @@ std::size_t behind(std::string_view text, std::string_view end, std::size_t at) 
     return text.find(end, at) + end.size();
 }
 
-bool isPredefined(std::string_view name) {
-    return name == "amp" || name == "lt" || name == "gt" || name == "quot" || name == "apos";
-}
-
 } // namespace
+
+char16_t PelSourceMarkup::predefined(std::string_view name) {
+    return name == "amp"    ? u'&'
+           : name == "lt"   ? u'<'
+           : name == "gt"   ? u'>'
+           : name == "quot" ? u'"'
+           : name == "apos" ? u'\''
+                            : u'\0';
+}
 
 bool PelSourceMarkup::isWhiteSpace(std::string_view text) {
     return std::all_of(text.begin(), text.end(), isSpace);
@@ -96,7 +101,7 @@ std::size_t PelSourceMarkup::findReference(std::string_view text, std::size_t at
         at = std::min(text.find('&', at), end);
         if (at == end)
             return end;
-        if (text[at + 1] != '#' && !isPredefined(text.substr(at + 1, text.find(';', at) - at - 1)))
+        if (text[at + 1] != '#' && !predefined(text.substr(at + 1, text.find(';', at) - at - 1)))
             return at;
     }
 }

@@ -36,6 +36,9 @@ struct Attribute {
 /// The attribute at, or behind white space at, `at`; false at the end of the tag.
 bool findAttribute(std::string_view text, std::size_t at, Attribute& attribute);
 
+/// The character of one of the five entities that XML declares; 0 for another name.
+char16_t predefined(std::string_view name);
+
 /// The next reference to a general entity that is declared, from `at` on and before `end`; `end`
 /// when there is none. Character references and the five that XML declares are none.
 std::size_t findReference(std::string_view text, std::size_t at, std::size_t end);
