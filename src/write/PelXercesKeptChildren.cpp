@@ -98,7 +98,10 @@ std::vector<PelXercesKeptChildren::Piece> PelXercesKeptChildren::plan(const DOMN
     pieces.clear();
     last.reset();
     afterNew.reset();
-    findOriginals(parent);
+    findContent(parent);
+    if (!source.hasOtherChildren(parent) && planChanged(parent))
+        return std::move(pieces);
+    findOriginals();
     findUnits(parent);
     letLongestOrderStay();
     findSteps();
@@ -110,24 +113,53 @@ std::vector<PelXercesKeptChildren::Piece> PelXercesKeptChildren::plan(const DOMN
     return std::move(pieces);
 }
 
-// The places of an element's attributes follow its own, then come its children, each with all below
-// it.
-void PelXercesKeptChildren::findOriginals(const DOMNode& parent) {
-    const std::vector<PelXercesKeptSource::Place>& places = source.getPlaces();
-    std::size_t index = source.numberOf(parent);
-    isDocument = index == 0;
+void PelXercesKeptChildren::findContent(const DOMNode& parent) {
+    firstIndex = source.numberOf(parent);
+    isDocument = firstIndex == 0;
     if (isDocument) {
         contentBegin = behindDeclaration(text);
         contentEnd = text.size();
         outer.reset();
     } else {
-        const PelXercesKeptSource::Place place = places[index - 1];
+        const PelXercesKeptSource::Place place = source.getPlaces()[firstIndex - 1];
         contentBegin = behindStartTag(text, place.begin);
         contentEnd = text[contentBegin - 2] == '/' ? contentBegin : text.rfind('<', place.end - 1);
         outer = indentationAt(place.begin);
-        while (index < places.size() && places[index].begin < contentBegin)
-            ++index;
     }
+}
+
+// The same children in the same order: all but the changed ones is copied. False where one of
+// these is not told apart from others in the source.
+bool PelXercesKeptChildren::planChanged(const DOMNode& parent) {
+    std::size_t at = contentBegin;
+    const auto copyUpTo = [&](std::size_t begin) {
+        if (begin != at)
+            pieces.push_back({text.substr(at, begin - at)});
+    };
+    for (const DOMNode* child = parent.getFirstChild(); child != nullptr;
+         child = child->getNextSibling()) {
+        if (!source.isChangedWithin(*child))
+            continue;
+        if (!source.standsAlone(*child)) {
+            pieces.clear();
+            return false;
+        }
+        const PelXercesKeptSource::Place place = *source.placeOf(*child);
+        copyUpTo(place.begin);
+        pieces.push_back({{}, child});
+        at = place.end;
+    }
+    copyUpTo(contentEnd);
+    return true;
+}
+
+// The places of an element's attributes follow its own, then come its children, each with all below
+// it.
+void PelXercesKeptChildren::findOriginals() {
+    const std::vector<PelXercesKeptSource::Place>& places = source.getPlaces();
+    std::size_t index = firstIndex;
+    while (index < places.size() && places[index].begin < contentBegin)
+        ++index;
     while (index < places.size() && places[index].begin < contentEnd) {
         const PelXercesKeptSource::Place place = places[index];
         originals.push_back(
@@ -265,8 +297,16 @@ void PelXercesKeptChildren::addKept(const Unit& unit) {
 }
 
 void PelXercesKeptChildren::arrange() {
+    const auto isOfSource = [](const Step& step) {
+        return step.kind == Step::GAP || step.kind == Step::KEPT;
+    };
+    atEnd = static_cast<std::size_t>(steps.rend() -
+                                     std::find_if(steps.rbegin(), steps.rend(), isOfSource));
+    before = behind = none;
     for (std::size_t i = 0; i < steps.size(); ++i) {
         const Step& step = steps[i];
+        if (isSibling(i))
+            before = i;
         if (step.kind == Step::WENT) {
             takeLine(i);
         } else if (step.kind == Step::CAME && !step.isSeparator) {
@@ -311,7 +351,7 @@ void PelXercesKeptChildren::arrangeNew(std::size_t index) {
         return;
     }
     const bool isAtLineStart = !pieces.empty() && isLineEnd(pieces.back());
-    const bool isBehindLast = isAtLineStart && isAtEnd(index) && !pieces.back().text.empty();
+    const bool isBehindLast = isAtLineStart && index >= atEnd && !pieces.back().text.empty();
     if (isBehindLast) {
         last = pieces.back();
         pieces.pop_back();
@@ -335,20 +375,18 @@ bool PelXercesKeptChildren::bringsItsLine(std::size_t index) const {
     return isOwnLineEnd(index + 1) || (index > 0 && isOwnLineEnd(index - 1));
 }
 
-bool PelXercesKeptChildren::isAtEnd(std::size_t index) const {
-    return std::all_of(steps.begin() + static_cast<long>(index), steps.end(), [](const Step& step) {
-        return step.kind == Step::WENT || step.kind == Step::CAME;
-    });
+bool PelXercesKeptChildren::isSibling(std::size_t index) const {
+    return steps[index].original != none && !originals[steps[index].original].isSpace;
 }
 
 // That of the sibling behind, else in front; else one step more than the parent.
-std::optional<std::string> PelXercesKeptChildren::indentationFor(std::size_t index) const {
+std::optional<std::string> PelXercesKeptChildren::indentationFor(std::size_t index) {
     if (style.lineEnd.empty())
         return std::nullopt;
-    std::size_t nearest = none;
-    for (std::size_t i = 0; i < steps.size() && (nearest == none || nearest < index); ++i)
-        if (steps[i].original != none && !originals[steps[i].original].isSpace)
-            nearest = i;
+    if (behind == none || behind < index)
+        for (behind = index; behind < steps.size() && !isSibling(behind);)
+            ++behind;
+    const std::size_t nearest = behind < steps.size() ? behind : before;
     if (nearest != none) {
         const auto indentation = indentationAt(originals[steps[nearest].original].place.begin);
         return indentation ? std::optional<std::string>(*indentation) : std::nullopt;

@@ -68,7 +68,9 @@ private:
 
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
 
-    void findOriginals(const xercesc::DOMNode& parent);
+    void findContent(const xercesc::DOMNode& parent);
+    bool planChanged(const xercesc::DOMNode& parent);
+    void findOriginals();
     void findUnits(const xercesc::DOMNode& parent);
     std::size_t originalOf(const xercesc::DOMNode& child) const;
     bool isGroup(const Original& original) const;
@@ -80,9 +82,9 @@ private:
     void arrange();
     void arrangeNew(std::size_t index);
     void takeLine(std::size_t index);
-    std::optional<std::string> indentationFor(std::size_t index) const;
+    std::optional<std::string> indentationFor(std::size_t index);
     bool bringsItsLine(std::size_t index) const;
-    bool isAtEnd(std::size_t index) const;
+    bool isSibling(std::size_t index) const;
     bool isLineEnd(const Piece& piece) const;
     void addPieces(const Step& step, const std::optional<std::string>& indentation);
     void addLine(const std::string& indentation);
@@ -91,6 +93,7 @@ private:
     const PelXercesSourceStyle& style;
     const std::string_view text;
 
+    std::size_t firstIndex = 0; // of what may be below the parent
     std::size_t contentBegin = 0;
     std::size_t contentEnd = 0;
     std::optional<std::string> outer; // indentation of the parent
@@ -98,6 +101,9 @@ private:
     std::vector<Original> originals;
     std::vector<Unit> units;
     std::vector<Step> steps;
+    std::size_t atEnd = 0;     // from here on nothing of the source follows
+    std::size_t before = none; // the sibling in the source in front of the step, and the one
+    std::size_t behind = none; // behind it, looked for once; the number of steps: there is none
     std::vector<Piece> pieces;
     std::optional<Piece> last;             // white space in front of the end tag
     std::optional<std::string> afterNew{}; // what came last stands at the beginning of a line

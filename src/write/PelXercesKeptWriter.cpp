@@ -147,7 +147,8 @@ void PelXercesKeptWriter::begin(const DOMNode& node,
 
 void PelXercesKeptWriter::beginElement(const DOMNode& element) {
     const bool isKept = isPreserved(element);
-    const bool areLinesContent = isKept || PelXercesIndent::isWithText(element);
+    const bool areLinesContent =
+        isKept || (source.hasOtherChildren(element) && PelXercesIndent::isWithText(element));
     OpenNode opened{&element, children.plan(element, areLinesContent), 0, false, isKept};
     writeStartTag(element, !opened.pieces.empty());
     open.push_back(std::move(opened));

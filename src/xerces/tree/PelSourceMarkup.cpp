@@ -98,7 +98,7 @@ bool PelSourceMarkup::findAttribute(std::string_view text, std::size_t at, Attri
 
 std::size_t PelSourceMarkup::findReference(std::string_view text, std::size_t at, std::size_t end) {
     for (;; ++at) {
-        at = std::min(text.find('&', at), end);
+        at = std::min(text.substr(0, end).find('&', at), end); // no further: there may be few
         if (at == end)
             return end;
         if (text[at + 1] != '#' && !predefined(text.substr(at + 1, text.find(';', at) - at - 1)))

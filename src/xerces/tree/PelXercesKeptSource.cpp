@@ -44,13 +44,18 @@ void PelXercesKeptSource::noteChange(DOMNode& node) {
                             ? static_cast<xercesc::DOMAttr&>(node).getOwnerElement()
                             : node.getParentNode();
     if (owner != nullptr)
-        noteChildren(*owner);
+        markUpFrom(*owner);
+}
+
+void PelXercesKeptSource::noteChildren(DOMNode& parent) {
+    mark(parent, otherChildren);
+    markUpFrom(parent);
 }
 
 // What is above a node that is marked already is marked too, unless the node was moved since.
-void PelXercesKeptSource::noteChildren(DOMNode& parent) {
+void PelXercesKeptSource::markUpFrom(DOMNode& lowest) {
     isAnyChanged = true;
-    for (DOMNode* node = &parent; node != nullptr && !hasMark(*node, changedBelow);
+    for (DOMNode* node = &lowest; node != nullptr && !hasMark(*node, changedBelow);
          node = node->getParentNode())
         mark(*node, changedBelow);
 }

@@ -75,6 +75,11 @@ public:
 
     bool isChanged(const xercesc::DOMNode& node) const { return hasMark(node, changed); }
 
+    /// Whether a node has ever got or lost a child.
+    bool hasOtherChildren(const xercesc::DOMNode& parent) const {
+        return hasMark(parent, otherChildren);
+    }
+
     /// Whether a node or anything below it is not as it was read.
     bool isChangedWithin(const xercesc::DOMNode& node) const {
         return hasMark(node, changed) || hasMark(node, changedBelow);
@@ -94,7 +99,7 @@ public:
     std::pair<unsigned long, unsigned long> positionOf(const xercesc::DOMNode& node) const;
 
 private:
-    enum Mark : std::uint16_t { changed = 1, changedBelow = 2 };
+    enum Mark : std::uint16_t { changed = 1, changedBelow = 2, otherChildren = 4 };
 
     struct Known {
         std::uint32_t number = 0;
@@ -105,6 +110,7 @@ private:
     void setKnown(const xercesc::DOMNode& node, Known known);
     bool hasMark(const xercesc::DOMNode& node, Mark mark) const;
     void mark(xercesc::DOMNode& node, Mark mark);
+    void markUpFrom(xercesc::DOMNode& lowest);
 
     const std::shared_ptr<const unsigned char[]> bytes;
     const std::string_view text;
