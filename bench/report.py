@@ -19,7 +19,8 @@ import plot
 OWN, ENGINE = "qrndom", "engine"
 PEERS = ["libxml2", "tinyxml2", "pugixml"]
 ORDER = ["read_file", "read_string", "messages", "walk", "children", "ranges", "tags", "attributes",
-         "texts", "write_file", "write_string", "drop", "fill", "front", "csv", "memory", "grow_read",
+         "texts", "write_file", "write_string", "kept_read", "kept_read_without", "kept_save",
+         "kept_save_without", "drop", "fill", "front", "csv", "memory", "grow_read",
          "grow_walk", "grow_write", "names_create", "names_attribute", "names_rename", "names_alike",
          "names_import"] + [
              f"loop_{name}" for name in ("remove_first", "remove_last", "remove_middle", "remove_records",
@@ -44,6 +45,13 @@ WORKLOADS = [
     ("Insert 100,000 in front", "front/100000", {}),
     ("100,000 rows to XML and back", "csv/100000", {"tinyxml2": 0.9}),
     ("Peak memory of reading", "memory/catalogue", {ENGINE: 1.05}),
+]
+# What a choice costs or saves: the workload with it, and the one without.
+CHOICES = [
+    ("Read a catalogue, its source kept / not kept", "kept_read", "catalogue", 1.15),
+    ("Read media types, their source kept / not kept", "kept_read", "media_types", 1.15),
+    ("Save one edit in a catalogue, layout kept / all of it", "kept_save", "catalogue", 0.5),
+    ("Save one edit in media types, layout kept / all of it", "kept_save", "media_types", 0.5),
 ]
 GROWTH = [
     ("Children by index, cost of each", "children", 100000, 1000, 1.3),
@@ -108,6 +116,13 @@ def growth_ratios(results):
             yield Ratio(label, first, second, divisor, goal)
 
 
+def choice_ratios(results):
+    for label, name, document, goal in CHOICES:
+        first, second = (results.get(f"{workload}/{document}/{OWN}") for workload in (name, f"{name}_without"))
+        if first and second:
+            yield Ratio(label, first, second, 1, goal)
+
+
 def aligned(rows):
     """A Markdown table whose columns line up in plain text too."""
     widths = [max(len(row[column]) for row in rows) for column in range(len(rows[0]))]
@@ -168,7 +183,7 @@ def main():
     rows = [(label, ratios_of(results, name, goals)) for label, name, goals in WORKLOADS]
     rows = [(label, found) for label, found in rows if found]
     cells = [ratio.cells(label) for label, found in rows for ratio in found.values() if ratio.goal]
-    cells += [ratio.cells() for ratio in growth_ratios(results)]
+    cells += [ratio.cells() for ratios in (choice_ratios, growth_ratios) for ratio in ratios(results)]
     parts = [circumstances(build)]
     if cells:
         parts.append(aligned([["Measured", "Ratio", "Quartiles", "Goal", "Met"]] + cells))

@@ -4,6 +4,7 @@
 
 #include "handle_workloads.h"
 #include "job_workloads.h"
+#include "kept_workloads.h"
 #include "libraries.h"
 #include "tree_cache.h"
 
@@ -142,6 +143,8 @@ int main(int argc, char** argv) try {
                 registerFor<Library>(document);
         });
         registerHandleWorkloads(document);
+        if (document.name == "catalogue" || document.name == "media_types")
+            registerKeptWorkloads(document);
         if (document.name == "catalogue")
             registerJobs(document);
     }
