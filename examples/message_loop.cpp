@@ -22,8 +22,8 @@ int main() {
             unsigned long cents = 0;
             for (PelDOMElement item : order.getChildElements("item"))
                 cents += item.getAttributeOr("pieces", 1UL) * item.getAttributeOr("cents", 0UL);
-            answer.setAttribute("order", order.getAttribute("id"));
             answer.setAttribute("cents", cents);
+            answer.setAttribute("order", order.getAttribute("id"));
             entries.appendChild(journal.importNode(order, true));
             if (entries.getChildNodes().length() > 3)
                 entries.removeChild(entries.getFirstChild()); // and its memory is given back

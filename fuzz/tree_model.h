@@ -20,6 +20,7 @@ struct Node {
     PelDOM::NodeType type;
     std::u16string name, value;
     std::map<std::u16string, std::u16string> attributes = {};
+    std::vector<std::u16string> written = {}; // the names of those that are not by default, in order
     std::map<std::u16string, std::u16string> defaults = {}; // of elements b to come, or of this one
     std::set<std::u16string> byDefault = {};                // the attributes that nobody has set
     Node* parent = nullptr;
@@ -54,6 +55,7 @@ struct Node {
     void append(Node& child) { insert(child, nullptr); }
 
     void setAttribute(const std::u16string& key, Text text) {
+        if (attributes.count(key) == 0 || byDefault.count(key) != 0) written.push_back(key);
         attributes[key] = text;
         byDefault.erase(key);
     }
@@ -80,11 +82,26 @@ struct Node {
     void copyAttributes(const Node& source) {
         addDefaults();
         for (const auto& [key, text] : source.attributes) {
-            const bool isDefault = source.byDefault.count(key) != 0;
-            if (isDefault && source.document != document) continue;
-            setAttribute(key, text);
-            if (isDefault) byDefault.insert(key);
+            if (source.byDefault.count(key) == 0 || source.document != document) continue;
+            attributes[key] = text;
+            byDefault.insert(key);
         }
+        for (const std::u16string& key : source.written) setAttribute(key, source.attributes.at(key));
+    }
+
+    // As they were written, or by name; those by default, by name, come last.
+    std::vector<std::u16string> attributeNames(bool areAsWritten) const {
+        std::vector<std::u16string> names;
+        if (areAsWritten) names = written;
+        for (const auto& [key, text] : attributes)
+            if (!areAsWritten || byDefault.count(key) != 0) names.push_back(key);
+        return names;
+    }
+
+    bool removeAttribute(const std::u16string& key) {
+        byDefault.erase(key);
+        written.erase(std::remove(written.begin(), written.end(), key), written.end());
+        return attributes.erase(key) != 0;
     }
 
     bool canBeCopied() const {
@@ -208,7 +225,7 @@ struct Node {
 
     void stamp(int level) {
         if (type == PelDOM::ELEMENT_NODE)
-            attributes[u"PARSELEVEL"] = PelString(std::to_string(level).c_str()).view();
+            setAttribute(u"PARSELEVEL", PelString(std::to_string(level).c_str()).view());
         for (Node* const node : children) node->stamp(level + 1);
     }
 };

@@ -18,20 +18,31 @@ const std::string declaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 
 TEST(Examples, EditAConfigurationFile) {
     const ScratchFolder folder;
-    folder.write(
-        "c.xml",
-        "<!-- ours -->\n<config revision='9'>\n  <!-- listens here -->\n"
-        "  <option name='port' value='80'/>\n  <option name='user' value='www'/>\n</config>");
-    EXPECT_EQ(run(folder, "edit_config c.xml port 8080 user '' 'log file' 'a&b'"), "");
-    const std::string edited = declaration +
-                               "<!-- ours -->\n<config revision=\"10\">\n  <!-- listens here -->\n"
-                               "  <option name=\"port\" value=\"8080\"/>\n"
-                               "  <option name=\"log file\" value=\"a&amp;b\"/>\n</config>\n";
+    const std::string source =
+        "<?xml version='1.0'?>\r\n<!DOCTYPE c SYSTEM 'urn:none:c.dtd'>\r\n"
+        "<c  z='1'\ta='2' >\r\n\t<!-- ours -->\r\n\t<in><port>80</port ></in>"
+        "\r\n\t<user>www</user>\r\n</c>";
+    folder.write("c.xml", source);
+    EXPECT_EQ(run(folder, "edit_config c.xml"), "");
+    EXPECT_EQ(bytesOf(folder.file("c.xml")), source);
+    EXPECT_EQ(run(folder, "edit_config c.xml in/port 8080 @a \"'\" user '' log 'a&b' user@x 1"),
+              "line 5, <port>\nline 3, <c>\nline 6, <user>\nuser@x: no such place in c.xml\n"
+              "ended with 1\n");
+    EXPECT_EQ(bytesOf(folder.file("c.xml")), source);
+    run(folder, "edit_config c.xml in/port 8080 @a \"'\" user '' log 'a&b' in@new x");
+    std::string edited = source;
+    const auto change = [&edited](const std::string& old, const std::string& now) {
+        edited.replace(edited.find(old), old.size(), now);
+    };
+    change("80", "8080");
+    change("a='2'", "a='&apos;'");
+    change("<user>www</user>", "<log>a&amp;b</log>");
+    change("<in>", "<in new=\"x\">");
     EXPECT_EQ(bytesOf(folder.file("c.xml")), edited);
-    EXPECT_EQ(run(folder, "edit_config c.xml user '' port 8080"), "");
-    EXPECT_EQ(bytesOf(folder.file("c.xml")),
-              std::string(edited).replace(edited.find("10"), 2, "11"));
-    EXPECT_NE(run(folder, "edit_config none.xml a b").find("ended with 1"), std::string::npos);
+    EXPECT_NE(run(folder, "edit_config c.xml 'a b' x").find("ended with 1"), std::string::npos);
+    EXPECT_NE(run(folder, "edit_config none.xml a b").find("none.xml:0:0: no such file"),
+              std::string::npos);
+    EXPECT_NE(run(folder, "edit_config").find("ended with 2"), std::string::npos);
 }
 
 TEST(Examples, ReadAFeed) {

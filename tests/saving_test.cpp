@@ -82,7 +82,7 @@ TEST(Saving, AddsNothingWithinElements) {
          "<a/> </r>",
          "<!DOCTYPE r [<!ELEMENT r (a)><!ELEMENT a EMPTY><!NOTATION n PUBLIC \"p'\" "
          "'s\"'>]>\n<r><a/></r>\n"},
-        {"<r b='2' a='&lt;&amp;\"&#9;&#10;&#13;'>\n <a/>t&amp;&gt;&#13;<!-- - "
+        {"<r a='&lt;&amp;\"&#9;&#10;&#13;' b='2'>\n <a/>t&amp;&gt;&#13;<!-- - "
          "--><![CDATA[<]>]]></r>",
          "<r a=\"&lt;&amp;&quot;&#x9;&#xA;&#xD;\" b=\"2\">\n <a/>t&amp;&gt;&#xD;<!-- - "
          "--><![CDATA[<]>]]></r>\n"}};
