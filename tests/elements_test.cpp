@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "support.h"
-#include "xerces/handles/PelXercesDOMNode.h"
 #include "xerces/tree/PelXercesRules.h"
 
 #include <xercesc/dom/impl/DOMCasts.hpp>

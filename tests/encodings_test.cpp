@@ -4,17 +4,6 @@
 
 using namespace std::string_literals;
 
-static PelDOMDocument parseBytes(const std::string& bytes) {
-    return services().readDocumentFromStringA(PelString::fromLatin1(bytes.data(), bytes.size()));
-}
-
-static std::string repeat(std::size_t count, const std::string& piece) {
-    std::string all;
-    while (count-- > 0)
-        all += piece;
-    return all;
-}
-
 // Text of ASCII in an encoding of larger units.
 static std::string spread(const std::string& ascii, std::size_t before, std::size_t after) {
     std::string all;
@@ -42,7 +31,7 @@ static const Coded encodings[] = {
      "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80",
      {"\0"s, "\x80", "\xC0\x80", "\xC3", "\xE0\x80\x80", "\xE2\x82", "\xED\xA0\x80",
       "\xF4\x90\x80\x80", "\xF0\x9F\x98", "\xF5\x80\x80\x80", "\xF7\xBF\xBF\xBF", "\xFF",
-      repeat(40, "x") + "\xF5\x80\x80\x80"}},
+      std::string(40, 'x') + "\xF5\x80\x80\x80"}},
     {{"UTF-8", "\xEF\xBB\xBF"}, "\xC3\xA9", {"\0"s, "\xC3", "\xF5\x80\x80\x80"}},
     {{"UTF-16", "\xFF\xFE", 0, 1},
      "\xE9\0\x3D\xD8\0\xDE"s,
@@ -133,7 +122,8 @@ TEST(EncodingNames, MustBeThoseOfTheBytes) {
             << declaration;
     EXPECT_EQ(show(parseBytes("<a k=\"encoding='x'>\"/>")), "#9(a k=encoding='x'>)");
     EXPECT_EQ(
-        parseBytes("<?xml version='1.0'" + repeat(12000, " ") + "encoding='UTF-16'?><a/>").isNull(),
+        parseBytes("<?xml version='1.0'" + std::string(12000, ' ') + "encoding='UTF-16'?><a/>")
+            .isNull(),
         1);
 }
 
@@ -163,8 +153,8 @@ TEST(EncodingChecks, KnowUtf8AndUtf16InPieces) {
                 const bool isBig = name[7] == 'E' && name[6] == 'B';
                 const auto high = static_cast<char>(unit >> 8), low = static_cast<char>(unit);
                 const std::string bytes =
-                    repeat(before, "xx") +
-                    (isBig ? std::string{high, low} : std::string{low, high}) + repeat(40, "xx");
+                    repeated("xx", before) +
+                    (isBig ? std::string{high, low} : std::string{low, high}) + repeated("xx", 40);
                 ASSERT_EQ(isPassed(name, bytes, 2 * before + unit / 0x80 % 3),
                           unit != 0 && (unit < 0xD800 || unit > 0xDFFF))
                     << unit;
@@ -189,7 +179,7 @@ TEST(RefusedReads, CloseTheirFiles) {
     const std::string entity =
         "<!ENTITY e SYSTEM '" + folder.write("part.txt", std::string(40000, 'x')) + "'>";
     const auto before = openFiles();
-    for (const std::string& content : {repeat(1000, "&e;"), "&e;&e;</b>"s})
+    for (const std::string& content : {repeated("&e;", 1000), "&e;&e;</b>"s})
         EXPECT_EQ(
             parse(("<!DOCTYPE a [<!ELEMENT a ANY>" + entity + "]><a>" + content + "</a>").c_str())
                 .isNull(),

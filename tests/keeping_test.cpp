@@ -2,7 +2,6 @@
 // Documents that are read with their source, changed, and written with its layout.
 #include "read/PelXercesReader.h"
 #include "support.h"
-#include "xerces/handles/PelXercesDOMNode.h"
 
 namespace {
 
@@ -53,16 +52,6 @@ PelDOMElement child(const PelDOMElement& parent, const char* name) {
     return parent.getChildElement(name);
 }
 
-std::string asUtf16(const std::u16string& text, bool isLittleEndian) {
-    std::string bytes;
-    for (const char16_t unit : text) {
-        const char low = static_cast<char>(unit & 0xFF), high = static_cast<char>(unit >> 8);
-        bytes += isLittleEndian ? low : high;
-        bytes += isLittleEndian ? high : low;
-    }
-    return bytes;
-}
-
 const char* const brought = "<!DOCTYPE a [<!ENTITY e '<x/>t'><!ENTITY f 'z'><!ENTITY n ''>]>\n";
 const char* const ignorable = "<!DOCTYPE a [<!ELEMENT a (b*)><!ELEMENT b (b*)>"
                               "<!ATTLIST b k CDATA 'd'>]>\n";
@@ -81,9 +70,8 @@ TEST(Keeping, WritesWhatWasNotChangedByteForByte) {
              std::string(ignorable) + "<a>\n <b/>\n <b\n></b>\n</a>\n",
              "<?xml version='1.0' encoding='ISO-8859-1'?><a>\xE9</a>",
              "<?xml version='1.0' encoding='ISO-2022-JP'?><a>\x1B$B$\"\x1B(B</a>",
-             asUtf16(u"\uFEFF<?xml version='1.0' encoding='UTF-16'?>\n<a>\u20AC\U0001F600</a>",
-                     true),
-             asUtf16(u"\uFEFF<a>\u20AC</a>", false)})
+             utf16Bytes(u"\uFEFF<?xml version='1.0' encoding='UTF-16'?>\n<a>\u20AC\U0001F600</a>"),
+             utf16Bytes(u"\uFEFF<a>\u20AC</a>", false)})
         for (const Method method : {PelXercesReadSettings::usualMethod, Method::engine})
             EXPECT_EQ(writeKept(readKept(source, method)), source);
 }

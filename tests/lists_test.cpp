@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "support.h"
-#include "xerces/handles/PelXercesDOMNode.h"
 
 static const xercesc::DOMNode* nodeOf(const PelDOMNode& handle) {
     return PelXercesDOMNode::of(*handle.getNodeImp()).getNode();

@@ -6,22 +6,31 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 static constexpr int mode = QRNDOM_LOG_MODE; // the program is built once for each
 static constexpr bool recordsPlain = mode == 1 || mode == 3;
 
-/// What this mode records of calls with these contexts and messages.
-static std::string recorded(std::initializer_list<std::pair<const void*, const char*>> calls) {
-    std::string text;
-    for (const auto& [object, message] : calls)
-        if (object == nullptr ? recordsPlain : mode == 2 || mode == 3)
-            text +=
-                (mode == 1 ? "" : std::to_string(reinterpret_cast<std::uintptr_t>(object)) + ":") +
-                message + "\n";
-    return text;
+/// What this mode records of a message about an object, or about none.
+static std::string line(const void* object, const std::string& message) {
+    if (object == nullptr ? !recordsPlain : mode != 2 && mode != 3)
+        return "";
+    const std::string number = std::to_string(reinterpret_cast<std::uintptr_t>(object)) + ":";
+    return (mode == 1 ? "" : number) + message + "\n";
 }
+
+static std::string line(const std::string& message) {
+    return line(nullptr, message);
+}
+
+// What handles say of themselves.
+static constexpr const char* made = "PelDOMNode()";
+static constexpr const char* copied = "PelDOMNode(const PelDOMNode& orig)";
+static constexpr const char* moved = "PelDOMNode(PelDOMNode&& orig)";
+static constexpr const char* gone = "~PelDOMNode";
+static constexpr const char* toNode = "PelDOMNodeoperator=(PelDOMNode& rhs)";
+static constexpr const char* toDocument = "PelDOMDocument operator=(PelDOMText& rhs)";
+static constexpr const char* toElement = "PelDOMElement operator=(PelDOMElement& rhs)";
+static constexpr const char* toText = "PelDOMText operator=(PelDOMText& rhs)";
 
 static bool logIsOpen() {
     std::error_code isNoFile;
@@ -49,8 +58,7 @@ static const struct LoadTimeObject {
     std::atexit([] {
         PelDOM::error(u"the end", nullptr);
         const std::string text = bytesOf(QRNDOM_LOG_FILE);
-        const std::string last =
-            recorded({{&PelDOMFiler::InvalidElement, "~PelDOMNode"}, {nullptr, "the end"}});
+        const std::string last = line(&PelDOMFiler::InvalidElement, gone) + line("the end");
         requireAtExit(text.size() >= last.size() && text.substr(text.size() - last.size()) == last,
                       "the log did not end after all else\n");
     });
@@ -70,7 +78,7 @@ static const struct LoadTimeObject {
 
 TEST(Log, IsOpenBeforeAllElseIsMade) {
     EXPECT_TRUE(loadTimeObject.foundLogOpen);
-    const std::string first = recorded({{&PelDOMFiler::InvalidElement, "PelDOMNode()"}});
+    const std::string first = line(&PelDOMFiler::InvalidElement, made);
     EXPECT_EQ(bytesOf(QRNDOM_LOG_FILE).substr(0, first.size()), first);
 }
 
@@ -79,8 +87,7 @@ TEST(Log, RecordsWhatItsModeSays) {
     PelDOM::error(u"abc", nullptr);
     PelDOM::error(u"\u00e9\U0001F600", &log);
     PelDOM::error(u"", nullptr);
-    EXPECT_EQ(log.text(),
-              recorded({{nullptr, "abc"}, {&log, "\xC3\xA9\xF0\x9F\x98\x80"}, {nullptr, ""}}));
+    EXPECT_EQ(log.text(), line("abc") + line(&log, "\xC3\xA9\xF0\x9F\x98\x80") + line(""));
 }
 
 TEST(Log, TracesTheLifeOfHandles) {
@@ -96,18 +103,10 @@ TEST(Log, TracesTheLifeOfHandles) {
         sameDocument = document;
         element = *&element;
         text = *&text;
-        expected = recorded({{&node, "PelDOMNode(const PelDOMNode& orig)"},
-                             {&sameDocument, "PelDOMNode()"},
-                             {&element, "PelDOMNode()"},
-                             {&text, "PelDOMNode()"},
-                             {&node, "PelDOMNodeoperator=(PelDOMNode& rhs)"},
-                             {&sameDocument, "PelDOMDocument operator=(PelDOMText& rhs)"},
-                             {&element, "PelDOMElement operator=(PelDOMElement& rhs)"},
-                             {&text, "PelDOMText operator=(PelDOMText& rhs)"},
-                             {&text, "~PelDOMNode"},
-                             {&element, "~PelDOMNode"},
-                             {&sameDocument, "~PelDOMNode"},
-                             {&node, "~PelDOMNode"}});
+        expected = line(&node, copied) + line(&sameDocument, made) + line(&element, made) +
+                   line(&text, made) + line(&node, toNode) + line(&sameDocument, toDocument) +
+                   line(&element, toElement) + line(&text, toText) + line(&text, gone) +
+                   line(&element, gone) + line(&sameDocument, gone) + line(&node, gone);
     }
     EXPECT_EQ(log.text(), expected);
 }
@@ -120,19 +119,9 @@ TEST(Log, TracesHandlesBeforeItIsDone) {
         PelDOMNode two(one);
         two = one;
         two = std::move(one);
-        const std::pair<const void*, const char*> assigned{&two,
-                                                           "PelDOMNodeoperator=(PelDOMNode& rhs)"};
-        expected = recorded({{&one, "PelDOMNode()"},
-                             {&two, "PelDOMNode(const PelDOMNode& orig)"},
-                             {nullptr, "cloned"},
-                             assigned,
-                             {nullptr, "cloned"},
-                             {nullptr, "gone"},
-                             assigned,
-                             {nullptr, "gone"},
-                             {&two, "~PelDOMNode"},
-                             {nullptr, "gone"},
-                             {&one, "~PelDOMNode"}});
+        expected = line(&one, made) + line(&two, copied) + line("cloned") + line(&two, toNode) +
+                   line("cloned") + line("gone") + line(&two, toNode) + line("gone") +
+                   line(&two, gone) + line("gone") + line(&one, gone);
     }
     EXPECT_EQ(log.text(), expected);
 }
@@ -152,15 +141,11 @@ TEST(Log, ShowsThatConvertingAssignmentsMakeNoTemporaries) {
     const PelDOMNodeImp* const own = filer.currentElement().getNodeImp();
     filer.setCurrentNode(filer.currentElement());
     EXPECT_EQ(filer.currentElement().getNodeImp(), own);
-    const char* const toNode = "PelDOMNodeoperator=(PelDOMNode& rhs)";
-    const char* const toElement = "PelDOMElement operator=(PelDOMElement& rhs)";
-    EXPECT_EQ(log.text(), recorded({{&sameDocument, "PelDOMDocument operator=(PelDOMText& rhs)"},
-                                    {&sameText, "PelDOMText operator=(PelDOMText& rhs)"},
-                                    {&filer.currentNode(), toNode},
-                                    {&filer.currentElement(), toElement},
-                                    {&filer.currentNode(), toNode},
-                                    {&filer.currentNode(), toNode},
-                                    {&filer.currentElement(), toElement}}));
+    const void* const node = &filer.currentNode();
+    const void* const current = &filer.currentElement();
+    EXPECT_EQ(log.text(), line(&sameDocument, toDocument) + line(&sameText, toText) +
+                              line(node, toNode) + line(current, toElement) + line(node, toNode) +
+                              line(node, toNode) + line(current, toElement));
 }
 
 TEST(Log, ShowsNoMoreThanTheHandlesThatWalkingMakes) {
@@ -171,12 +156,10 @@ TEST(Log, ShowsNoMoreThanTheHandlesThatWalkingMakes) {
         PelDOMNode first = root.getFirstChild();
         const PelDOMNode last =
             root.getChildNodes().operator bool() ? first.getNextSibling() : first;
-        PelDOMNode moved(std::move(first));
-        const PelDOMElement element(std::move(moved));
-        expected = recorded({{&first, "PelDOMNode()"},
-                             {&last, "PelDOMNode()"},
-                             {&moved, "PelDOMNode(PelDOMNode&& orig)"},
-                             {&element, "PelDOMNode(PelDOMNode&& orig)"}});
+        PelDOMNode second(std::move(first));
+        const PelDOMElement element(std::move(second));
+        expected =
+            line(&first, made) + line(&last, made) + line(&second, moved) + line(&element, moved);
         EXPECT_TRUE(element.getNextSibling().isSameNode(last));
     }
     EXPECT_EQ(log.text().substr(0, expected.size()), expected);
@@ -207,21 +190,10 @@ TEST(Log, ShowsWhatResultsPassThroughOnTheirWayIntoHandles) {
     children.item(1, node);
     b.getChildTextValue(text);
     const char* const missing = "PelXercesDOMNode::createContentImp(8) failed";
-    const char* const made = "PelDOMNode()";
-    const char* const assigned = "PelDOMNodeoperator=(PelDOMNode& rhs)";
-    const char* const gone = "~PelDOMNode";
-    const std::string expected = recorded({{nullptr, missing},
-                                           {&node, made},
-                                           {&node, assigned},
-                                           {nullptr, missing},
-                                           {&node, gone},
-                                           {&node, made},
-                                           {&node, made},
-                                           {&node, assigned},
-                                           {&node, gone},
-                                           {&node, "PelDOMNode(const PelDOMNode& orig)"},
-                                           {&node, gone},
-                                           {&node, gone}});
+    const std::string expected = line(missing) + line(&node, made) + line(&node, toNode) +
+                                 line(missing) + line(&node, gone) + line(&node, made) +
+                                 line(&node, made) + line(&node, toNode) + line(&node, gone) +
+                                 line(&node, copied) + line(&node, gone) + line(&node, gone);
     EXPECT_EQ(withoutObjects(log.text()), withoutObjects(expected));
     EXPECT_EQ(text, u"x");
 }
@@ -271,19 +243,16 @@ TEST(Log, LosesNoLineAndRepeatsNoneWhenProcessesEnd) {
     if (mode > 1)
         GTEST_SKIP() << "each trace takes along what waits";
     const PelDOMElement root = rootOf("<r><!--c--></r>");
-    const std::string end = recorded({{nullptr, "the end"}});
+    const std::string end = line("the end");
     const std::pair<void (*)(int), std::string> ends[] = {{&std::exit, end},
                                                           {&std::quick_exit, ""}};
     for (const auto& [leave, last] : ends) {
         const LogWatch log;
         meetComment(root, 1); // what waits here is none of the child's
-        const pid_t child = fork();
-        if (child == 0) {
+        const int status = statusOfProcess([&, way = leave] {
             meetComment(root, 2);
-            leave(0);
-        }
-        int status = -1;
-        waitpid(child, &status, 0);
+            way(0);
+        });
         EXPECT_EQ(status, 0);
         EXPECT_EQ(log.text(), linesOfComments(2) + last + linesOfComments(1));
     }
@@ -300,16 +269,15 @@ TEST(Log, TracesTheServices) {
     object->writeDocument(read, target, 0, 0, 0);
     PelDOMUtilites::releaseUtilities();
     PelDOMUtilites::releaseUtilities();
-    EXPECT_EQ(log.text(), recorded({{nullptr, "PelDOMUtilites::getUtilities(PelDOM::Platform p)"},
-                                    {object, "PelXercesDOMUtilities::init()"},
-                                    {object, "PelXercesDOMUtilities::readDocument()"},
-                                    {&read, "PelDOMNode()"},
-                                    {object, "PelXercesDOMUtilities::readDocument()"},
-                                    {&text, "PelDOMNode()"},
-                                    {object, "PelXercesDOMUtilities::writeDocument()"},
-                                    {nullptr, "PelDOMUtilites::releaseUtilities()"},
-                                    {object, "PelXercesDOMUtilities::terminate()"},
-                                    {nullptr, "PelDOMUtilites::releaseUtilities()"}}));
+    EXPECT_EQ(log.text(),
+              line("PelDOMUtilites::getUtilities(PelDOM::Platform p)") +
+                  line(object, "PelXercesDOMUtilities::init()") +
+                  line(object, "PelXercesDOMUtilities::readDocument()") + line(&read, made) +
+                  line(object, "PelXercesDOMUtilities::readDocument()") + line(&text, made) +
+                  line(object, "PelXercesDOMUtilities::writeDocument()") +
+                  line("PelDOMUtilites::releaseUtilities()") +
+                  line(object, "PelXercesDOMUtilities::terminate()") +
+                  line("PelDOMUtilites::releaseUtilities()"));
 }
 
 TEST(Log, NeverMixesTheLinesOfThreads) {

@@ -2,7 +2,6 @@
 #include "failing_memory.h"
 #include "support.h"
 #include "xerces/engine/PelXercesFields.h"
-#include "xerces/handles/PelXercesDOMNode.h"
 
 static PelString valueOf(int number) {
     return PelString(
@@ -191,8 +190,7 @@ TEST(NamesThatAreMade, HavePlacesEnough) {
         PelDOMElement root = document.getDocumentElement();
         for (int i = 0; i < count; ++i)
             make(document, root, ("n" + std::to_string(i)).c_str());
-        auto& engine = static_cast<xercesc::DOMDocumentImpl&>(
-            *PelXercesDOMNode::of(*document.getNodeImp()).getDocument());
+        auto& engine = static_cast<xercesc::DOMDocumentImpl&>(engineOf(document));
         EXPECT_EQ(PelXercesFields::countNames(engine) / count, 1u) << "way " << &make - ways;
         EXPECT_GE(PelXercesFields::namePlacesOf(engine), count / 2) << "way " << &make - ways;
     }

@@ -3,7 +3,6 @@
 #include "threads.h"
 
 #include <sstream>
-#include <unistd.h>
 
 namespace {
 
@@ -14,7 +13,7 @@ using Reader = PelDOMReader;
 class Reading : public testing::Test {
 protected:
     Reading() {
-        std::filesystem::create_directories(folder + "/sub");
+        std::filesystem::create_directory(scratch.file("sub"));
         std::filesystem::current_path(folder);
         write("a.xml", "<a>\n <b></c></a>");
         write("inner.ent", "inner");
@@ -26,7 +25,6 @@ protected:
 
     ~Reading() override {
         std::filesystem::current_path("/");
-        std::filesystem::remove_all(folder);
         EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
     }
 
@@ -44,20 +42,9 @@ protected:
         return result;
     }
 
-    const std::string folder = testing::TempDir() + "qrndom-reader-" + std::to_string(getpid());
+    const ScratchFolder scratch;
+    const std::string& folder = scratch.path;
 };
-
-std::string utf16(const std::u16string& text) {
-    const std::u16string marked = u"\uFEFF" + text;
-    return std::string(reinterpret_cast<const char*>(marked.data()), 2 * marked.size());
-}
-
-std::string repeated(const std::string& text, int times) {
-    std::string result;
-    while (times-- > 0)
-        result += text;
-    return result;
-}
 
 TEST_F(Reading, TellsEachFaultAtItsPlaceInLinesAndCharacters) {
     const std::string smile = "\xF0\x9F\x98\x80";
@@ -67,7 +54,8 @@ TEST_F(Reading, TellsEachFaultAtItsPlaceInLinesAndCharacters) {
         {"<a>\n <b>x</c>\n</a>", "2:8: expected end of tag 'b'"},
         {"<a>\n " + smile + smile + "<b>x</c></a>", "2:10: expected end of tag 'b'"},
         {"<a>" + smile + "\r<b>x</c></a>", "2:7: expected end of tag 'b'"},
-        {utf16(u"<a>\r\n\U0001F600<b>\U0001F600</c></a>"), "2:8: expected end of tag 'b'"},
+        {utf16Bytes(u"\uFEFF<a>\r\n\U0001F600<b>\U0001F600</c></a>"),
+         "2:8: expected end of tag 'b'"},
         {"<?xml version='1.0' encoding='ISO-8859-1'?>\n<a>\xE9\xE9<b></c></a>",
          "2:11: expected end of tag 'b'"},
         {"<?xml version='1.0' encoding='GB18030'?>\n<a>\x94\x39\xDA\x33<b></c></a>",
@@ -237,7 +225,7 @@ TEST_F(Reading, ReadsAsItIsSet) {
         {spaces, model, "a(| | b | |)"},
         {refuse, "<a/>", "a"},
         {refuse, page, "null; E d:1:45: documents with a document type are refused, as it was set"},
-        {refuse, utf16(u"<!DOCTYPE a><a/>"),
+        {refuse, utf16Bytes(u"\uFEFF<!DOCTYPE a><a/>"),
          "null; E d:1:13: documents with a document type are refused, as it was set"},
         {none, wrong,
          "null" + missing + unknown + "; E d:1:73: no declaration found for element 'd'" +

@@ -7,10 +7,8 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
-#include <sys/wait.h>
 #include <sys/xattr.h>
 #include <thread>
-#include <unistd.h>
 
 static bool areFoldersUnsyncable = false;
 static std::atomic<int> callsLeft = INT_MAX; // of the following, up to that which kills the process
@@ -72,8 +70,8 @@ std::string namesIn(const std::string& folder) {
         names.insert(entry.path().filename());
     std::string all;
     for (const std::string& name : names)
-        all += (all.empty() ? "" : " ") + name;
-    return all;
+        all += name + " ";
+    return all.substr(0, all.size() - 1);
 }
 
 struct stat statusOf(const std::string& file) {
@@ -86,14 +84,10 @@ struct stat statusOf(const std::string& file) {
 void withoutRights(const std::string& folder, const std::function<void()>& test) {
     const bool isRoot = geteuid() == 0;
     EXPECT_TRUE(!isRoot || chown(folder.c_str(), 65534, 65534) == 0);
-    const pid_t child = fork();
-    if (child == 0) {
+    const int status = statusOfProcess([&] {
         EXPECT_TRUE(!isRoot || setgid(65534) + setuid(65534) == 0);
         test();
-        _exit(testing::Test::HasFailure() ? 1 : 0);
-    }
-    int status = -1;
-    waitpid(child, &status, 0);
+    });
     EXPECT_EQ(status, 0);
 }
 
@@ -289,13 +283,10 @@ TEST(SavingFiles, AreTheOldOneOrTheNewOneWhereverTheWriterIsKilled) {
     int status = -1, leftovers = 0;
     for (int calls = 1; status != 0 && calls < 100; ++calls) {
         folder.write("a.xml", "old");
-        const pid_t child = fork();
-        if (child == 0) {
+        status = statusOfProcess([&] {
             callsLeft = calls;
             save(small, file);
-            _exit(0);
-        }
-        waitpid(child, &status, 0);
+        });
         const bool isReplaced = bytesOf(file) == small.bytes;
         EXPECT_TRUE(isReplaced || bytesOf(file) == "old") << bytesOf(file);
         for (const auto& entry : std::filesystem::directory_iterator(folder.path)) {

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "support.h"
-#include "xerces/handles/PelXercesDOMNode.h"
 #include "xerces/tree/PelXercesDeclaration.h"
 
 static std::string write(const char16_t* encoding) {
     const PelDOMDocument document = services().createDocument("r");
-    xercesc::DOMDocument& engine = *PelXercesDOMNode::of(*document.getNodeImp()).getDocument();
+    xercesc::DOMDocument& engine = engineOf(document);
     engine.replaceChild(PelXercesDeclaration::create(engine, {"1.0", encoding, std::nullopt}),
                         engine.getFirstChild());
     PelString text;

@@ -3,6 +3,7 @@
 
 #include "core/PelLog.h"
 #include "open_files.h"
+#include "xerces/handles/PelXercesDOMNode.h"
 
 #include <qrndom/QRNDOM.h>
 
@@ -13,6 +14,8 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #ifdef QRNDOM_REMOTE_ENTITIES
 constexpr bool areRemoteRead = true; ///< Tests leave out what would call other machines then.
@@ -27,6 +30,11 @@ inline PelDOMUtilites& services() {
 /// A document from its text in UTF-8; null when the text is refused.
 inline PelDOMDocument parse(const PelString& xml) {
     return services().readDocumentFromStringW(xml);
+}
+
+/// The same from its bytes in any encoding.
+inline PelDOMDocument parseBytes(const std::string& bytes) {
+    return services().readDocumentFromStringA(PelString::fromLatin1(bytes.data(), bytes.size()));
 }
 
 inline PelDOMDocument readFile(const std::string& path) {
@@ -59,6 +67,10 @@ inline PelDOMNode childAt(const PelDOMNode& parent, long index) {
 
 inline void remove(const PelDOMNode& node) {
     node.getParentNode().removeChild(node);
+}
+
+inline xercesc::DOMDocument& engineOf(const PelDOMNode& node) {
+    return *PelXercesDOMNode::of(*node.getNodeImp()).getDocument();
 }
 
 /// A subtree as one line: elements with their attributes in map order, |text|, other nodes as
@@ -124,6 +136,15 @@ inline void expectAnswers(std::initializer_list<Row> rows, const char* file = __
                                            << row.answered << ", not " << row.expected;
 }
 
+/// Calls of which each answers the same.
+inline void expectEach(const std::string& expected, std::initializer_list<Answer> calls,
+                       const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
+    for (const Answer& call : calls)
+        if (call.text != expected)
+            ADD_FAILURE_AT(file, line) << "call " << &call - calls.begin() + 1 << " answered "
+                                       << call.text << ", not " << expected;
+}
+
 /// Runs an append; the engine's code, negative, when it is refused.
 inline int append(PelDOMNode parent, PelDOMNode child) {
     try {
@@ -131,6 +152,35 @@ inline int append(PelDOMNode parent, PelDOMNode child) {
     } catch (const xercesc::DOMException& exception) {
         return -exception.code;
     }
+}
+
+inline std::string repeated(const std::string& text, std::size_t times) {
+    std::string all;
+    while (times-- > 0)
+        all += text;
+    return all;
+}
+
+/// The bytes of UTF-16, the lower one of each unit first or last.
+inline std::string utf16Bytes(const std::u16string& text, bool isLowFirst = true) {
+    std::string bytes;
+    for (const char16_t unit : text)
+        for (const bool isLow : {isLowFirst, !isLowFirst})
+            bytes += static_cast<char>(isLow ? unit & 0xFF : unit >> 8);
+    return bytes;
+}
+
+/// How a process of its own ends that does this; with 1 when an expectation failed.
+inline int statusOfProcess(const std::function<void()>& work) {
+    const pid_t child = fork();
+    if (child == 0) {
+        work();
+        std::cout.flush();
+        _exit(testing::Test::HasFailure() ? 1 : 0);
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    return status;
 }
 
 inline std::string bytesOf(const std::string& path) {

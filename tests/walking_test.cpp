@@ -181,12 +181,7 @@ TEST(Ranges, OfAllElementsBelowGoOnBehindWhatIsRemoved) {
 // A loop that climbed to its root for each removal would not get through this.
 TEST(Ranges, OfNestedElementsGoOnWhileTextsAreRemoved) {
     constexpr int depth = 100000;
-    std::string text;
-    for (int i = 0; i < depth; ++i)
-        text += "<e>t";
-    for (int i = 0; i < depth; ++i)
-        text += "t</e>";
-    const PelDOMDocument document = parse(text.c_str());
+    const PelDOMDocument document = parse(repeated("<e>t", depth) + repeated("t</e>", depth));
     int seen = 0;
     for (PelDOMNode node : document.getElementsByTagName("*")) {
         ASSERT_EQ(node.removeChild(node.getFirstChild()), PelDOM::SUCCESS);

@@ -1,31 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "support.h"
-#include "xerces/handles/PelXercesDOMNode.h"
 #include "xerces/tree/PelXercesDeclaration.h"
 
 #include <unicode/unistr.h>
 #include <xercesc/dom/DOM.hpp>
 
-#include <sys/wait.h>
-#include <unistd.h>
-
 // The first write settles the output encoding of its process, so each test writes in a child.
 static void inNewProcess(const std::function<void()>& test) {
-    const pid_t child = fork();
-    if (child == 0) {
-        test();
-        std::cout.flush();
-        _exit(testing::Test::HasFailure() ? 1 : 0);
-    }
-    int status = -1;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
+    EXPECT_EQ(statusOfProcess(test), 0);
 }
 
 // A created document whose declaration has other values.
 static PelDOMDocument createWith(const PelXercesDeclaration& values) {
     PelDOMDocument document = services().createDocument("r");
-    xercesc::DOMDocument& engine = *PelXercesDOMNode::of(*document.getNodeImp()).getDocument();
+    xercesc::DOMDocument& engine = engineOf(document);
     engine.replaceChild(PelXercesDeclaration::create(engine, values), engine.getFirstChild());
     return document;
 }
@@ -163,8 +151,7 @@ TEST(Writing, KeepsTheVersionThatADocumentNeeds) {
 TEST(Writing, WritesWhatOnlyProgramsCanMake) {
     inNewProcess([] {
         PelDOMDocument document = createWith({"", "", PelString("yes")});
-        const PelXercesNodeRef& node = PelXercesDOMNode::of(*document.getNodeImp());
-        xercesc::DOMDocument& engine = *node.getDocument();
+        xercesc::DOMDocument& engine = engineOf(document);
         engine.getDocumentElement()->appendChild(engine.createTextNode(u""));
         engine.getDocumentElement()
             ->appendChild(engine.createElement(u"e"))
@@ -180,7 +167,8 @@ TEST(Writing, WritesWhatOnlyProgramsCanMake) {
             engine.removeChild(engine.getFirstChild());
         EXPECT_EQ(written(toString, document, 1), "\n");
         testing::internal::CaptureStderr();
-        PelXercesDOMNode::give(node, engine.createAttribute(u"k"), document);
+        PelXercesDOMNode::give(PelXercesDOMNode::of(*document.getNodeImp()),
+                               engine.createAttribute(u"k"), document);
         EXPECT_EQ(written(toString, document), "");
         EXPECT_EQ(testing::internal::GetCapturedStderr(), "Unrecognized node type = 2\n");
     });
@@ -325,10 +313,7 @@ TEST(Encodings, KeepEveryCharacterWhereverAPieceEnds) {
 TEST(Depth, TakesNoStackInReadingWalkingGrowingAndWriting) {
     inNewProcess([] {
         constexpr std::size_t depth = 1000000;
-        std::string text;
-        for (std::size_t i = 0; i < 2 * depth; ++i)
-            text += i < depth ? "<a>" : "</a>";
-        PelDOMDocument document = parse(text.c_str());
+        PelDOMDocument document = parse(repeated("<a>", depth) + repeated("</a>", depth));
         PelDOMNode node = document;
         for (std::size_t level = 0; level < 2 * depth; ++level) { // down to the end, and on
             if (level >= depth)
