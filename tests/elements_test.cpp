@@ -33,21 +33,14 @@ TEST(Attributes, AreReadByNameAndByPosition) {
 TEST(Attributes, AreReplacedCheckedAndEmptyIfAskedFor) {
     PelDOMElement root = rootOf("<!DOCTYPE r [<!ELEMENT r ANY><!ATTLIST r a CDATA #IMPLIED d CDATA "
                                 "'' e CDATA 'x'>]><r a='1'/>");
-    expectAnswers({{root.putAttribute("a", ""), "ok"},
-                   {root.putAttribute("d", "v"), "ok"},
-                   {root.putAttribute("e", ""), "ok"},
-                   {root, "r a= d=v e="}});
+    expectEach("ok", {root.putAttribute("a", ""), root.putAttribute("d", "v"),
+                      root.putAttribute("e", ""), PelDOM::checkString(" ", 1)});
     for (const std::u16string& value : {u"\u0001"s, u"a\uFFFE"s, u"\xDC00"s, u"a\0"s})
-        expectAnswers({{root.putAttribute("a", value), "invalid"},
-                       {root.putAttribute("new", value), "invalid"}});
-    expectAnswers({{root.setAttribute("1", true), "invalid"},
-                   {root, "r a= d=v e="},
-                   {root.hasAttribute("A"), "0"},
-                   {root.getAttributeOr("a", "f"), "''"},
-                   {root.getAttributeOr("c", "f"), "'f'"},
-                   {PelDOMElement().getAttributeOr("a", "f"), "'f'"},
-                   {PelDOM::checkString("", 1), "invalid"},
-                   {PelDOM::checkString(" ", 1), "ok"}});
+        expectEach("invalid", {root.putAttribute("a", value), root.putAttribute("new", value)});
+    expectEach("invalid", {root.setAttribute("1", true), PelDOM::checkString("", 1)});
+    expectEach("'f'", {root.getAttributeOr("c", "f"), PelDOMElement().getAttributeOr("a", "f")});
+    EXPECT_EQ(answers({root, root.hasAttribute("A"), root.getAttributeOr("a", "f")}),
+              "r a= d=v e= 0 ''");
 }
 
 /// Sets a value, reads it back in every way, and gives the text.
@@ -82,11 +75,9 @@ void expectLimits() {
 TEST(Values, ReadBackAsTheyWereWritten) {
     expectLimits<signed char, unsigned char, short, unsigned short, int, unsigned, long,
                  unsigned long, long long>();
-    expectAnswers({{written(true), "'true'"},
-                   {written(false), "'false'"},
-                   {written(0), "'0'"},
-                   {written(ULLONG_MAX), "'18446744073709551615'"},
-                   {written(0.1L), "'0.1'"}});
+    EXPECT_EQ(
+        answers({written(true), written(false), written(0), written(ULLONG_MAX), written(0.1L)}),
+        "'true' 'false' '0' '18446744073709551615' '0.1'");
     for (const char* const text :
          {"0.1", "16777216", "1e-45", "-9223372036854775808", "9.223372e+18", "3.4028235e+38"})
         EXPECT_EQ(written(std::strtof(text, nullptr)), text);
@@ -120,7 +111,6 @@ TEST(Values, AreTheFallbackUnlessWholeAndInRange) {
     };
     const std::pair<const char*, std::string> cases[] = {
         {"", "-9 -9 9 1 0 '-'"},
-        {"7", "7 7 7 1 0 'real'"},
         {" 1\n", "1 1 1 1 1 'real'"},
         {"0", "0 0 0 0 0 'real'"},
         {"128", "128 -9 128 1 0 'real'"},
@@ -136,10 +126,8 @@ TEST(Values, AreTheFallbackUnlessWholeAndInRange) {
         {"1e999", "-9 -9 9 1 0 '-'"}};
     for (const auto& [text, expected] : cases)
         EXPECT_EQ(read(text), expected) << text;
-    expectAnswers({{root.getAttributeOr("absent", 5), "5"},
-                   {null.getAttributeOr("n", 5), "5"},
-                   {null.getAttributeOr("n", true), "1"},
-                   {null.setAttribute("n", 5), "null-node"}});
+    expectEach("5", {root.getAttributeOr("absent", 5), null.getAttributeOr("n", 5)});
+    EXPECT_EQ(answers({null.getAttributeOr("n", true), null.setAttribute("n", 5)}), "1 null-node");
 }
 
 TEST(Attributes, OfTypeIdChangeAnyNumberOfTimes) {
@@ -148,10 +136,8 @@ TEST(Attributes, OfTypeIdChangeAnyNumberOfTimes) {
     const PelString ids[] = {"a", "b"};
     for (int i = 0; i < 800'000; ++i)
         root.setAttribute("i", ids[i % 2]);
-    expectAnswers({{root, "r i=b"},
-                   {root.removeAttribute("i"), "ok"},
-                   {root.setAttribute("i", "c"), "ok"},
-                   {root, "r i=c"}});
+    EXPECT_EQ(answers({root, root.removeAttribute("i"), root.setAttribute("i", "c"), root}),
+              "r i=b ok ok r i=c");
 }
 
 TEST(TypedReads, FollowTheRulesOfFormattedInput) {
@@ -205,14 +191,10 @@ TEST(ChildText, IsThatOfAnElementWithOneTextOnly) {
     const PelDOMElement number = rootOf("<a> 2.5x</a>"), word = rootOf("<a>x</a>"),
                         mixed = rootOf("<a>1<b/></a>");
     for (const PelDOMElement& refused : {word, mixed, PelDOMElement()})
-        expectAnswers({{refused.getChildTextValue(whole), "invalid"},
-                       {refused.getChildTextValue(real), "invalid"},
-                       {whole, "7"},
-                       {real == 7.5, "1"}});
-    expectAnswers({{number.getChildTextValue(whole), "ok"},
-                   {number.getChildTextValue(real), "ok"},
-                   {whole, "2"},
-                   {real == 2.5, "1"}});
+        expectEach("invalid", {refused.getChildTextValue(whole), refused.getChildTextValue(real)});
+    EXPECT_TRUE(whole == 7 && real == 7.5);
+    expectEach("ok", {number.getChildTextValue(whole), number.getChildTextValue(real)});
+    EXPECT_TRUE(whole == 2 && real == 2.5);
 }
 
 TEST(Texts, KeepWhatIsSet) {
@@ -232,44 +214,31 @@ TEST(Texts, KeepWhatIsSet) {
 TEST(Rules, TellWhatXmlAllows) {
     // 1 or 0: as XML 1.0 and XML 1.1 name, text, CDATA section, comment, target and data of an
     // instruction
-    const std::pair<std::u16string_view, std::string> cases[] = {
-        {u"", "0011101"},
-        {u"a", "1111111"},
-        {u"a:b.c-1", "1111111"},
-        {u"1a", "0011101"},
-        {u"a b", "0011101"},
-        {u"\u00e9\u4e2d", "1111111"},
-        {u"xml", "1111101"},
-        {u"xMl", "1111101"},
-        {u"xmlx", "1111111"},
-        {u"]]>", "0010101"},
-        {u"]] >", "0011101"},
-        {u"a--b", "1111011"},
-        {u"a-", "1111011"},
-        {u"-a", "0011101"},
-        {u"?>", "0011100"},
-        {u"? >", "0011101"},
-        {u"\t\n\r <&\u007f\uE000\uFFFD", "0011101"},
-        {u"\u2190", "0011101"},
-        {u"a\u0370", "1111111"},
-        {u"a\U00010000", "0111101"},
-        {u"\U0010FFFF", "0011101"}};
-    const PelDOMDocument kept[] = {parse("<r/>"), parse("<?xml version='1.1'?><r/>")};
-    const auto document = [&kept](int i) -> auto& {
-        return *PelXercesDOMNode::of(*kept[i].getNodeImp()).getDocument();
-    };
+    const std::pair<std::string, std::vector<std::u16string_view>> cases[] = {
+        {"1111111", {u"a", u"a:b.c-1", u"\u00e9\u4e2d", u"xmlx", u"a\u0370"}},
+        {"0111101", {u"a\U00010000"}},
+        {"0011101",
+         {u"", u"1a", u"a b", u"]] >", u"-a", u"? >", u"\t\n\r <&\u007f\uE000\uFFFD", u"\u2190",
+          u"\U0010FFFF"}},
+        {"1111101", {u"xml", u"xMl"}},
+        {"0010101", {u"]]>"}},
+        {"1111011", {u"a--b", u"a-"}},
+        {"0011100", {u"?>"}}};
+    const PelDOMDocument older = parse("<r/>"), newer = parse("<?xml version='1.1'?><r/>");
     namespace Rules = PelXercesRules;
-    const auto allowed = [&document](std::u16string_view text) {
+    const auto allowed = [in10 = &engineOf(older),
+                          in11 = &engineOf(newer)](std::u16string_view text) {
         std::string answers;
         for (const bool is :
-             {Rules::isName(text, document(0)), Rules::isName(text, document(1)),
-              Rules::isText(text, document(0)), Rules::isCDATA(text), Rules::isComment(text),
-              Rules::isInstructionTarget(text, document(0)), Rules::isInstruction(text)})
+             {Rules::isName(text, *in10), Rules::isName(text, *in11), Rules::isText(text, *in10),
+              Rules::isCDATA(text), Rules::isComment(text), Rules::isInstructionTarget(text, *in10),
+              Rules::isInstruction(text)})
             answers += is ? '1' : '0';
         return answers;
     };
-    for (const auto& [text, expected] : cases)
-        EXPECT_EQ(allowed(text), expected) << PelString(text);
+    for (const auto& [expected, texts] : cases)
+        for (const std::u16string_view text : texts)
+            EXPECT_EQ(allowed(text), expected) << PelString(text);
     for (const std::u16string& text :
          {u"a\0"s, u"\u0001"s, u"\u001f"s, u"a\uFFFE"s, u"\uFFFF"s, u"a\xD800"s,
           u"a\xDBFF"

@@ -60,18 +60,9 @@ TEST_F(Reading, TellsEachFaultAtItsPlaceInLinesAndCharacters) {
          "2:11: expected end of tag 'b'"},
         {"<?xml version='1.0' encoding='GB18030'?>\n<a>\x94\x39\xDA\x33<b></c></a>",
          "2:10: expected end of tag 'b'"},
-        {"<a>\n<b>",
-         "2:4: input ended before all started tags were ended; last tag started is 'b'"},
-        {"<a/>\n<b/>",
-         "2:1: only comments and processing instructions may follow the root element"},
-        {"hello", "1:1: this is not XML: a document begins with a declaration or an element"},
         {"", "1:1: this is not XML: a document begins with a declaration or an element"},
-        {"<a b='1' b='2'/>", "1:12: attribute 'b' is already specified for element 'a'"},
-        {"<a>&nope;</a>", "1:10: entity 'nope' not found"},
         {"<a>\n" + repeated("<row>some text</row>\n", 5000) + smile + "\xC3(</a>",
          "5002:2: code point 0xC3 is invalid for 'UTF-8' encoding"},
-        {"<a>\n <b>\xF5\x80\x80\x80</b></a>",
-         "2:5: code point 0xF5 is invalid for 'UTF-8' encoding"},
         {"<a>" + repeated("x\n", 100000) + "</a>\xE2\x82", "100001:5: invalid multi-byte sequence"},
         {"\xFF\xFE<\0a\0>\0\n\0\0\xDC"s,
          "2:1: code point 0xDC00 is invalid for 'UTF-16LE' encoding"},
@@ -81,7 +72,6 @@ TEST_F(Reading, TellsEachFaultAtItsPlaceInLinesAndCharacters) {
         {"<?xml version='1.7'?><a/>", "1:22: only the versions 1.0 and 1.1 of XML are read"},
         {"<?xml version='1.0' encoding='nope-8'?><a/>",
          "1:39: the encoding 'nope-8' is unknown or not that of the bytes"},
-        {"<!DOCTYPE a [\n<!ELEMENT a (b>]><a/>", "2:15: expected ',', '|', or ')'"},
         {"<!DOCTYPE a SYSTEM 'gone.dtd'>\n<a/>", "1:31: gone.dtd: no such file"},
         {"<!DOCTYPE a SYSTEM 'no\tsuch\nfile'>\n<a/>", "2:7: no such file: no such file"},
         {"<!DOCTYPE a SYSTEM 'sub'>\n<a/>", "1:26: sub: is a folder"},
@@ -100,8 +90,7 @@ TEST_F(Reading, TellsEachFaultAtItsPlaceInLinesAndCharacters) {
         if (areRemoteRead && row.bytes.find("http:") != std::string::npos)
             continue;
         Reader reader;
-        reader.setLimit(Reader::TIME,
-                        SIZE_MAX); // however slow the machine is
+        reader.setLimit(Reader::TIME, SIZE_MAX); // however slow the machine is
         EXPECT_EQ(read(reader, row.bytes), "null; E d:" + row.message) << row.bytes.substr(0, 80);
     }
 }
