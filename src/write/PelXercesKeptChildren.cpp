@@ -222,7 +222,7 @@ bool PelXercesKeptChildren::isIntact(const Unit& unit) const {
 // The longest run of originals in their order; the others have been moved.
 void PelXercesKeptChildren::letLongestOrderStay() {
     std::vector<std::size_t> ends; // of runs by length, each the one with the least end
-    std::vector<std::size_t> before(units.size(), none);
+    std::vector<std::size_t> previous(units.size(), none);
     for (std::size_t i = 0; i < units.size(); ++i) {
         if (units[i].original == none)
             continue;
@@ -230,13 +230,13 @@ void PelXercesKeptChildren::letLongestOrderStay() {
             ends.begin(), ends.end(), units[i].original,
             [this](std::size_t unit, std::size_t at) { return units[unit].original < at; });
         if (place != ends.begin())
-            before[i] = *(place - 1);
+            previous[i] = *(place - 1);
         if (place == ends.end())
             ends.push_back(i);
         else
             *place = i;
     }
-    for (std::size_t i = ends.empty() ? none : ends.back(); i != none; i = before[i])
+    for (std::size_t i = ends.empty() ? none : ends.back(); i != none; i = previous[i])
         units[i].stays = true;
 }
 
@@ -336,10 +336,10 @@ void PelXercesKeptChildren::takeLine(std::size_t index) {
     if (steps[index].isSeparator || index + 1 == steps.size() || pieces.empty())
         return;
     const Step& next = steps[index + 1];
-    Piece& before = pieces.back();
+    Piece& inFront = pieces.back();
     if (next.isSeparator && next.kind != Step::WENT && hasLineEnd(next.text) &&
-        !before.text.empty() && isLineEnd(before))
-        before = {withoutLastLine(before.text)};
+        !inFront.text.empty() && isLineEnd(inFront))
+        inFront = {withoutLastLine(inFront.text)};
 }
 
 // Where siblings stand on lines of their own, so does what came.
