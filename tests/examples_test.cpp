@@ -144,8 +144,8 @@ TEST(Examples, AnswerMessages) {
     const ScratchFolder folder;
     std::string messages = "<order id='a'>\n\n";
     for (const std::string id : {"1", "2", "3", "4"})
-        messages += "<order id='" + id + "'><item pieces='" + id +
-                    "' cents='150'/><item cents='5'/></order>\n";
+        messages += "<order id='" + id + "'><item cents='150' pieces='" + id +
+                    "'/><item cents='5'/></order>\n";
     EXPECT_EQ(
         run(folder, "message_loop", messages),
         "<answer>input ended before all started tags were ended; last tag started is "
@@ -154,9 +154,9 @@ TEST(Examples, AnswerMessages) {
         "<answer cents=\"155\" order=\"1\"/>\n<answer cents=\"305\" order=\"2\"/>\n"
         "<answer cents=\"455\" order=\"3\"/>\n<answer cents=\"605\" order=\"4\"/>\n" +
             declaration +
-            "<journal><order id=\"2\"><item pieces=\"2\" cents=\"150\"/><item cents=\"5\"/></order>"
-            "<order id=\"3\"><item pieces=\"3\" cents=\"150\"/><item cents=\"5\"/></order>"
-            "<order id=\"4\"><item pieces=\"4\" cents=\"150\"/><item "
+            "<journal><order id=\"2\"><item cents=\"150\" pieces=\"2\"/><item cents=\"5\"/></order>"
+            "<order id=\"3\"><item cents=\"150\" pieces=\"3\"/><item cents=\"5\"/></order>"
+            "<order id=\"4\"><item cents=\"150\" pieces=\"4\"/><item "
             "cents=\"5\"/></order></journal>\n");
 }
 
