@@ -128,6 +128,19 @@ TEST(Keeping, ChangesWhatWasEditedAndNothingElse) {
          [](auto&, auto& a) { child(a, "b").putAttribute("k", "d"); }},
         {"texts that are no markup together", "<a>]]<b/>></a>", "<a>]]&gt;</a>",
          [](auto&, auto& a) { a.removeChild(child(a, "b")); }},
+        {"texts that stay as they were", "<a>x<b/>/> &#65;</a>", "<a>x/> &#65;</a>",
+         [](auto&, auto& a) { a.removeChild(child(a, "b")); }},
+        {"what was the text before", "<a><b>&#65;</b><c><![CDATA[x]]></c></a>",
+         "<a><b>&#65;</b><c>x</c></a>",
+         [](auto&, auto& a) {
+             child(a, "b").setTextContent("A"), child(a, "c").setTextContent("x");
+         }},
+        {"what an entity brought, taken out and back", types + "<a>&e;&e;</a>",
+         types + "<a>&e;&e;</a>",
+         [](auto&, auto& a) {
+             const PelDOMNode x = child(a, "x"), next = x.getNextSibling();
+             a.removeChild(x), a.insertBefore(x, next);
+         }},
         {"an element that opens, and one that loses all", "<a><b k='1' /><c>x</c></a>",
          "<a><b k='1'>x</b><c></c></a>",
          [](auto&, auto& a) {

@@ -105,18 +105,18 @@ void PelXercesKeptWriter::writeNode(const DOMNode& top, bool hasDeclaration) {
     }
 }
 
-// Two texts that something stood between may be markup together, as in `]]` and `>`.
+// Two texts that something stood between may be markup together: `]]` and `>`.
 void PelXercesKeptWriter::writePiece(const Piece& piece) {
     const auto begins = static_cast<std::size_t>(piece.text.data() - text.data());
-    if (!piece.text.empty() && !(endsWithText && piece.node != nullptr && begins != copiedEnd)) {
+    if (!piece.text.empty() && !(endsWithBracket && piece.node != nullptr && begins != copiedEnd)) {
         copy(begins, begins + piece.text.size());
-        endsWithText = piece.node != nullptr;
+        endsWithBracket = piece.node != nullptr && piece.text.back() == ']';
     } else if (piece.node != nullptr) {
         begin(*piece.node, piece.indentation);
     } else if (!piece.added.empty()) {
         flushCopied();
         out.addSource(piece.added);
-        endsWithText = false;
+        endsWithBracket = false;
     }
 }
 
@@ -133,7 +133,8 @@ void PelXercesKeptWriter::begin(const DOMNode& node,
         flushCopied();
         if (isWhiteSpace(value))
             out.addSource(value);
-    } else if (isOld && !source.isChangedWithin(node) && !endsWithText) {
+    } else if (isOld && !source.isChangedWithin(node) &&
+               !(endsWithBracket && type == DOMNode::TEXT_NODE)) {
         writeMoved(node, indentation);
     } else if (type != DOMNode::ELEMENT_NODE) {
         written().leaf(node, type);
@@ -142,7 +143,10 @@ void PelXercesKeptWriter::begin(const DOMNode& node,
     } else {
         beginNewElement(node, indentation);
     }
-    endsWithText = type == DOMNode::TEXT_NODE;
+    const std::u16string_view value =
+        type == DOMNode::TEXT_NODE ? std::u16string_view(node.getNodeValue()) : u" ";
+    if (!value.empty())
+        endsWithBracket = value.back() == u']';
 }
 
 void PelXercesKeptWriter::beginElement(const DOMNode& element) {
@@ -278,7 +282,7 @@ void PelXercesKeptWriter::writeMoved(const DOMNode& node,
 void PelXercesKeptWriter::end(const OpenNode& closed) {
     if (closed.node->getNodeType() == DOMNode::DOCUMENT_NODE)
         return;
-    endsWithText = false;
+    endsWithBracket = false;
     const PelXercesKeptSource::Place* const place =
         closed.isNew ? nullptr : source.placeOf(*closed.node);
     const bool wasEmpty = place != nullptr && text[place->end - 2] == '/';

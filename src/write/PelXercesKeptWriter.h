@@ -68,6 +68,6 @@ private:
     PelXercesKeptChildren children;
     std::size_t copiedBegin = 0;
     std::size_t copiedEnd = 0;
-    bool endsWithText = false; // what was written last
+    bool endsWithBracket = false; // what was written last
     std::vector<OpenNode> open;
 };

@@ -277,12 +277,18 @@ void PelXercesEditing::replaceChildren(const PelXercesNodeRef& parent, const XML
         ++count;
     tree.orphans.prepare(count);
     xercesc::DOMTextImpl* const made = text != nullptr ? &tree.nodes.makeText(text) : nullptr;
+    DOMNode* const former = parent->getFirstChild();
+    const bool isSame = made != nullptr && count == 1 &&
+                        former->getNodeType() == DOMNode::TEXT_NODE &&
+                        std::u16string_view(former->getNodeValue()) == text;
     while (DOMNode* const child = parent->getFirstChild()) {
         unlink(tree, *child);
         tree.orphans.add(*child);
     }
     if (made != nullptr)
         linkNew(tree, *parent.as<xercesc::DOMElementImpl>(), *made, nullptr);
+    if (isSame)
+        tree.passPlace(*former, *made);
 }
 
 void PelXercesEditing::rename(const PelXercesNodeRef& element, const XMLCh* name) {

@@ -56,6 +56,13 @@ void PelXercesTree::copyNumber(xercesc::DOMAttr& former, xercesc::DOMAttr& attri
         source->setNumber(attribute, static_cast<std::uint32_t>(source->numberOf(former)));
 }
 
+void PelXercesTree::passPlace(const xercesc::DOMNode& former, const xercesc::DOMNode& node) {
+    if (!source || source->isChanged(former))
+        return;
+    source->setNumber(node, static_cast<std::uint32_t>(source->numberOf(former)));
+    source->setNumber(former, 0);
+}
+
 // When the numbers have run out, those that were given since the read are given anew, in their
 // order.
 void PelXercesTree::renumber() {

@@ -87,6 +87,9 @@ public:
     /// A new attribute takes the place of a written one.
     void copyNumber(xercesc::DOMAttr& former, xercesc::DOMAttr& attribute);
 
+    /// A new text says what a former one said, and stands for it in the kept source.
+    void passPlace(const xercesc::DOMNode& former, const xercesc::DOMNode& node);
+
     PelXercesChangeLog changes;
 
 private:
