@@ -2,11 +2,11 @@
 #include "read/parse/PelXercesLocator.h"
 
 #include "core/PelTextConversion.h"
+#include "xerces/engine/PelXercesLinks.h"
 #include "xerces/tree/PelSourceMarkup.h"
 #include "xerces/tree/PelXercesAttributeOrder.h"
 #include "xerces/tree/PelXercesWalk.h"
 
-#include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
 
 #include <algorithm>
@@ -14,6 +14,19 @@
 
 using namespace PelSourceMarkup;
 using xercesc::DOMNode;
+
+namespace {
+
+// Most names are of ASCII alone.
+bool isName(const XMLCh* name, std::string_view spelled) {
+    std::size_t i = 0;
+    while (i < spelled.size() && name[i] == static_cast<XMLCh>(spelled[i]) && name[i] < 0x80)
+        ++i;
+    return i == spelled.size() ? name[i] == 0
+                               : PelTextConversion::isSame(name + i, spelled.substr(i));
+}
+
+} // namespace
 
 /// A piece of a text between markup whose nodes cannot be told apart in it: references, and the
 /// text that is one with what they bring.
@@ -26,18 +39,17 @@ struct PelXercesLocator::Group {
 
 PelXercesLocator::PelXercesLocator(PelXercesKeptSource& ownSource, xercesc::DOMDocument& document,
                                    const std::vector<PelXercesBroughtNodes>& references)
-    : source(ownSource), text(ownSource.getText()), parent(&document),
+    : source(ownSource), text(ownSource.getText()), open{{&document, 0}},
       next(document.getFirstChild()), brought(references) {
 }
 
 bool PelXercesLocator::locate() {
-    source.setNumber(*parent, 0);
+    source.setNumber(*open.back().node, 0);
     at = behindDeclaration(text);
     while (at < text.size())
         if (!(text[at] == '<' ? locateMarkup() : locateText()))
             return false;
-    return next == nullptr && parent->getNodeType() == DOMNode::DOCUMENT_NODE &&
-           used == brought.size();
+    return next == nullptr && open.size() == 1 && used == brought.size();
 }
 
 bool PelXercesLocator::locateMarkup() {
@@ -60,62 +72,74 @@ bool PelXercesLocator::locateMarkup() {
 
 // The next node, which is of that type and ends there.
 bool PelXercesLocator::take(DOMNode::NodeType type, std::size_t behind) {
-    if (next == nullptr || next->getNodeType() != type)
+    if (next == nullptr || PelXercesLinks::typeOf(*next) != type)
         return false;
     source.setNumber(*next, source.addPlace(at, behind));
-    next = next->getNextSibling();
+    next = PelXercesLinks::nextOf(*next);
     at = behind;
     return true;
 }
 
 bool PelXercesLocator::locateStartTag() {
     const std::size_t nameEnd = behindName(text, at);
-    if (next == nullptr || next->getNodeType() != DOMNode::ELEMENT_NODE ||
-        !PelTextConversion::isSame(next->getNodeName(), text.substr(at + 1, nameEnd - at - 1)))
+    if (next == nullptr || PelXercesLinks::typeOf(*next) != DOMNode::ELEMENT_NODE ||
+        !isName(next->getNodeName(), text.substr(at + 1, nameEnd - at - 1)))
         return false;
-    source.setNumber(*next, source.addPlace(at, at));
-    locateAttributes(*next, nameEnd);
-    at = behindStartTag(text, nameEnd);
-    parent = next;
-    next = parent->getFirstChild();
+    open.push_back({next, source.addPlace(at, at)});
+    source.setNumber(*next, open.back().number);
+    at = nameEnd;
+    locateAttributes(*next);
+    at = behindStartTag(text, at);
+    next = next->getFirstChild();
     return text[at - 2] != '/' || closeElement();
 }
 
-// Those that only a declaration gave are not in the text.
-void PelXercesLocator::locateAttributes(DOMNode& element, std::size_t nameEnd) {
-    xercesc::DOMNamedNodeMap& map = *element.getAttributes();
-    for (XMLSize_t i = 0; i < map.getLength(); ++i)
-        source.setNumber(*map.item(i), 0);
-    Attribute attribute{};
-    for (std::size_t from = nameEnd; findAttribute(text, from, attribute); from = attribute.end) {
+// Those that only a declaration gave are not in the text. The others are in the order in which they
+// were written, if that is known.
+void PelXercesLocator::locateAttributes(DOMNode& element) {
+    PelXercesAttributeOrder::list(element, attributes);
+    auto expected = attributes.begin();
+    const auto clearRest = [&] {
+        for (; expected != attributes.end(); ++expected)
+            source.setNumber(**expected, 0);
+    };
+    for (Attribute attribute{}; findAttribute(text, at, attribute); at = attribute.end) {
         const std::string_view name =
             text.substr(attribute.begin, attribute.nameEnd - attribute.begin);
-        if (DOMNode* const node = map.getNamedItem(PelTextConversion::fromUtf8(name).c_str()))
+        const DOMNode* node = nullptr;
+        if (expected != attributes.end() && isName((*expected)->getName(), name)) {
+            node = *expected++;
+        } else {
+            clearRest();
+            node = element.getAttributes()->getNamedItem(PelTextConversion::fromUtf8(name).c_str());
+        }
+        if (node != nullptr)
             source.setNumber(*node, source.addPlace(attribute.begin, attribute.end));
     }
+    clearRest();
 }
 
 // Behind its end tag, or behind the tag of an empty one.
 bool PelXercesLocator::closeElement() {
-    if (next != nullptr || parent->getNodeType() != DOMNode::ELEMENT_NODE)
+    if (next != nullptr || open.size() == 1)
         return false;
-    source.setEnd(source.numberOf(*parent), at);
-    next = parent->getNextSibling();
-    parent = parent->getParentNode();
+    source.setEnd(open.back().number, at);
+    next = PelXercesLinks::nextOf(*open.back().node);
+    open.pop_back();
     return true;
 }
 
 // Up to the next markup. White space that the tree does not hold is passed over.
 bool PelXercesLocator::locateText() {
     const std::size_t end = std::min(text.find('<', at), text.size());
-    if (parent->getNodeType() == DOMNode::DOCUMENT_NODE) {
+    if (open.size() == 1) {
         at = end;
         return true;
     }
     const std::size_t reference = findReference(text, at, end);
     if (reference != end)
         return locateReferences(reference, end);
-    if (next != nullptr && next->getNodeType() == DOMNode::TEXT_NODE)
+    if (next != nullptr && PelXercesLinks::typeOf(*next) == DOMNode::TEXT_NODE)
         return take(DOMNode::TEXT_NODE, end);
     const bool isIgnored = isWhiteSpace(text.substr(at, end - at));
     at = end;
@@ -171,7 +195,6 @@ bool PelXercesLocator::locateGroup(const Group& group) {
 
 // All that came from references has their place. Attributes keep their order.
 void PelXercesLocator::locateWithin(DOMNode& top, std::size_t begin, std::size_t end) {
-    std::vector<xercesc::DOMAttr*> attributes;
     for (DOMNode* node = &top; node != nullptr; node = PelXercesWalk::nextInTree(top, node)) {
         source.setNumber(*node, source.addPlace(begin, end));
         if (node->getNodeType() != DOMNode::ELEMENT_NODE)

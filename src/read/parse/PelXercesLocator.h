@@ -3,9 +3,11 @@
 
 #include "xerces/tree/PelXercesKeptSource.h"
 
+#include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMDocument.hpp>
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -31,10 +33,15 @@ public:
 private:
     struct Group;
 
+    struct Open {
+        xercesc::DOMNode* node;
+        std::uint32_t number;
+    };
+
     bool locateMarkup();
     bool locateStartTag();
     bool closeElement();
-    void locateAttributes(xercesc::DOMNode& element, std::size_t nameEnd);
+    void locateAttributes(xercesc::DOMNode& element);
     bool locateText();
     bool locateReferences(std::size_t reference, std::size_t end);
     bool locateGroup(const Group& group);
@@ -44,8 +51,9 @@ private:
     PelXercesKeptSource& source;
     const std::string_view text;
     std::size_t at = 0;
-    xercesc::DOMNode* parent;
-    xercesc::DOMNode* next; // the child of the parent that comes next; null after the last
+    std::vector<Open> open; // the document, and the elements that the place is in
+    xercesc::DOMNode* next; // the child of the last of them that comes next; null after the last
+    std::vector<xercesc::DOMAttr*> attributes; // of the element at hand
     const std::vector<PelXercesBroughtNodes>& brought;
     std::size_t used = 0; // of them
 };

@@ -2,8 +2,32 @@
 #include "xerces/tree/PelSourceMarkup.h"
 
 #include <algorithm>
+#include <array>
 
 namespace {
+
+// The standard library's find_first_of calls a function for each character.
+class AnyOf {
+public:
+    constexpr explicit AnyOf(std::string_view units) {
+        for (const char unit : units)
+            has[static_cast<unsigned char>(unit)] = true;
+    }
+
+    // The end of the text where there is none.
+    std::size_t in(std::string_view text, std::size_t at) const {
+        while (at < text.size() && !has[static_cast<unsigned char>(text[at])])
+            ++at;
+        return at;
+    }
+
+private:
+    std::array<bool, 256> has{};
+};
+
+constexpr AnyOf nameEnds(" \t\n\r=/>?;[");
+constexpr AnyOf quotes("\"'");
+constexpr AnyOf tagParts(">\"'");
 
 std::size_t behind(std::string_view text, std::string_view end, std::size_t at) {
     return text.find(end, at) + end.size();
@@ -31,7 +55,7 @@ std::size_t PelSourceMarkup::behindSpace(std::string_view text, std::size_t at) 
 }
 
 std::size_t PelSourceMarkup::behindName(std::string_view text, std::size_t at) {
-    return std::min(text.find_first_of(" \t\n\r=/>?;[", at), text.size());
+    return nameEnds.in(text, at);
 }
 
 std::size_t PelSourceMarkup::behindComment(std::string_view text, std::size_t at) {
@@ -70,7 +94,7 @@ std::size_t PelSourceMarkup::behindDocumentType(std::string_view text, std::size
 
 std::size_t PelSourceMarkup::behindStartTag(std::string_view text, std::size_t at) {
     for (;;) {
-        at = text.find_first_of(">\"'", at);
+        at = tagParts.in(text, at);
         if (text[at] == '>')
             return at + 1;
         at = text.find(text[at], at + 1) + 1;
@@ -90,7 +114,7 @@ bool PelSourceMarkup::findAttribute(std::string_view text, std::size_t at, Attri
         return false;
     attribute.begin = at;
     attribute.nameEnd = behindName(text, at);
-    at = text.find_first_of("\"'", attribute.nameEnd);
+    at = quotes.in(text, attribute.nameEnd);
     attribute.valueBegin = at + 1;
     attribute.end = text.find(text[at], at + 1) + 1;
     return true;

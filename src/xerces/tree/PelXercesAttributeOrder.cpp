@@ -6,6 +6,7 @@
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
 
 #include <algorithm>
+#include <string_view>
 
 using Fields = PelXercesFields;
 using xercesc::DOMAttr;
@@ -23,9 +24,11 @@ xercesc::DOMNodeImpl& nodeOf(DOMAttr& attribute) {
 bool isBefore(DOMAttr* one, DOMAttr* two) {
     xercesc::DOMNodeImpl& first = nodeOf(*one);
     xercesc::DOMNodeImpl& second = nodeOf(*two);
-    if (!first.isSpecified() || !second.isSpecified())
-        return first.isSpecified() && !second.isSpecified();
-    return Fields::numberOf(first) < Fields::numberOf(second);
+    if (first.isSpecified() && second.isSpecified())
+        return Fields::numberOf(first) < Fields::numberOf(second);
+    if (!first.isSpecified() && !second.isSpecified())
+        return std::u16string_view(one->getName()) < two->getName();
+    return first.isSpecified();
 }
 
 } // namespace
@@ -38,7 +41,7 @@ void PelXercesAttributeOrder::list(const xercesc::DOMNode& element,
         attributes[i] = static_cast<DOMAttr*>(map.item(i));
     if (isAsWritten && attributes.size() > 1 && areNumbered() &&
         !std::is_sorted(attributes.begin(), attributes.end(), isBefore))
-        std::stable_sort(attributes.begin(), attributes.end(), isBefore);
+        std::sort(attributes.begin(), attributes.end(), isBefore);
 }
 
 std::uint32_t PelXercesAttributeOrder::numberOf(DOMAttr& attribute) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "xerces/tree/PelXercesKeptSource.h"
 
-#include "xerces/engine/PelXercesFields.h"
+#include "xerces/engine/PelXercesLinks.h"
 #include "xerces/tree/PelSourceMarkup.h"
 
 #include <algorithm>
@@ -16,7 +16,11 @@ xercesc::DOMNodeImpl* innerOf(const DOMNode& node) {
     if (!Fields::hasNumbers() || !Fields::areKnown())
         return nullptr;
     auto& changing = const_cast<DOMNode&>(node);
-    switch (node.getNodeType()) {
+    switch (PelXercesLinks::typeOf(node)) {
+    case DOMNode::ELEMENT_NODE:
+        return &Fields::nodeOf(static_cast<xercesc::DOMElementImpl&>(changing));
+    case DOMNode::TEXT_NODE:
+        return &Fields::nodeOf(static_cast<xercesc::DOMTextImpl&>(changing));
     case DOMNode::ATTRIBUTE_NODE:
         return &Fields::nodeOf(static_cast<xercesc::DOMAttrImpl&>(changing));
     case DOMNode::DOCUMENT_NODE:
