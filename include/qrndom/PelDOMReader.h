@@ -102,8 +102,8 @@ public:
 
     /// Whether trees keep the bytes that they were read from, and where each node stood in them, so
     /// that a PelDOMWriter can leave what was not changed as it was, and nodes know their lines.
-    /// Off by default. It takes the size of the document, in UTF-8, and 8 bytes for each node and
-    /// attribute. Sources over 4 GiB are not kept; a warning says so.
+    /// Off by default. It takes the size of the document, in UTF-8, and 8 bytes for each node.
+    /// Sources over 4 GiB are not kept; a warning says so.
     void setKeepSource(bool isKept) noexcept;
 
     /// As it was set.

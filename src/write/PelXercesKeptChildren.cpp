@@ -4,9 +4,6 @@
 #include "xerces/tree/PelSourceMarkup.h"
 #include "xerces/tree/PelXercesWalk.h"
 
-#include <xercesc/dom/DOMAttr.hpp>
-#include <xercesc/dom/DOMNamedNodeMap.hpp>
-
 #include <algorithm>
 #include <utility>
 
@@ -40,17 +37,11 @@ std::string_view withoutLastLine(std::string_view space) {
     return space.substr(0, end);
 }
 
-// How many numbers a node and all below it have, with their attributes.
-std::size_t countNumbers(const DOMNode& top) {
+std::size_t countWithin(const DOMNode& top) {
     std::size_t count = 0;
     for (const DOMNode* node = &top; node != nullptr;
-         node = PelXercesWalk::nextInTree(top, const_cast<DOMNode*>(node))) {
+         node = PelXercesWalk::nextInTree(top, const_cast<DOMNode*>(node)))
         ++count;
-        const xercesc::DOMNamedNodeMap* const attributes = node->getAttributes();
-        for (XMLSize_t i = 0; attributes != nullptr && i < attributes->getLength(); ++i)
-            if (static_cast<const xercesc::DOMAttr*>(attributes->item(i))->getSpecified())
-                ++count;
-    }
     return count;
 }
 
@@ -153,13 +144,10 @@ bool PelXercesKeptChildren::planChanged(const DOMNode& parent) {
     return true;
 }
 
-// The places of an element's attributes follow its own, then come its children, each with all below
-// it.
+// The places of an element's children follow its own, each with all below it.
 void PelXercesKeptChildren::findOriginals() {
     const std::vector<PelXercesKeptSource::Place>& places = source.getPlaces();
     std::size_t index = firstIndex;
-    while (index < places.size() && places[index].begin < contentBegin)
-        ++index;
     while (index < places.size() && places[index].begin < contentEnd) {
         const PelXercesKeptSource::Place place = places[index];
         originals.push_back(
@@ -211,7 +199,7 @@ bool PelXercesKeptChildren::isIntact(const Unit& unit) const {
             return false;
         if (!isGroup(original))
             return true;
-        index += countNumbers(*node);
+        index += countWithin(*node);
         if (node == unit.last)
             break;
     }

@@ -4,7 +4,8 @@
 #include "core/PelCharacters.h"
 #include "core/PelTextConversion.h"
 #include "write/PelXercesIndent.h"
-#include "xerces/tree/PelSourceMarkup.h"
+
+#include <xercesc/dom/DOMNamedNodeMap.hpp>
 
 #include <algorithm>
 #include <optional>
@@ -168,39 +169,28 @@ void PelXercesKeptWriter::writeStartTag(const DOMNode& element, bool hasContent)
         written().startTag(element);
     else
         copy(begin, at);
-    // The source's first, by number, which is the order in which they were written.
-    std::vector<xercesc::DOMAttr*> attributes = serializer.attributesOf(element);
-    const auto isBefore = [this](const auto* one, const auto* two) {
-        return source.numberOf(*one) - 1 <
-               source.numberOf(*two) - 1; // 0, a new one, is the largest
-    };
-    if (!std::is_sorted(attributes.begin(), attributes.end(), isBefore))
-        std::stable_sort(attributes.begin(), attributes.end(), isBefore);
-    auto next = attributes.begin();
-    std::size_t number = source.numberOf(element);
-    Attribute attribute{};
-    for (std::size_t from = at; findAttribute(text, from, attribute); from = at) {
-        ++number;
-        if (next != attributes.end() && source.numberOf(**next) == number) {
-            // By another name a declaration may normalise the same spelling otherwise.
-            const auto isOtherwise = [&] {
-                const std::string_view spelled =
-                    text.substr(attribute.valueBegin, attribute.end - 1 - attribute.valueBegin);
-                return plainValue(spelled) != std::u16string((*next)->getValue());
-            };
-            if (source.isChanged(**next) || (isRenamed && isOtherwise())) {
-                copy(at, attribute.valueBegin);
-                written().value(**next, text[attribute.end - 1]);
-                copy(attribute.end - 1, attribute.end);
-            } else {
-                copy(at, attribute.end);
-            }
-            ++next;
+    Attribute spelled{};
+    for (std::size_t from = at; findAttribute(text, from, spelled); at = from = spelled.end) {
+        const xercesc::DOMAttr* const attribute = attributeIn(element, spelled);
+        if (attribute == nullptr)
+            continue;
+        // By another name a declaration may normalise the same spelling otherwise.
+        const auto isOtherwise = [&] {
+            const auto value =
+                text.substr(spelled.valueBegin, spelled.end - 1 - spelled.valueBegin);
+            return plainValue(value) != std::u16string(attribute->getValue());
+        };
+        if (source.isChanged(*attribute) || (isRenamed && isOtherwise())) {
+            copy(at, spelled.valueBegin);
+            written().value(*attribute, text[spelled.end - 1]);
+            copy(spelled.end - 1, spelled.end);
+        } else {
+            copy(at, spelled.end);
         }
-        at = attribute.end;
     }
-    for (; next != attributes.end(); ++next)
-        written().attribute(**next);
+    for (const xercesc::DOMAttr* const attribute : serializer.attributesOf(element))
+        if (source.isNew(*attribute) || !attribute->getSpecified())
+            written().attribute(*attribute);
     const std::size_t tagEnd = behindStartTag(text, at);
     std::size_t spaceEnd = tagEnd - 2;
     if (!hasContent || text[spaceEnd] != '/') {
@@ -212,6 +202,17 @@ void PelXercesKeptWriter::writeStartTag(const DOMNode& element, bool hasContent)
     copy(at, spaceEnd);
     flushCopied();
     out.markup(u">");
+}
+
+// What a spelled attribute has become; null if it went.
+const xercesc::DOMAttr* PelXercesKeptWriter::attributeIn(const DOMNode& element,
+                                                         const Attribute& spelled) const {
+    const std::string_view name = text.substr(spelled.begin, spelled.nameEnd - spelled.begin);
+    const auto* const attribute = static_cast<const xercesc::DOMAttr*>(
+        element.getAttributes()->getNamedItem(PelTextConversion::fromUtf8(name).c_str()));
+    const bool isLeft =
+        attribute != nullptr && attribute->getSpecified() && !source.isNew(*attribute);
+    return isLeft ? attribute : nullptr;
 }
 
 void PelXercesKeptWriter::beginNewElement(const DOMNode& element,

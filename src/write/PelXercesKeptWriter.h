@@ -3,6 +3,7 @@
 
 #include "write/PelXercesKeptChildren.h"
 #include "write/PelXercesSerializer.h"
+#include "xerces/tree/PelSourceMarkup.h"
 
 #include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMNode.hpp>
@@ -45,6 +46,8 @@ private:
     void beginNewElement(const xercesc::DOMNode& element,
                          const std::optional<std::string>& indentation);
     void writeStartTag(const xercesc::DOMNode& element, bool hasContent);
+    const xercesc::DOMAttr* attributeIn(const xercesc::DOMNode& element,
+                                        const PelSourceMarkup::Attribute& spelled) const;
     void writeMoved(const xercesc::DOMNode& node, const std::optional<std::string>& indentation);
     void end(const OpenNode& closed);
     bool isPreserved(const xercesc::DOMNode& element) const;

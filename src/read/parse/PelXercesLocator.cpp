@@ -4,10 +4,7 @@
 #include "core/PelTextConversion.h"
 #include "xerces/engine/PelXercesLinks.h"
 #include "xerces/tree/PelSourceMarkup.h"
-#include "xerces/tree/PelXercesAttributeOrder.h"
 #include "xerces/tree/PelXercesWalk.h"
-
-#include <xercesc/dom/DOMNamedNodeMap.hpp>
 
 #include <algorithm>
 #include <utility>
@@ -87,36 +84,9 @@ bool PelXercesLocator::locateStartTag() {
         return false;
     open.push_back({next, source.addPlace(at, at)});
     source.setNumber(*next, open.back().number);
-    at = nameEnd;
-    locateAttributes(*next);
-    at = behindStartTag(text, at);
+    at = behindStartTag(text, nameEnd);
     next = next->getFirstChild();
     return text[at - 2] != '/' || closeElement();
-}
-
-// Those that only a declaration gave are not in the text. The others are in the order in which they
-// were written, if that is known.
-void PelXercesLocator::locateAttributes(DOMNode& element) {
-    PelXercesAttributeOrder::list(element, attributes);
-    auto expected = attributes.begin();
-    const auto clearRest = [&] {
-        for (; expected != attributes.end(); ++expected)
-            source.setNumber(**expected, 0);
-    };
-    for (Attribute attribute{}; findAttribute(text, at, attribute); at = attribute.end) {
-        const std::string_view name =
-            text.substr(attribute.begin, attribute.nameEnd - attribute.begin);
-        const DOMNode* node = nullptr;
-        if (expected != attributes.end() && isName((*expected)->getName(), name)) {
-            node = *expected++;
-        } else {
-            clearRest();
-            node = element.getAttributes()->getNamedItem(PelTextConversion::fromUtf8(name).c_str());
-        }
-        if (node != nullptr)
-            source.setNumber(*node, source.addPlace(attribute.begin, attribute.end));
-    }
-    clearRest();
 }
 
 // Behind its end tag, or behind the tag of an empty one.
@@ -193,17 +163,8 @@ bool PelXercesLocator::locateGroup(const Group& group) {
     return true;
 }
 
-// All that came from references has their place. Attributes keep their order.
+// All that came from references has their place.
 void PelXercesLocator::locateWithin(DOMNode& top, std::size_t begin, std::size_t end) {
-    for (DOMNode* node = &top; node != nullptr; node = PelXercesWalk::nextInTree(top, node)) {
+    for (DOMNode* node = &top; node != nullptr; node = PelXercesWalk::nextInTree(top, node))
         source.setNumber(*node, source.addPlace(begin, end));
-        if (node->getNodeType() != DOMNode::ELEMENT_NODE)
-            continue;
-        PelXercesAttributeOrder::list(*node, attributes);
-        for (xercesc::DOMAttr* const attribute : attributes)
-            if (attribute->getSpecified())
-                source.setNumber(*attribute, source.addPlace(begin, end));
-            else
-                source.setNumber(*attribute, 0);
-    }
 }

@@ -3,7 +3,6 @@
 
 #include "xerces/tree/PelXercesKeptSource.h"
 
-#include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMDocument.hpp>
 
 #include <cstddef>
@@ -41,7 +40,6 @@ private:
     bool locateMarkup();
     bool locateStartTag();
     bool closeElement();
-    void locateAttributes(xercesc::DOMNode& element);
     bool locateText();
     bool locateReferences(std::size_t reference, std::size_t end);
     bool locateGroup(const Group& group);
@@ -53,7 +51,6 @@ private:
     std::size_t at = 0;
     std::vector<Open> open; // the document, and the elements that the place is in
     xercesc::DOMNode* next; // the child of the last of them that comes next; null after the last
-    std::vector<xercesc::DOMAttr*> attributes; // of the element at hand
     const std::vector<PelXercesBroughtNodes>& brought;
     std::size_t used = 0; // of them
 };

@@ -138,7 +138,7 @@ bool PelPlainMarkup<Source>::readAttribute() {
     text.clear();
     if (!(skip('"') ? readValue<'"'>() : skip('\'') && readValue<'\''>()))
         return false;
-    tree.addAttribute(*name, text, spanFrom(begin));
+    tree.addAttribute(*name, text);
     return true;
 }
 

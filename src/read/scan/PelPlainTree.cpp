@@ -81,8 +81,8 @@ void PelPlainTree::openElement(const Name& name, std::size_t begin) {
     levels.push_back({&element, nullptr, nullptr, nullptr, 0, place(element, {begin, begin})});
 }
 
-void PelPlainTree::addAttribute(const Name& name, PelPlainText& value, Span span) {
-    place(nodes.addAttribute(*levels.back().element, name.pooled, makeText(value)), span);
+void PelPlainTree::addAttribute(const Name& name, PelPlainText& value) {
+    nodes.addAttribute(*levels.back().element, name.pooled, makeText(value));
 }
 
 bool PelPlainTree::endTag() {

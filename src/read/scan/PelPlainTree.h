@@ -36,7 +36,7 @@ public:
     /// A start tag: its name, its attributes, its end; false when a name comes twice, or for more
     /// attributes than the engine's parser may read.
     void openElement(const Name& name, std::size_t begin);
-    void addAttribute(const Name& name, PelPlainText& value, Span span);
+    void addAttribute(const Name& name, PelPlainText& value);
     bool endTag();
 
     /// The end of the element that was opened last.

@@ -49,6 +49,8 @@ std::uint32_t PelXercesAttributeOrder::numberOf(DOMAttr& attribute) {
 }
 
 void PelXercesAttributeOrder::setNumber(DOMAttr& attribute, std::uint32_t number) {
-    if (areNumbered())
-        Fields::numberOf(nodeOf(attribute)) = number;
+    if (!areNumbered())
+        return;
+    Fields::marksOf(nodeOf(attribute)) = 0;
+    Fields::numberOf(nodeOf(attribute)) = number;
 }

@@ -15,6 +15,10 @@ namespace PelXercesAttributeOrder {
 void list(const xercesc::DOMNode& element, std::vector<xercesc::DOMAttr*>& attributes,
           bool isAsWritten = true);
 
+/// Those of the tag that was read count from 1; those that came later have larger numbers than any
+/// tag has attributes.
+constexpr std::uint32_t mostInTag = std::uint32_t{1} << 24;
+
 /// 0 where there are no numbers, and for one that nobody wrote.
 std::uint32_t numberOf(xercesc::DOMAttr& attribute);
 void setNumber(xercesc::DOMAttr& attribute, std::uint32_t number);

@@ -3,6 +3,7 @@
 
 #include "xerces/engine/PelXercesLinks.h"
 #include "xerces/tree/PelSourceMarkup.h"
+#include "xerces/tree/PelXercesAttributeOrder.h"
 
 #include <algorithm>
 
@@ -33,8 +34,11 @@ xercesc::DOMNodeImpl* innerOf(const DOMNode& node) {
 } // namespace
 
 std::size_t PelXercesKeptSource::numberOf(const DOMNode& node) const {
-    const std::size_t number = knownOf(node).number;
-    return number <= places.size() ? number : 0; // larger ones order new attributes
+    return knownOf(node).number;
+}
+
+bool PelXercesKeptSource::isNew(const xercesc::DOMAttr& attribute) const {
+    return knownOf(attribute).number > PelXercesAttributeOrder::mostInTag;
 }
 
 const PelXercesKeptSource::Place* PelXercesKeptSource::placeOf(const DOMNode& node) const {
@@ -62,11 +66,6 @@ void PelXercesKeptSource::markUpFrom(DOMNode& lowest) {
     for (DOMNode* node = &lowest; node != nullptr && !hasMark(*node, changedBelow);
          node = node->getParentNode())
         mark(*node, changedBelow);
-}
-
-void PelXercesKeptSource::forget(const DOMNode& node) noexcept {
-    if (innerOf(node) == nullptr)
-        withoutFields.erase(&node);
 }
 
 bool PelXercesKeptSource::standsAlone(const DOMNode& node) const {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMNode.hpp>
 
 #include <cstddef>
@@ -20,8 +21,8 @@
 /// leads to its place; new nodes have none.
 class PelXercesKeptSource {
 public:
-    /// Bytes of the text. An element's reaches behind its end tag, an attribute's from its name
-    /// behind its value. What came from an entity has the place of the reference.
+    /// Bytes of the text. An element's reaches behind its end tag. What came from an entity has the
+    /// place of the reference.
     struct Place {
         std::uint32_t begin;
         std::uint32_t end;
@@ -88,8 +89,17 @@ public:
     /// Whether something has changed anywhere.
     bool hasChanges() const { return isAnyChanged; }
 
-    /// Where nodes have no numbers: a new node is in the memory of one that has gone.
-    void forget(const xercesc::DOMNode& node) noexcept;
+    /// The number that an attribute has among those of its element. It has no place of its own: the
+    /// tag is gone through where it is wanted.
+    void setAttributeNumber(const xercesc::DOMAttr& attribute, std::uint32_t number) {
+        setKnown(attribute, {number, 0});
+    }
+    void copyAttributeNumber(const xercesc::DOMAttr& former, const xercesc::DOMAttr& attribute) {
+        setKnown(attribute, knownOf(former));
+    }
+
+    /// Whether an attribute was not in the tag as it was read.
+    bool isNew(const xercesc::DOMAttr& attribute) const;
 
     /// Whether a node stands in the text by itself. What an entity brought does not: it has the
     /// place of the reference, together with others.

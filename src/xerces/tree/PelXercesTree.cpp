@@ -36,24 +36,18 @@ void PelXercesTree::setData(xercesc::DOMNode& node, const XMLCh* data) {
         source->noteChange(node);
 }
 
-// The attributes of one tag, and what the source has, are numbered from 1.
-std::uint32_t PelXercesTree::mostRead() const noexcept {
-    constexpr std::size_t mostInTag = std::size_t{1} << 24;
-    return static_cast<std::uint32_t>(std::max(mostInTag, source ? source->getPlaces().size() : 0));
-}
-
 void PelXercesTree::numberAttribute(xercesc::DOMAttr& attribute) {
     if (lastNumber == UINT32_MAX)
         renumber();
     PelXercesAttributeOrder::setNumber(attribute, ++lastNumber);
     if (source)
-        source->forget(attribute);
+        source->setAttributeNumber(attribute, lastNumber);
 }
 
 void PelXercesTree::copyNumber(xercesc::DOMAttr& former, xercesc::DOMAttr& attribute) {
     PelXercesAttributeOrder::setNumber(attribute, PelXercesAttributeOrder::numberOf(former));
-    if (source && source->numberOf(former) != 0)
-        source->setNumber(attribute, static_cast<std::uint32_t>(source->numberOf(former)));
+    if (source)
+        source->copyAttributeNumber(former, attribute);
 }
 
 void PelXercesTree::passPlace(const xercesc::DOMNode& former, const xercesc::DOMNode& node) {
@@ -67,7 +61,7 @@ void PelXercesTree::passPlace(const xercesc::DOMNode& former, const xercesc::DOM
 // order.
 void PelXercesTree::renumber() {
     std::vector<xercesc::DOMAttr*> attributes;
-    std::uint32_t last = mostRead();
+    std::uint32_t last = PelXercesAttributeOrder::mostInTag;
     const auto renumberWithin = [&](xercesc::DOMNode& top) {
         for (xercesc::DOMNode* node = &top; node != nullptr;
              node = PelXercesWalk::nextInTree(top, node)) {
@@ -75,7 +69,8 @@ void PelXercesTree::renumber() {
                 continue;
             PelXercesAttributeOrder::list(*node, attributes);
             for (xercesc::DOMAttr* const attribute : attributes)
-                if (PelXercesAttributeOrder::numberOf(*attribute) > mostRead())
+                if (PelXercesAttributeOrder::numberOf(*attribute) >
+                    PelXercesAttributeOrder::mostInTag)
                     PelXercesAttributeOrder::setNumber(*attribute, ++last);
         }
     };

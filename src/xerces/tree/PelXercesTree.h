@@ -3,6 +3,7 @@
 
 #include "xerces/engine/PelXercesEngine.h"
 #include "xerces/engine/PelXercesMemory.h"
+#include "xerces/tree/PelXercesAttributeOrder.h"
 #include "xerces/tree/PelXercesChangeLog.h"
 #include "xerces/tree/PelXercesKeptSource.h"
 #include "xerces/tree/PelXercesNodePool.h"
@@ -99,10 +100,9 @@ private:
     PelXercesTree(const PelXercesEngine::Share& engine, PelXercesNewDocument&& own)
         : engineShare(engine), document(std::move(own.document)),
           childCounts(std::move(own.childCounts)), source(std::move(own.source)),
-          isNotStandalone(own.isNotStandalone), lastNumber(mostRead()), nodes(*document),
-          orphans(*this) {}
+          isNotStandalone(own.isNotStandalone), lastNumber(PelXercesAttributeOrder::mostInTag),
+          nodes(*document), orphans(*this) {}
 
-    std::uint32_t mostRead() const noexcept;
     void renumber();
 
     const PelXercesEngine::Share engineShare; // outlives the document
