@@ -12,79 +12,6 @@ static std::string written(const PelDOMDocument& document) {
     return bytes;
 }
 
-static char kindOf(const PelDOMNode& node) {
-    const std::string value = node.getNodeValue().toUtf8();
-    switch (node.getNodeType()) {
-    case PelDOM::XML_DECL_NODE:
-        return 'D';
-    case PelDOM::DOCUMENT_TYPE_NODE:
-        return 'T';
-    case PelDOM::ELEMENT_NODE:
-        return 'E';
-    case PelDOM::TEXT_NODE:
-        return !value.empty() && value.find_first_not_of(" \n") == value.npos ? 'S' : 'X';
-    case PelDOM::CDATA_SECTION_NODE:
-        return 'X';
-    default:
-        return 'C';
-    }
-}
-
-static std::string orderOf(const PelDOMDocument& document) {
-    std::string order;
-    for (const PelDOMNode child : document.getChildNodes())
-        order += kindOf(child);
-    return order;
-}
-
-static bool isDocument(const std::string& order) {
-    const auto count = [&](char kind) { return std::count(order.begin(), order.end(), kind); };
-    return count('X') == 0 && count('E') < 2 && count('T') < 2 &&
-           (count('D') == 0 || order.rfind('D') == 0) &&
-           (count('T') == 0 || count('E') == 0 || order.find('T') < order.find('E'));
-}
-
-// Each node that there is and new ones of each kind, in front of and in the place of each other
-// one.
-TEST(Changes, OfADocumentKeepTheOrderThatXmlDemands) {
-    for (long i = 0; i < 4 * 2 * 10 * 4; ++i) {
-        const bool isCreated = i % 2 == 0, isWithoutRoot = i / 2 % 2 == 0,
-                   isReplaced = i / 4 % 2 == 0;
-        const long moved = i / 8 % 10 - 7, place = i / 80;
-        PelDOMDocument document = isCreated ? services().createDocument("r")
-                                            : parse("<!DOCTYPE r [<!ELEMENT r ANY>]><!--1--><r/>");
-        if (isWithoutRoot)
-            document.removeChild(document.getDocumentElement());
-        const std::string before = orderOf(document);
-        const auto size = static_cast<long>(before.size());
-        if (moved >= size || place > size - (isReplaced ? 1 : 0))
-            continue;
-        const PelDOMNode made[] = {document.createElement("n"),
-                                   document.createTextNode(" \n"),
-                                   document.createTextNode(""),
-                                   document.createTextNode("x"),
-                                   document.createComment("c"),
-                                   document.createCDATASection(" "),
-                                   document.createProcessingInstruction("p", "")};
-        const PelDOMNode child = moved < 0 ? made[moved + 7] : childAt(document, moved);
-        const PelDOMNode other = place < size ? childAt(document, place) : PelDOMNode();
-        std::string after = before;
-        after.insert(static_cast<std::size_t>(place), 1, kindOf(child));
-        if (isReplaced)
-            after[static_cast<std::size_t>(place) + 1] = '-';
-        if (moved >= 0)
-            after[static_cast<std::size_t>(moved < place ? moved : moved + 1)] = '-';
-        after.erase(std::remove(after.begin(), after.end(), '-'), after.end());
-        const PelDOM::Error code =
-            isReplaced ? document.replaceChild(child, other) : document.insertBefore(child, other);
-        EXPECT_EQ(answers({code, orderOf(document)}),
-                  isDocument(after) ? answers({PelDOM::SUCCESS, after})
-                                    : answers({PelDOM::INVALID_VALUE, before}))
-            << before << (isReplaced ? " replaced " : " before ") << place << " by "
-            << kindOf(child) << moved;
-    }
-}
-
 TEST(NewNodes, WithTextThatLooksLikeTheirEndAreWritten) {
     PelDOMDocument document = parse("<r/>");
     PelDOMElement root = document.getDocumentElement();
@@ -176,21 +103,13 @@ TEST(Names, ChangeInPlace) {
               "<!ATTLIST c d CDATA 'c' y CDATA 'c'>]><r><a x='1'>t</a><b d='own'/></r>");
     PelDOMElement root = document.getDocumentElement(), a(childAt(root, 0)), b(childAt(root, 1));
     const PelDOMElement same = a;
-    expectAnswers({{a.setTagName("n"), "ok"},
-                   {same, "n x=1(|t|)"},
-                   {a.setTagName("b"), "ok"},
-                   {same, "b d=b x=1(|t|)"},
-                   {b.setTagName("c"), "ok"},
-                   {b, "c d=own y=c"},
-                   {a.setTagName("c"), "ok"},
-                   {same, "c d=c x=1 y=c(|t|)"},
-                   {b.setTagName("c"), "ok"},
-                   {b, "c d=own y=c"},
-                   {a.setTagName("a"), "ok"},
-                   {same, "a x=1(|t|)"},
-                   {b.removeAttribute("d"), "ok"},
-                   {b.setTagName("c"), "ok"},
-                   {b, "c d=c y=c"}});
+    EXPECT_EQ(answers({a.setTagName("n"), same, a.setTagName("b"), same}),
+              "ok n x=1(|t|) ok b d=b x=1(|t|)");
+    EXPECT_EQ(answers({b.setTagName("c"), b, b.setTagName("c"), b}),
+              "ok c d=own y=c ok c d=own y=c");
+    EXPECT_EQ(answers({a.setTagName("c"), same, a.setTagName("a"), same}),
+              "ok c d=c x=1 y=c(|t|) ok a x=1(|t|)");
+    EXPECT_EQ(answers({b.removeAttribute("d"), b.setTagName("c"), b}), "ok ok c d=c y=c");
     for (const char16_t* name : {u"", u"1", u"a b", u"a\xD800"})
         EXPECT_EQ(a.setTagName(name), PelDOM::INVALID_VALUE) << PelString(name);
     expectAnswers(

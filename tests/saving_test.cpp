@@ -50,10 +50,17 @@ std::string saved(const PelDOMNode& node, const Settings& settings = {}) {
 }
 
 // A document whose root holds what only programs can make.
-PelDOMDocument holding(const std::function<xercesc::DOMNode*(xercesc::DOMDocument&)>& make) {
-    const PelDOMDocument document = parse("<r/>");
+PelDOMDocument holding(PelDOM::NodeType type, const char16_t* value, const char16_t* target = u"") {
+    PelDOMDocument document = parse("<r/>");
     xercesc::DOMDocument& engine = engineOf(document);
-    engine.getDocumentElement()->appendChild(make(engine));
+    xercesc::DOMNode* made = engine.createTextNode(value);
+    if (type == PelDOM::CDATA_SECTION_NODE)
+        made = engine.createCDATASection(value);
+    else if (type == PelDOM::COMMENT_NODE)
+        made = engine.createComment(value);
+    else if (type == PelDOM::PROCESSING_INSTRUCTION_NODE)
+        made = engine.createProcessingInstruction(target, value);
+    engine.getDocumentElement()->appendChild(made);
     return document;
 }
 
@@ -153,12 +160,11 @@ TEST(Saving, AnswersACodeWhateverAStreamThrows) {
 
 TEST(Saving, TakesMemoryForAPieceOfALongText) {
     const std::string plain(std::size_t{4} << 20, 'x');
-    std::string marked = plain;
-    for (std::size_t i = 0; i < marked.size(); i += 100)
+    std::string marked = plain, escaped = plain;
+    for (std::size_t i = 0; i < plain.size(); i += 100) {
         marked[i] = i % 200 == 0 ? '\n' : ']';
-    std::string escaped = plain;
-    for (std::size_t i = 0; i < escaped.size(); i += 100)
         escaped[i] = '"';
+    }
     PelDOMDocument document = parse("<r><a/><a/><a/><a/></r>");
     PelDOMElement root = document.getDocumentElement();
     append(root, document.createTextNode(plain));
@@ -196,10 +202,8 @@ TEST(Saving, IndentsWhereNoTextStands) {
     for (const auto& [text, expected] : cases) {
         EXPECT_EQ(saved(parse(text), indented), expected);
         EXPECT_EQ(saved(parse(expected), indented), expected);
-        std::string withReturns;
-        for (const char c : std::string_view(expected))
-            withReturns += c == '\n' ? "\r\n" : std::string(1, c);
-        EXPECT_EQ(saved(parse(text), {2, "UTF-8", false, PelDOMWriter::CRLF}), withReturns);
+        EXPECT_EQ(saved(parse(text), {2, "UTF-8", false, PelDOMWriter::CRLF}),
+                  replaced(expected, "\n", "\r\n"));
     }
     const PelDOMElement kept = rootOf("<r xml:space='preserve'><m><a><b/></a></m>"
                                       "<d xml:space='default'><e><f/></e></d></r>");
@@ -228,33 +232,21 @@ TEST(Saving, IndentsNoLineByMoreThan256) {
 }
 
 TEST(Saving, RefusesWhatNoReaderWouldTake) {
-    const auto text = [](auto value) {
-        return holding([=](auto& d) { return d.createTextNode(value); });
-    };
-    const auto cdata = [](auto value) {
-        return holding([=](auto& d) { return d.createCDATASection(value); });
-    };
-    const auto comment = [](auto value) {
-        return holding([=](auto& d) { return d.createComment(value); });
-    };
-    const auto instruction = [](auto target, auto data) {
-        return holding([=](auto& d) { return d.createProcessingInstruction(target, data); });
-    };
-    const PelDOMDocument named = holding([](auto& d) {
-        auto* const made = static_cast<xercesc::DOMElementImpl*>(d.createElement(u"x"));
-        made->fName = u"two words";
-        return made;
-    });
+    const auto text = PelDOM::TEXT_NODE, cdata = PelDOM::CDATA_SECTION_NODE,
+               comment = PelDOM::COMMENT_NODE, instruction = PelDOM::PROCESSING_INSTRUCTION_NODE;
+    const PelDOMDocument named = parse("<r><x/></r>");
+    static_cast<xercesc::DOMElementImpl*>(engineOf(named).getDocumentElement()->getFirstChild())
+        ->fName = u"two words";
     const std::pair<PelDOMDocument, std::string> cases[] = {
-        {text(u"a\x1"), "a text holds U+0001, which XML forbids"},
-        {text(u"\xFFFE"), "a text holds U+FFFE, which XML forbids"},
-        {cdata(u"\xFFFF"), "a CDATA section holds U+FFFF, which XML forbids"},
-        {text(u"a\xD800"), "a text holds half a surrogate pair, U+D800"},
-        {cdata(u"\xDC00\xD800"), "a CDATA section holds half a surrogate pair, U+DC00"},
-        {comment(u"a--b"), "a comment holds two hyphens, or one at its end"},
-        {comment(u"a-"), "a comment holds two hyphens, or one at its end"},
-        {instruction(u"p", u"?>"), "an instruction holds ?>"},
-        {instruction(u"xMl", u""), "an instruction has the target xml"},
+        {holding(text, u"a\x1"), "a text holds U+0001, which XML forbids"},
+        {holding(text, u"\xFFFE"), "a text holds U+FFFE, which XML forbids"},
+        {holding(cdata, u"\xFFFF"), "a CDATA section holds U+FFFF, which XML forbids"},
+        {holding(text, u"a\xD800"), "a text holds half a surrogate pair, U+D800"},
+        {holding(cdata, u"\xDC00\xD800"), "a CDATA section holds half a surrogate pair, U+DC00"},
+        {holding(comment, u"a--b"), "a comment holds two hyphens, or one at its end"},
+        {holding(comment, u"a-"), "a comment holds two hyphens, or one at its end"},
+        {holding(instruction, u"?>", u"p"), "an instruction holds ?>"},
+        {holding(instruction, u"", u"xMl"), "an instruction has the target xml"},
     };
     EXPECT_EQ(saved(named), "internal: 'two words' is no name in XML (in the element 'two words')");
     for (const auto& [document, message] : cases)
@@ -272,11 +264,12 @@ TEST(Saving, RefusesWhatNoReaderWouldTake) {
     EXPECT_EQ(saved(attribute),
               "internal: an attribute holds half a surrogate pair, U+DBFF (in the element 'a')");
     // Of what can be mended nothing is lost.
-    EXPECT_EQ(saved(cdata(u"]]>\r]]"), indented),
+    EXPECT_EQ(saved(holding(cdata, u"]]>\r]]"), indented),
               "<r><![CDATA[]]]]><![CDATA[>]]>&#xD;<![CDATA[]]]]></r>\n");
-    EXPECT_EQ(saved(cdata(u""), indented), "<r><![CDATA[]]></r>\n");
-    EXPECT_EQ(saved(comment(u"a\r\nb\rc"), {0, "UTF-8", false}), "<r><!--a\nb\nc--></r>\n");
-    EXPECT_EQ(saved(text(u""), {0, "UTF-8", false}), "<r/>\n");
+    EXPECT_EQ(saved(holding(cdata, u""), indented), "<r><![CDATA[]]></r>\n");
+    EXPECT_EQ(saved(holding(comment, u"a\r\nb\rc"), {0, "UTF-8", false}),
+              "<r><!--a\nb\nc--></r>\n");
+    EXPECT_EQ(saved(holding(text, u""), {0, "UTF-8", false}), "<r/>\n");
 }
 
 TEST(Saving, WritesNamesBeyondTheBasicPlane) {
@@ -401,18 +394,14 @@ TEST(Writers, KeepTheirSettingsToThemselves) {
     services().writeDocument(services().createDocument("r"), unused, 0, 1, 0);
     one.writeBytes(PelDOMNode(), *std::make_unique<std::string>());
     PelDOMWriter two = one;
-    expectAnswers({{two.getIndent(), "3"},
-                   {two.getEncoding(), "'UTF-16'"},
-                   {two.getDeclaration(), "0"},
-                   {static_cast<long>(two.getLineEnds()), std::to_string(PelDOMWriter::CRLF)},
-                   {two.getMessage(), "'there is no node to write'"}});
+    const auto settings = [](const PelDOMWriter& writer) {
+        return answers({writer.getIndent(), writer.getEncoding(), writer.getDeclaration(),
+                        writer.getLineEnds() == PelDOMWriter::CRLF, writer.getMessage()});
+    };
+    EXPECT_EQ(settings(two), "3 'UTF-16' 0 1 'there is no node to write'");
     two = PelDOMWriter();
-    expectAnswers({{two.getIndent(), "0"},
-                   {two.getEncoding(), "'UTF-8'"},
-                   {two.getDeclaration(), "1"},
-                   {static_cast<long>(two.getLineEnds()), std::to_string(PelDOMWriter::LF)},
-                   {two.getMessage(), "''"},
-                   {one.getIndent(), "3"}});
+    EXPECT_EQ(settings(two), "0 'UTF-8' 1 0 ''");
+    EXPECT_EQ(settings(one), "3 'UTF-16' 0 1 'there is no node to write'");
     std::ofstream failed("/no/such/file");
     EXPECT_EQ(two.writeStream(parse("<r/>"), failed), PelDOM::INTERNAL_ERROR);
     EXPECT_EQ(two.getMessage(), "the stream has failed");
@@ -429,9 +418,8 @@ TEST(Writers, RunInSeveralThreadsAtOnce) {
             results[number] =
                 saved(document, {number % 2 == 0 ? 2 : 0, number < 2 ? "UTF-8" : "KOI8-R", false});
     });
-    EXPECT_EQ(results[0], "<r>\n  <a>\xD0\x96</a>\n</r>\n");
-    EXPECT_EQ(results[1], "<r><a>\xD0\x96</a></r>\n");
-    EXPECT_EQ(results[2], "<r>\n  <a>\xF6</a>\n</r>\n");
-    EXPECT_EQ(results[3], "<r><a>\xF6</a></r>\n");
+    EXPECT_EQ(results, (std::vector<std::string>{
+                           "<r>\n  <a>\xD0\x96</a>\n</r>\n", "<r><a>\xD0\x96</a></r>\n",
+                           "<r>\n  <a>\xF6</a>\n</r>\n", "<r><a>\xF6</a></r>\n"}));
     services().terminate();
 }

@@ -161,6 +161,12 @@ inline std::string repeated(const std::string& text, std::size_t times) {
     return all;
 }
 
+inline std::string replaced(std::string text, const std::string& old, const std::string& fresh) {
+    for (std::size_t at = 0; (at = text.find(old, at)) != text.npos; at += fresh.size())
+        text.replace(at, old.size(), fresh);
+    return text;
+}
+
 /// The bytes of UTF-16, the lower one of each unit first or last.
 inline std::string utf16Bytes(const std::u16string& text, bool isLowFirst = true) {
     std::string bytes;

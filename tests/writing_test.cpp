@@ -30,12 +30,6 @@ static std::string written(Target to, const PelDOMDocument& document, int newlin
     return code == PelDOM::SUCCESS ? result : answers({code, result});
 }
 
-static std::string replaced(std::string text, const std::string& old, const std::string& fresh) {
-    for (std::size_t at = 0; (at = text.find(old, at)) != text.npos; at += fresh.size())
-        text.replace(at, old.size(), fresh);
-    return text;
-}
-
 static const bool hasXmllint = std::system("type xmllint >/dev/null 2>&1") == 0;
 
 static void expectAccepted(const std::string& file) {
