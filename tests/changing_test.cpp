@@ -1,32 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support.h"
 
-#include <algorithm>
-
-// Without the line breaks that the writer adds.
-static std::string written(const PelDOMDocument& document) {
-    PelString text;
-    services().writeDocument(document, text, 0, 1, 0);
-    std::string bytes = text.toUtf8();
-    bytes.erase(std::remove(bytes.begin(), bytes.end(), '\n'), bytes.end());
-    return bytes;
-}
-
-TEST(NewNodes, WithTextThatLooksLikeTheirEndAreWritten) {
-    PelDOMDocument document = parse("<r/>");
-    PelDOMElement root = document.getDocumentElement();
-    for (const char* const data : {"", "a - b", "]]", "? >", "<&>"})
-        for (const PelDOMNode& made :
-             {document.createComment(data), document.createCDATASection(data),
-              document.createProcessingInstruction("p", data)})
-            EXPECT_EQ(root.insertBefore(made, PelDOMNode()), PelDOM::SUCCESS) << data;
-    const std::string all = written(document);
-    for (const char* const part : {"<!---->", "<!--]]-->", "<![CDATA[? >]]>", "<?p <&>?>"})
-        EXPECT_NE(all.find(part), all.npos) << part;
-    expectAnswers({{document.createProcessingInstruction("xMl", "d"), "null"},
-                   {document.createComment(u"a\xFFFF"), "null"}});
-}
-
 TEST(NamesWithAZeroInThem, EndThereOrAreRefused) {
     const PelString zero(std::string("a\0b", 3));
     PelDOMDocument document = parse("<r/>");
@@ -38,32 +12,12 @@ TEST(NamesWithAZeroInThem, EndThereOrAreRefused) {
     EXPECT_EQ(answers({root, document.createElement(zero)}), "r a=v(a(|t|)) a");
 }
 
-TEST(Copies, HaveTheAttributesOfTheirOwnDocumentType) {
-    const auto typed = [](const PelString& values) {
-        return parse("<!DOCTYPE r [<!ELEMENT r ANY><!ELEMENT b ANY><!ATTLIST b " + values +
-                     ">]><r><b s='1' d='own'/><b/></r>");
-    };
-    PelDOMDocument first = typed("s CDATA #IMPLIED d CDATA 'first' e CDATA 'first'");
-    PelDOMDocument second = typed("s CDATA #IMPLIED d CDATA 'second' f CDATA 'second'");
-    const PelDOMNode b = childAt(first.getDocumentElement(), 0),
-                     c = childAt(first.getDocumentElement(), 1);
-    EXPECT_EQ("b d=own e=first s=1 b d=own f=second s=1 b d=first e=first b d=second f=second",
-              answers({b.cloneNode(true), second.importNode(b, true), c.cloneNode(true),
-                       second.importNode(c, true)}));
-    PelDOMElement copies[] = {PelDOMElement(b.cloneNode(true)),
-                              PelDOMElement(second.importNode(b, true))};
-    for (PelDOMElement& copy : copies)
-        copy.removeAttribute("d");
-    expectAnswers({{copies[0], "b d=first e=first s=1"}, {copies[1], "b d=second f=second s=1"}});
-}
-
 TEST(Copies, AreNotMadeOfWhatADocumentHasOnce) {
     PelDOMDocument document = services().createDocument("r");
     const PelDOMDocument typed = parse("<!DOCTYPE r [<!ELEMENT r ANY>]><r/>");
     for (const PelDOMNode& node : {PelDOMNode(document), childAt(document, 0), childAt(typed, 0)})
         for (const bool deep : {false, true})
-            expectAnswers(
-                {{node.cloneNode(deep), "null"}, {document.importNode(node, deep), "null"}});
+            expectEach("null", {node.cloneNode(deep), document.importNode(node, deep)});
     EXPECT_EQ(show(document.importNode(
                   parse("<?xml version='1.1'?><r><a\u0370/></r>").getDocumentElement(), true)),
               PelString(u"r(a\u0370)").toUtf8());
@@ -71,8 +25,8 @@ TEST(Copies, AreNotMadeOfWhatADocumentHasOnce) {
         parse(u"<?xml version='1.1'?><r><a\U00010000/><b a\U00010000='1'/><?a\U00010000 d?></r>");
     for (long i = 0; i < 3; ++i) {
         const PelDOMNode node = childAt(newer.getDocumentElement(), i);
-        expectAnswers(
-            {{document.importNode(node, true), "null"}, {node.cloneNode(true), show(node)}});
+        EXPECT_EQ(answers({document.importNode(node, true), node.cloneNode(true)}),
+                  "null " + show(node));
     }
     EXPECT_EQ(document.importNode(newer.getDocumentElement(), true).isNull(), 1);
 }
@@ -112,9 +66,8 @@ TEST(Names, ChangeInPlace) {
     EXPECT_EQ(answers({b.removeAttribute("d"), b.setTagName("c"), b}), "ok ok c d=c y=c");
     for (const char16_t* name : {u"", u"1", u"a b", u"a\xD800"})
         EXPECT_EQ(a.setTagName(name), PelDOM::INVALID_VALUE) << PelString(name);
-    expectAnswers(
-        {{root.setTagName("q:r"), "ok"}, {document, "#9(#10 q:r(a x=1(|t|) c d=c y=c))"}});
-    expectAnswers({{b.putAttribute("k", "v"), "ok"}, {b.setTagName("a"), "ok"}, {b, "a k=v"}});
+    EXPECT_EQ(answers({root.setTagName("q:r"), document}), "ok #9(#10 q:r(a x=1(|t|) c d=c y=c))");
+    EXPECT_EQ(answers({b.putAttribute("k", "v"), b.setTagName("a"), b}), "ok ok a k=v");
 }
 
 // Recursion would not get through this.

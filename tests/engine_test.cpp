@@ -65,15 +65,14 @@ TEST_F(Engine, IsFoundOutByEachByteOfItsNodes) {
         std::size_t size = 1;
         for (std::size_t i = 0; i < size; ++i) {
             Check check;
-            const Bytes parts[] = {bytesOf(check.element),
-                                   bytesOf(Fields::attributesOf(*check.element)),
-                                   bytesOf(Fields::defaultsOf(*check.element)),
-                                   bytesOf(check.attribute),
-                                   bytesOf(check.text),
-                                   {Fields::bufferOf(*check.text), sizeof(Fields::Buffer)},
-                                   {Fields::bufferOf(*check.comment), sizeof(Fields::Buffer)},
-                                   {Fields::bufferOf(*check.section), sizeof(Fields::Buffer)},
-                                   {Fields::bufferOf(*check.instruction), sizeof(Fields::Buffer)}};
+            std::vector<Bytes> parts({bytesOf(check.element),
+                                      bytesOf(Fields::attributesOf(*check.element)),
+                                      bytesOf(Fields::defaultsOf(*check.element)),
+                                      bytesOf(check.attribute), bytesOf(check.text)});
+            for (auto* const buffer :
+                 {Fields::bufferOf(*check.text), Fields::bufferOf(*check.comment),
+                  Fields::bufferOf(*check.section), Fields::bufferOf(*check.instruction)})
+                parts.push_back({buffer, sizeof(Fields::Buffer)});
             if (part == std::size(parts))
                 return;
             size = parts[part].size;

@@ -93,11 +93,9 @@ TEST(FilesThatTheCallerNames, MayBePipes) {
     using InputFile = PelPlatform::InputFile;
     InputFile file("/dev/fd/" + std::to_string(ends[0]), InputFile::Kind::anyButFolder);
     std::string bytes = "..........";
-    expectAnswers({{file.read(bytes.data(), 6), "6"},
-                   {bytes, "'<a>tex....'"},
-                   {file.read(bytes.data(), 10), "5"},
-                   {bytes, "'t</a>x....'"},
-                   {file.read(bytes.data(), 1), "0"}});
+    EXPECT_EQ(answers({file.read(bytes.data(), 6), bytes, file.read(bytes.data(), 10), bytes,
+                       file.read(bytes.data(), 1)}),
+              "6 '<a>tex....' 5 't</a>x....' 0");
     writer.join();
     close(ends[0]);
 }

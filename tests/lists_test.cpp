@@ -92,37 +92,12 @@ TEST(Lists, OfManyChildrenAreAsLongAsTheyWereRead) {
         PelDOMNode node;
         expectEach(std::to_string(count), {kept.length(), a.getChildNodes().length()});
         EXPECT_EQ(root.getChildNodes().length(), 2);
-        expectAnswers({{kept.item(count - 1, node), "ok"}, {kept.item(count, node), "outside"}});
+        EXPECT_EQ(answers({kept.item(count - 1, node), kept.item(count, node)}), "ok outside");
         EXPECT_TRUE(node == a.getLastChild());
         EXPECT_EQ(a.removeChild(node), PelDOM::SUCCESS);
         expectEach(std::to_string(count - 1), {kept.length(), a.getChildNodes().length()});
         EXPECT_EQ(last.item(9, node), PelDOM::INDEX_OUT_OF_RANGE);
     }
-}
-
-// In front, behind and next to the place that is looked at, a list need not begin anew.
-TEST(Lists, OfManyNodesAreWalkedWhileNodesComeAndGoAnywhere) {
-    constexpr long count = 100000;
-    PelDOMDocument document = parse("<r><m/></r>");
-    PelDOMElement root = document.getDocumentElement();
-    const PelDOMNodeList children = childrenOf(root);
-    for (long i = 0; i < count; ++i) {
-        ASSERT_EQ(root.insertBefore(document.createElement("f"), itemOf(children, 0)),
-                  PelDOM::SUCCESS);
-        ASSERT_EQ(children.length(), i + 2);
-    }
-    for (long i = 1; i < 2 * count; i += 2) { // a comment before each
-        ASSERT_EQ(itemOf(children, i).getNodeType(), PelDOM::ELEMENT_NODE);
-        ASSERT_EQ(root.insertBefore(document.createComment("c"), itemOf(children, i)),
-                  PelDOM::SUCCESS);
-    }
-    for (long i = 1; i <= count; ++i) { // which goes again
-        ASSERT_EQ(root.removeChild(itemOf(children, i)), PelDOM::SUCCESS);
-        ASSERT_EQ(show(itemOf(children, i)), i < count ? "f" : "m");
-    }
-    for (long i = count; i > 0; --i)
-        ASSERT_EQ(root.removeChild(itemOf(children, (i - 1) / 2 * 2)), PelDOM::SUCCESS);
-    EXPECT_EQ(show(root), "r(m)");
 }
 
 // Each step changes the tree; a list that began anew with each change would never get through this.

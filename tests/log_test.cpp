@@ -323,13 +323,11 @@ TEST(LogFile, IsEmptiedPrivateAppendedToAndClosedOnExec) {
     const int log = PelPlatform::openLog(path.c_str());
     EXPECT_EQ(log, 0);
     int second = PelPlatform::noLog; // as of another process that loads the library
-    expectAnswers({{PelPlatform::appendToLog(log, "one\n"), "1"},
-                   {bytesOf(path), "'one\n'"},
-                   {(second = PelPlatform::openLog(path.c_str())) != PelPlatform::noLog, "1"},
-                   {bytesOf(path), "''"},
-                   {PelPlatform::appendToLog(log, "two\n"), "1"},
-                   {PelPlatform::appendToLog(second, "three\n"), "1"},
-                   {bytesOf(path), "'two\nthree\n'"}});
+    EXPECT_EQ(answers({PelPlatform::appendToLog(log, "one\n"), bytesOf(path),
+                       (second = PelPlatform::openLog(path.c_str())) != PelPlatform::noLog,
+                       bytesOf(path), PelPlatform::appendToLog(log, "two\n"),
+                       PelPlatform::appendToLog(second, "three\n"), bytesOf(path)}),
+              "1 'one\n' 1 '' 1 1 'two\nthree\n'");
     EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0600));
     EXPECT_NE(fcntl(second, F_GETFD) & FD_CLOEXEC, 0);
     PelPlatform::closeLog(second);

@@ -19,7 +19,7 @@ TEST(Strings, ComeFromEveryKindOfText) {
                                   assigned = utf8, assigned = utf16, assigned = units,
                                   assigned = "a\xF0\x9F\x98\x80", assigned = u"a\U0001F600"})
         EXPECT_EQ(made.view(), u"a\U0001F600");
-    expectAnswers({{assigned.length(), "3"}, {assigned.isEmpty(), "0"}});
+    EXPECT_EQ(answers({assigned.length(), assigned.isEmpty()}), "3 0");
     expectEach("''", {PelString(static_cast<const char*>(nullptr)),
                       PelString(static_cast<const char16_t*>(nullptr)),
                       assigned = static_cast<const unsigned short*>(nullptr)});

@@ -120,22 +120,6 @@ inline std::string answers(std::initializer_list<Answer> list) {
     return all;
 }
 
-/// A call and what it answers.
-struct Row {
-    Row(const Answer& answer, std::string text, int callLine = __builtin_LINE())
-        : answered(answer.text), expected(std::move(text)), line(callLine) {}
-    std::string answered, expected;
-    int line;
-};
-
-/// Makes the calls in their order. A failure names the call.
-inline void expectAnswers(std::initializer_list<Row> rows, const char* file = __builtin_FILE()) {
-    for (const Row& row : rows)
-        if (row.answered != row.expected)
-            ADD_FAILURE_AT(file, row.line) << "call " << &row - rows.begin() + 1 << " answered "
-                                           << row.answered << ", not " << row.expected;
-}
-
 /// Calls of which each answers the same.
 inline void expectEach(const std::string& expected, std::initializer_list<Answer> calls,
                        const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
