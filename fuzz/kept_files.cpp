@@ -153,6 +153,11 @@ std::string withoutSpace(std::string_view text) {
     return rest;
 }
 
+std::string indentationOf(const std::string& text, std::size_t at) {
+    const std::size_t line = text.rfind('\n', at) + 1;
+    return text.substr(line, at - line);
+}
+
 bool isAbout(std::size_t size, std::size_t expected) { return size <= expected + 400; }
 
 /// Makes one edit at an element; what it leads to, or nothing where there is no such thing to edit. A
@@ -189,7 +194,7 @@ const Edit edits[] = {
         [](const Read& read, std::size_t i) -> Check {
             PelDOMElement(read.elements[i]).putAttribute("added-here", "1");
             return [](const Region& region, const std::string&) {
-                return region.former.empty() && region.now.size() == 15;
+                return region.former.empty() && (region.now.size() == 15 || region.now.size() == 30); // in UTF-16
             };
         }},
     {"attribute removed",
@@ -278,11 +283,13 @@ const Edit edits[] = {
                 const Span &one = read.spans[i], &two = read.spans[other];
                 const std::string moved = text.substr(two.begin, two.end - two.begin);
                 const std::string between = text.substr(one.begin, one.end - one.begin);
+                // On a line with another indentation its own lines are indented anew.
+                const bool isIndentedAnew = indentationOf(text, one.begin) != indentationOf(text, two.begin);
                 return withoutSpace(now) == withoutSpace(text.substr(0, one.begin) + moved +
                                                          text.substr(one.begin, two.begin - one.begin) +
                                                          text.substr(two.end)) &&
                        now.compare(0, one.begin, text, 0, one.begin) == 0 &&
-                       now.find(moved, one.begin) != now.npos && now.find(between, one.begin) != now.npos &&
+                       (isIndentedAnew || now.find(moved, one.begin) != now.npos) && now.find(between, one.begin) != now.npos &&
                        isAbout(now.size(), text.size()) && isAbout(text.size(), now.size());
             };
         }},

@@ -17,6 +17,14 @@ inline PelDOMNode nextInTree(const PelDOMNode& top, const PelDOMNode& node) {
     return PelDOMNode();
 }
 
+/// Comments and instructions know no references: a carriage return that an entity brought into one can only
+/// be written as it is, and is read as a line feed.
+inline std::string withLineFeeds(std::string text) {
+    for (std::size_t at = 0; (at = text.find('\r', at)) != text.npos;)
+        text.replace(at, text.compare(at, 2, "\r\n") == 0 ? 2 : 1, "\n");
+    return text;
+}
+
 /// The tree below a node as lines: texts and CDATA sections side by side as one, those of white space
 /// alone left out, attributes in the order in which they were written.
 inline std::string outlineOf(const PelDOMNode& top) {
@@ -34,7 +42,7 @@ inline std::string outlineOf(const PelDOMNode& top) {
             endRun();
             const bool isType = node.getNodeType() == PelDOM::DOCUMENT_TYPE_NODE;
             add(std::to_string(node.getNodeType()) + " " + node.getNodeName().toUtf8() + " " +
-                (isType ? "" : node.getNodeValue().toUtf8()));
+                (isType ? "" : withLineFeeds(node.getNodeValue().toUtf8())));
             if (node.getNodeType() == PelDOM::ELEMENT_NODE)
                 for (const PelDOMAttribute& attribute : PelDOMElement(node).getAttributes())
                     add("  " + attribute.name.toUtf8() + "=" + attribute.value.toUtf8());
