@@ -174,7 +174,9 @@ void checkChanged(const PelDOMNode& node, const PelDOMNode& other, const std::st
     if (plainCode != PelDOM::SUCCESS || code != PelDOM::SUCCESS) {
         if (plainCode == PelDOM::SUCCESS && same.writeBytes(node, plainBytes) == PelDOM::SUCCESS)
             expectSame(keeping.getMessage().toUtf8(), "", "refused after " + edits);
-        expectSame(code == PelDOM::SUCCESS, false, "written although it cannot be, after " + edits);
+        // The engine lets characters into identifiers that no writer lets out; a source has them still.
+        if (code == PelDOM::SUCCESS)
+            expectSame(outlineOfBytes(kept), outlineOf(node), "written although it cannot be, after " + edits);
         return;
     }
     expectSame(outlineOfBytes(kept), outlineOfBytes(plainBytes), "read back after " + edits + kept);
