@@ -176,7 +176,8 @@ void checkChanged(const PelDOMNode& node, const PelDOMNode& other, const std::st
             expectSame(keeping.getMessage().toUtf8(), "", "refused after " + edits);
         // The engine lets characters into identifiers that no writer lets out; a source has them still.
         if (code == PelDOM::SUCCESS)
-            expectSame(outlineOfBytes(kept), outlineOf(node), "written although it cannot be, after " + edits);
+            expectSame(
+                outlineOfBytes(kept), outlineOf(node), "written although it cannot be, after " + edits);
         return;
     }
     expectSame(outlineOfBytes(kept), outlineOfBytes(plainBytes), "read back after " + edits + kept);
