@@ -371,7 +371,8 @@ void checkFile(const std::string& name, std::size_t positions) {
         name);
 
     std::string encoding = first.document.getInputEncoding().toUtf8();
-    for (char& letter : encoding) letter = static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
+    for (char& letter : encoding)
+        letter = static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
     if (encoding == "UTF-8" || encoding == "US-ASCII") first.spans = spansOf(first.bytes);
     if (first.spans.size() != first.elements.size()) first.spans.clear();
     if (first.spans.empty()) ++tallies["(places not compared)"].checks;
