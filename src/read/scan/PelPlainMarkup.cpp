@@ -72,9 +72,9 @@ bool PelPlainMarkup<Source>::readDeclared(std::string_view name, std::u16string&
 
 // The name that ends here.
 template <class Source>
-const PelPlainNames::Name* PelPlainMarkup<Source>::nameFrom(const Unit* begin) {
+const XMLCh* PelPlainMarkup<Source>::nameFrom(const Unit* begin) {
     const std::size_t size = static_cast<std::size_t>(at - begin) * sizeof(Unit);
-    const PelPlainNames::Name* const known = names.find(begin, size);
+    const XMLCh* const known = names.find(begin, size);
     return known != nullptr ? known : names.add(begin, size, unitsFrom(begin));
 }
 
@@ -103,10 +103,10 @@ bool PelPlainMarkup<Source>::readStartTag() {
     if (!skipName())
         return false;
     open.push_back({begin, static_cast<std::size_t>(at - begin)});
-    const PelPlainNames::Name* const name = nameFrom(begin);
+    const XMLCh* const name = nameFrom(begin);
     if (name == nullptr)
         return false;
-    tree.openElement(*name, spanFrom(begin).begin - 1);
+    tree.openElement(name, spanFrom(begin).begin - 1);
     for (;;) {
         const bool hasSpace = skipSpace();
         if (skip('>'))
@@ -128,7 +128,7 @@ bool PelPlainMarkup<Source>::readAttribute() {
     const Unit* const begin = at;
     if (!skipName())
         return false;
-    const PelPlainNames::Name* const name = nameFrom(begin);
+    const XMLCh* const name = nameFrom(begin);
     if (name == nullptr)
         return false;
     skipSpace();
@@ -138,7 +138,7 @@ bool PelPlainMarkup<Source>::readAttribute() {
     text.clear();
     if (!(skip('"') ? readValue<'"'>() : skip('\'') && readValue<'\''>()))
         return false;
-    tree.addAttribute(*name, text);
+    tree.addAttribute(name, text);
     return true;
 }
 
@@ -233,38 +233,20 @@ template <class Source>
 bool PelPlainMarkup<Source>::readComment() {
     const Unit* const begin = at;
     at += 4;
-    text.clear();
-    while (copy<PelPlainComment>("-->"sv)) {
-        if (!isAt('-'))
-            return false;
-        if (isAt("--"sv)) {
-            if (!skip("-->"sv))
-                return false;
-            tree.addComment(text, spanFrom(begin));
-            return true;
-        }
-        text.put(u'-');
-        ++at;
-    }
-    return false;
+    if (!readUpTo<PelPlainComment>("-->"sv, "--"sv))
+        return false;
+    tree.addComment(text, spanFrom(begin));
+    return true;
 }
 
 template <class Source>
 bool PelPlainMarkup<Source>::readCdata() {
     const Unit* const begin = at;
     at += 9;
-    text.clear();
-    while (copy<PelPlainCdata>("]]>"sv)) {
-        if (!isAt(']'))
-            return false;
-        if (skip("]]>"sv)) {
-            tree.addCdata(text, spanFrom(begin));
-            return true;
-        }
-        text.put(u']');
-        ++at;
-    }
-    return false;
+    if (!readUpTo<PelPlainCdata>("]]>"sv))
+        return false;
+    tree.addCdata(text, spanFrom(begin));
+    return true;
 }
 
 template <class Source>
@@ -277,21 +259,24 @@ bool PelPlainMarkup<Source>::readInstruction() {
     if (xercesc::XMLString::compareIStringASCII(target.c_str(), u"xml") == 0)
         return false;
     text.clear();
-    const auto add = [&] { tree.addInstruction(target, text, spanFrom(begin - 2)); };
-    if (!skipSpace()) {
-        if (!skip("?>"sv))
-            return false;
-        add();
-        return true;
-    }
-    while (copy<PelPlainInstruction>("?>"sv)) {
-        if (!isAt('?'))
-            return false;
-        if (skip("?>"sv)) {
-            add();
+    if (skipSpace() ? !readUpTo<PelPlainInstruction>("?>"sv) : !skip("?>"sv))
+        return false;
+    tree.addInstruction(target, text, spanFrom(begin - 2));
+    return true;
+}
+
+// Reads a text that ends with a terminator. Its first character alone means nothing, unless what it
+// begins is forbidden in the text.
+template <class Source>
+template <class Run>
+bool PelPlainMarkup<Source>::readUpTo(std::string_view terminator, std::string_view forbidden) {
+    text.clear();
+    while (copy<Run>(terminator)) {
+        if (skip(terminator))
             return true;
-        }
-        text.put(u'?');
+        if (!isAt(terminator[0]) || (!forbidden.empty() && isAt(forbidden)))
+            return false;
+        text.put(static_cast<char16_t>(terminator[0]));
         ++at;
     }
     return false;

@@ -39,7 +39,7 @@ private:
     void skipMark();
     bool readDeclaration();
     bool readDeclared(std::string_view name, std::u16string& value);
-    const PelPlainNames::Name* nameFrom(const Unit* begin);
+    const XMLCh* nameFrom(const Unit* begin);
 
     bool readOutside();
     bool readStartTag();
@@ -53,6 +53,8 @@ private:
     bool readComment();
     bool readCdata();
     bool readInstruction();
+    template <class Run>
+    bool readUpTo(std::string_view terminator, std::string_view forbidden = {});
 
     using Cursor = PelPlainCursor<Source>;
     using Cursor::at;

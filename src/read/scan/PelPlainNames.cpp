@@ -4,7 +4,6 @@
 #include "xerces/engine/PelXercesFields.h"
 
 #include <algorithm>
-#include <cstring>
 #include <random>
 
 using xercesc::DOMDocumentImpl;
@@ -43,8 +42,7 @@ PelPlainNames::PelPlainNames(DOMDocumentImpl& ownDocument,
       seed(processSeed()) {
 }
 
-const PelPlainNames::Name* PelPlainNames::add(const void* bytes, std::size_t size,
-                                              const std::u16string& name) {
+const XMLCh* PelPlainNames::add(const void* bytes, std::size_t size, const std::u16string& name) {
     if (++count > bounds.names)
         return nullptr;
     if (count * 2 > slots.size())
@@ -52,8 +50,8 @@ const PelPlainNames::Name* PelPlainNames::add(const void* bytes, std::size_t siz
     if (count > PelXercesFields::namePlacesOf(document))
         PelXercesFields::growNameTable(document);
     Slot& slot = freeSlot(sought);
-    slot = {sought, bytes, size, {PelXercesFields::addName(document, name)}};
-    return areTooAlike(slot) ? nullptr : &slot.name;
+    slot = {sought, bytes, size, PelXercesFields::addName(document, name)};
+    return areTooAlike(slot) ? nullptr : slot.name;
 }
 
 std::uint64_t PelPlainNames::hash(const void* bytes, std::size_t size) const {
@@ -84,7 +82,7 @@ bool PelPlainNames::areTooAlike(const Slot& newest) {
 // That a name is one of attributes only does not matter here: this is about being near a bound.
 bool PelPlainNames::isTooAlike(const Slot& slot) {
     const std::size_t most = bounds.alikeNames;
-    return treeNames.add(slot.name.pooled) > most || elementNames.add(slot.name.pooled) > most;
+    return treeNames.add(slot.name) > most || elementNames.add(slot.name) > most;
 }
 
 PelPlainNames::Slot& PelPlainNames::freeSlot(std::uint64_t slotHash) {

@@ -21,35 +21,32 @@ XERCES_CPP_NAMESPACE_END
 /// each time, as the engine does, can be made slow on purpose.
 class PelPlainNames {
 public:
-    struct Name {
-        const XMLCh* pooled; ///< As all nodes of the document have it.
-    };
-
     /// `document` must have no name so far.
     PelPlainNames(xercesc::DOMDocumentImpl& document,
                   const PelXercesReadLimits::Bounds& readBounds);
 
-    /// The name that is spelled by these bytes, which have to stay; null when it is new.
-    const Name* find(const void* bytes, std::size_t size) {
+    /// The name that is spelled by these bytes, which have to stay, as all nodes of the document
+    /// have it; null when it is new.
+    const XMLCh* find(const void* bytes, std::size_t size) {
         sought = hash(bytes, size);
         for (std::size_t i = static_cast<std::size_t>(sought) & mask; slots[i].bytes != nullptr;
              i = (i + 1) & mask)
             if (slots[i].hash == sought && slots[i].size == size &&
                 std::memcmp(slots[i].bytes, bytes, size) == 0)
-                return &slots[i].name;
+                return slots[i].name;
         return nullptr;
     }
 
     /// Adds the name that was not found just now; null when there are more than the engine's parser
     /// may read, or more that its tables can hardly tell apart.
-    const Name* add(const void* bytes, std::size_t size, const std::u16string& name);
+    const XMLCh* add(const void* bytes, std::size_t size, const std::u16string& name);
 
 private:
     struct Slot {
         std::uint64_t hash;
         const void* bytes; // null in an empty slot
         std::size_t size;
-        Name name;
+        const XMLCh* name;
     };
 
     std::uint64_t hash(const void* bytes, std::size_t size) const;

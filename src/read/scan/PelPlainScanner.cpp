@@ -9,7 +9,6 @@
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
-#include <memory>
 #include <string_view>
 #include <utility>
 

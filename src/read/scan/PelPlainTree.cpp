@@ -15,14 +15,6 @@ using xercesc::DOMMemoryManager;
 
 namespace {
 
-// Gives a node, whose text is too long for its constructor, what was put together for it.
-template <class Node>
-Node& withText(Node* node, PelPlainText& text) {
-    if (text.isLong())
-        Fields::bufferOf(*node) = text.take();
-    return *node;
-}
-
 const XMLCh* shortOf(PelPlainText& text) {
     return text.isLong() ? u"" : text.terminated();
 }
@@ -72,8 +64,8 @@ std::uint32_t PelPlainTree::place(Node& node, Span span) {
     return number;
 }
 
-void PelPlainTree::openElement(const Name& name, std::size_t begin) {
-    DOMElementImpl& element = nodes.makeElement(name.pooled);
+void PelPlainTree::openElement(const XMLCh* name, std::size_t begin) {
+    DOMElementImpl& element = nodes.makeElement(name);
     if (levels.empty())
         document.appendChild(&element);
     else
@@ -81,8 +73,8 @@ void PelPlainTree::openElement(const Name& name, std::size_t begin) {
     levels.push_back({&element, nullptr, nullptr, nullptr, 0, place(element, {begin, begin})});
 }
 
-void PelPlainTree::addAttribute(const Name& name, PelPlainText& value) {
-    nodes.addAttribute(*levels.back().element, name.pooled, makeText(value));
+void PelPlainTree::addAttribute(const XMLCh* name, PelPlainText& value) {
+    nodes.addAttribute(*levels.back().element, name, makeText(value));
 }
 
 bool PelPlainTree::endTag() {
@@ -123,27 +115,30 @@ void PelPlainTree::addText(PelPlainText& text, Span span) {
 }
 
 void PelPlainTree::addCdata(PelPlainText& text, Span span) {
-    auto& node = withText(new (&document, DOMMemoryManager::CDATA_SECTION_OBJECT)
-                              xercesc::DOMCDATASectionImpl(&document, shortOf(text)),
-                          text);
-    place(node, span);
-    append(node);
+    addLeaf(new (&document, DOMMemoryManager::CDATA_SECTION_OBJECT)
+                xercesc::DOMCDATASectionImpl(&document, shortOf(text)),
+            text, span);
 }
 
 void PelPlainTree::addComment(PelPlainText& text, Span span) {
-    auto& node = withText(new (&document, DOMMemoryManager::COMMENT_OBJECT)
-                              xercesc::DOMCommentImpl(&document, shortOf(text)),
-                          text);
-    place(node, span);
-    append(node);
+    addLeaf(new (&document, DOMMemoryManager::COMMENT_OBJECT)
+                xercesc::DOMCommentImpl(&document, shortOf(text)),
+            text, span);
 }
 
 void PelPlainTree::addInstruction(const std::u16string& target, PelPlainText& data, Span span) {
-    auto& node = withText(static_cast<xercesc::DOMProcessingInstructionImpl*>(
-                              document.createProcessingInstruction(target.c_str(), shortOf(data))),
-                          data);
-    place(node, span);
-    append(node);
+    addLeaf(static_cast<xercesc::DOMProcessingInstructionImpl*>(
+                document.createProcessingInstruction(target.c_str(), shortOf(data))),
+            data, span);
+}
+
+// A text that is too long for the node's constructor is put into it here.
+template <class Node>
+void PelPlainTree::addLeaf(Node* node, PelPlainText& text, Span span) {
+    if (text.isLong())
+        Fields::bufferOf(*node) = text.take();
+    place(*node, span);
+    append(*node);
 }
 
 // As the engine's appendChildFast, but for the first child's link to the last, which is set when
@@ -173,6 +168,9 @@ void PelPlainTree::append(Node& node) {
 }
 
 xercesc::DOMTextImpl& PelPlainTree::makeText(PelPlainText& text) {
-    return text.isLong() ? withText(&nodes.makeText(u"", 0), text)
-                         : nodes.makeText(text.begin(), text.size());
+    if (!text.isLong())
+        return nodes.makeText(text.begin(), text.size());
+    xercesc::DOMTextImpl& node = nodes.makeText(u"", 0);
+    Fields::bufferOf(node) = text.take();
+    return node;
 }

@@ -14,8 +14,6 @@
 /// Makes the nodes of a plain document in the order of its text, as the engine's parser would.
 class PelPlainTree {
 public:
-    using Name = PelPlainNames::Name;
-
     /// `encoding` is what the bytes are in.
     PelPlainTree(const XMLCh* systemId, const XMLCh* encoding,
                  const PelXercesReadLimits::Bounds& readBounds,
@@ -35,8 +33,8 @@ public:
 
     /// A start tag: its name, its attributes, its end; false when a name comes twice, or for more
     /// attributes than the engine's parser may read.
-    void openElement(const Name& name, std::size_t begin);
-    void addAttribute(const Name& name, PelPlainText& value);
+    void openElement(const XMLCh* name, std::size_t begin);
+    void addAttribute(const XMLCh* name, PelPlainText& value);
     bool endTag();
 
     /// The end of the element that was opened last.
@@ -65,6 +63,8 @@ private:
     std::uint32_t place(Node& node, Span span);
     template <class Node>
     void append(Node& node);
+    template <class Node>
+    void addLeaf(Node* node, PelPlainText& text, Span span);
     xercesc::DOMTextImpl& makeText(PelPlainText& text);
 
     const PelXercesReadLimits::Bounds& bounds;

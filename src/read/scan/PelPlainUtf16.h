@@ -14,7 +14,7 @@ public:
     template <class Run>
     static const Unit* copy(const Unit* at, const Unit* end, char16_t*& out) {
         for (;;) {
-            at = copyAscii<Run>(at, end, out);
+            at = Run::copyAscii(at, end, out);
             if (at == end || *at < 0x80)
                 return at;
             do {
@@ -38,32 +38,5 @@ public:
 
     static std::size_t countUnits(const Unit* at, const Unit* end) {
         return static_cast<std::size_t>(end - at);
-    }
-
-private:
-    template <class Run>
-    static const Unit* copyAscii(const Unit* at, const Unit* end, char16_t*& out) {
-        char16_t* to = out;
-#ifdef __SSE2__
-        while (end - at >= 16) {
-            const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
-            const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 8));
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(to), low);
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(to + 8), high);
-            // What is outside ASCII becomes 0 or a byte from 0x80 on, and each ends a run.
-            const unsigned ends = Run::endsAmong(_mm_packus_epi16(low, high));
-            if (ends != 0) {
-                const int count = __builtin_ctz(ends);
-                out = to + count;
-                return at + count;
-            }
-            at += 16;
-            to += 16;
-        }
-#endif
-        while (at != end && *at < 0x80 && Run::isPlain[*at])
-            *to++ = *at++;
-        out = to;
-        return at;
     }
 };

@@ -16,7 +16,7 @@ public:
     static const Unit* copy(const Unit* at, const Unit* end, char16_t*& out) {
         char16_t* to = out;
         for (;;) {
-            at = copyAscii<Run>(at, end, to);
+            at = Run::copyAscii(at, end, to);
             if (at == end || *at < 0x80)
                 break;
             const Unit* const begin = at;
@@ -82,31 +82,6 @@ private:
 #endif
         while (at != end && *at >= 0x80 && copyCharacter(at, end, out)) {
         }
-        return at;
-    }
-
-    template <class Run>
-    static const Unit* copyAscii(const Unit* at, const Unit* end, char16_t*& out) {
-        char16_t* to = out;
-#ifdef __SSE2__
-        while (end - at >= 16) {
-            const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
-            const unsigned ends = Run::endsAmong(bytes);
-            const __m128i zero = _mm_setzero_si128();
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(to), _mm_unpacklo_epi8(bytes, zero));
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(to + 8), _mm_unpackhi_epi8(bytes, zero));
-            if (ends != 0) {
-                const int count = __builtin_ctz(ends);
-                out = to + count;
-                return at + count;
-            }
-            at += 16;
-            to += 16;
-        }
-#endif
-        while (at != end && Run::isPlain[*at])
-            *to++ = *at++;
-        out = to;
         return at;
     }
 };
