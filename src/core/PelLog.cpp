@@ -7,13 +7,11 @@
 
 #include <array>
 #include <atomic>
-#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
 #include <string>
-#include <string_view>
 #include <type_traits>
 
 const int PelLog::mode = QRNDOM_LOG_MODE;

@@ -10,7 +10,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <limits>
-#include <string>
 #include <system_error>
 #include <type_traits>
 
@@ -126,33 +125,26 @@ PelString printReal(Number number) {
     return fitsLong ? print(number, std::chars_format::fixed) : print(number);
 }
 
-float parse(const char* text, char** end, float) {
-    return std::strtof(text, end);
-}
-double parse(const char* text, char** end, double) {
-    return std::strtod(text, end);
-}
-long double parse(const char* text, char** end, long double) {
-    return std::strtold(text, end);
+template <class Number>
+Number parse(const char* text, char** end) {
+    if constexpr (std::is_same_v<Number, long>)
+        return std::strtol(text, end, 10);
+    else if constexpr (std::is_same_v<Number, float>)
+        return std::strtof(text, end);
+    else if constexpr (std::is_same_v<Number, double>)
+        return std::strtod(text, end);
+    else
+        return std::strtold(text, end);
 }
 
 } // namespace
 
-bool PelNumberText::scan(std::u16string_view text, long& value) {
-    const std::string start = startOf(text);
-    char* end = nullptr;
-    const long number = std::strtol(start.c_str(), &end, 10);
-    if (end == start.c_str())
-        return false;
-    value = number;
-    return true;
-}
-
-bool PelNumberText::scan(std::u16string_view text, double& value) {
+template <class Number>
+bool PelNumberText::scan(std::u16string_view text, Number& value) {
     const std::string start = startOf(text);
     const PelPlatform::ClassicNumbers classic;
     char* end = nullptr;
-    const double number = std::strtod(start.c_str(), &end);
+    const Number number = parse<Number>(start.c_str(), &end);
     if (end == start.c_str())
         return false;
     value = number;
@@ -169,7 +161,7 @@ bool PelNumberText::readReal(std::string_view text, Real& value, std::chars_form
     const PelPlatform::ClassicNumbers classic;
     char* end = nullptr;
     errno = 0;
-    const Real number = parse(whole.c_str(), &end, value);
+    const Real number = parse<Real>(whole.c_str(), &end);
     if (end != whole.c_str() + whole.size() ||
         (errno == ERANGE && (number == 0 || std::isinf(number))))
         return false;
@@ -211,6 +203,8 @@ PelString PelNumberText::write(Value value) {
         return printReal(value);
 }
 
+template bool PelNumberText::scan(std::u16string_view text, long& value);
+template bool PelNumberText::scan(std::u16string_view text, double& value);
 template bool PelNumberText::read(std::u16string_view text, bool& value);
 template bool PelNumberText::read(std::u16string_view text, long& value);
 template bool PelNumberText::read(std::u16string_view text, long long& value);

@@ -10,14 +10,12 @@
 /// Numbers and truth values as text, whatever the locale.
 namespace PelNumberText {
 
-/// As formatted input with "%ld" in the classic locale: leading white space is skipped, and what
-/// follows the longest start that is a number is ignored ("15em", "0x"). A number out of range
-/// gives the nearest `long`. False leaves `value`.
-bool scan(std::u16string_view text, long& value);
-
-/// As "%lf": decimal, hexadecimal, infinity and NaN; a number out of range gives infinity or the
-/// nearest to zero.
-bool scan(std::u16string_view text, double& value);
+/// As formatted input in the classic locale, with "%ld" for a long and "%lf" for a double (decimal,
+/// hexadecimal, infinity and NaN): leading white space is skipped, and what follows the longest
+/// start that is a number is ignored ("15em", "0x"). A number out of range gives the nearest that
+/// there is, or infinity. False leaves `value`.
+template <class Number>
+bool scan(std::u16string_view text, Number& value);
 
 /// Reads the whole text, apart from white space around it, as a long, long long, unsigned long
 /// long, float, double, long double or bool. Reals are written as for `scan`; truth values are

@@ -14,7 +14,6 @@
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
-#include <system_error>
 #include <unistd.h>
 
 namespace {

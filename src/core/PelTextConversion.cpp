@@ -5,7 +5,6 @@
 
 #include <unicode/ustring.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <new>

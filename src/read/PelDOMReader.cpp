@@ -13,7 +13,6 @@
 #include <iterator>
 #include <new>
 #include <optional>
-#include <streambuf>
 #include <string>
 #include <utility>
 

@@ -5,7 +5,6 @@
 #include "read/input/PelXercesSource.h"
 #include "read/parse/PelXercesLocator.h"
 #include "read/scan/PelPlainScanner.h"
-#include "xerces/tree/PelXercesTree.h"
 
 #include <xercesc/dom/DOMException.hpp>
 #include <xercesc/util/XMLException.hpp>
@@ -14,10 +13,8 @@
 
 #include <cstring>
 #include <iostream>
-#include <memory>
 #include <new>
 #include <optional>
-#include <utility>
 
 using Method = PelXercesReadSettings::Method;
 
@@ -29,17 +26,11 @@ PelXercesReader::PelXercesReader(const PelXercesReadSettings& readSettings)
 PelXercesReader::ParserSetup::ParserSetup(PelXercesReader& reader)
     : resolver(reader.memory, reader.settings, reader.reporter),
       parser(reader.memory, reader.settings.method != Method::engine) {
-    switch (reader.settings.validation) {
-    case PelDOMReader::NEVER:
-        parser.setValidationScheme(PelXercesTreeBuilder::Val_Never);
-        break;
-    case PelDOMReader::IF_DECLARED:
-        parser.setValidationScheme(PelXercesTreeBuilder::Val_Auto);
-        break;
-    case PelDOMReader::ALWAYS:
-        parser.setValidationScheme(PelXercesTreeBuilder::Val_Always);
-        break;
-    }
+    const PelDOMReader::Validation validation = reader.settings.validation;
+    parser.setValidationScheme(
+        validation == PelDOMReader::NEVER    ? xercesc::AbstractDOMParser::Val_Never
+        : validation == PelDOMReader::ALWAYS ? xercesc::AbstractDOMParser::Val_Always
+                                             : xercesc::AbstractDOMParser::Val_Auto);
     if (reader.settings.documentType == PelDOMReader::REFUSE)
         parser.refuseDocumentTypes();
     parser.setDoNamespaces(false);

@@ -3,7 +3,6 @@
 
 #include "core/PelLog.h"
 #include "core/PelThreadMessage.h"
-#include "read/PelXercesReader.h"
 #include "read/scan/PelPlainScanner.h"
 #include "write/PelXercesDocumentWriter.h"
 #include "xerces/engine/PelXercesEngine.h"
@@ -14,8 +13,6 @@
 
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
-#include <xercesc/util/PlatformUtils.hpp>
-#include <xercesc/util/XMLUni.hpp>
 
 #include <new>
 #include <optional>

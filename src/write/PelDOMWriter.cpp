@@ -52,9 +52,7 @@ struct PelDOMWriter::Body {
     template <class Send>
     PelDOM::Error write(const PelDOMNode& node, const PelString& name, Send send) {
         message = PelString();
-        const PelDOMNodeImp* const imp = node.getNodeImp();
-        const PelXercesNodeRef ref =
-            imp != nullptr ? PelXercesDOMNode::of(*imp) : PelXercesNodeRef();
+        const PelXercesNodeRef ref = PelXercesDOMNode::of(node);
         if (!ref) {
             fail(name, u"there is no node to write");
             return PelDOM::NULL_NODE;

@@ -113,8 +113,7 @@ PelDOM::Error PelXercesDocumentWriter::write(const PelDOMDocument& document) {
     const auto fail = [this](const PelString& reason) {
         PelThreadMessage::ofWrite().set(file ? text : PelString(), reason);
     };
-    const PelDOMNodeImp* const imp = document.getNodeImp();
-    const PelXercesNodeRef node = imp != nullptr ? PelXercesDOMNode::of(*imp) : PelXercesNodeRef();
+    const PelXercesNodeRef node = PelXercesDOMNode::of(document);
     PelThreadMessage::ofWrite().clear();
     if (!node) {
         fail(u"there is no document to write");

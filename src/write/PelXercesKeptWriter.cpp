@@ -8,8 +8,6 @@
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
 
 #include <algorithm>
-#include <optional>
-#include <string>
 #include <utility>
 
 using namespace PelSourceMarkup;

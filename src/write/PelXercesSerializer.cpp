@@ -4,6 +4,7 @@
 #include "core/PelCharacters.h"
 #include "xerces/engine/PelXercesLinks.h"
 #include "xerces/tree/PelXercesAttributeOrder.h"
+#include "xerces/tree/PelXercesRules.h"
 
 #include <xercesc/dom/DOMDocumentType.hpp>
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
@@ -28,11 +29,6 @@ void require(bool isGood, const char16_t* reason) {
 
 bool has(std::u16string_view text, std::u16string_view part) {
     return text.find(part) != text.npos;
-}
-
-bool isReserved(std::u16string_view target) {
-    return target.size() == 3 && (target[0] | 0x20) == u'x' && (target[1] | 0x20) == u'm' &&
-           (target[2] | 0x20) == u'l';
 }
 
 /// Tells where in an internal subset character references are recognised: in the values of entities
@@ -316,7 +312,7 @@ void PelXercesSerializer::instruction(const DOMNode& node) {
     const char16_t* const target = node.getNodeName();
     const char16_t* const data = node.getNodeValue();
     const bool hasData = data != nullptr && *data != 0;
-    require(!isStrict || !isReserved(target), u"an instruction has the target xml");
+    require(!isStrict || !PelXercesRules::isReserved(target), u"an instruction has the target xml");
     require(!isStrict || !hasData || !has(data, u"?>"), u"an instruction holds ?>");
     out.markup(u"<?");
     name(target);

@@ -6,7 +6,6 @@
 #include "write/characters/PelXercesEncoder.h"
 #include "xerces/tree/PelSourceMarkup.h"
 #include "xerces/tree/PelXercesDeclaration.h"
-#include "xerces/tree/PelXercesTree.h"
 #include "xerces/tree/PelXercesWalk.h"
 
 #include <xercesc/dom/DOMAttr.hpp>
@@ -14,7 +13,6 @@
 #include <xercesc/util/XMLString.hpp>
 
 #include <algorithm>
-#include <optional>
 #include <string_view>
 
 using xercesc::DOMNode;

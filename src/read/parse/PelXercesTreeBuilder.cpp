@@ -12,7 +12,6 @@
 
 #include <algorithm>
 #include <utility>
-#include <vector>
 
 using Work = PelXercesReadLimits::Work;
 using xercesc::DOMAttrImpl;

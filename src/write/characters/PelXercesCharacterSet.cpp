@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <array>
-#include <string_view>
 
 using xercesc::XMLPlatformUtils;
 using xercesc::XMLRecognizer;
@@ -34,8 +33,7 @@ std::unique_ptr<XMLTranscoder> converterFor(const std::u16string& encoding) {
 
 PelXercesCharacterSet::PelXercesCharacterSet(const std::u16string& encoding)
     : converter(converterFor(encoding)),
-      isUniversal(dynamic_cast<xercesc::XMLUTF8Transcoder*>(converter.get()) != nullptr ||
-                  dynamic_cast<xercesc::XMLUTF16Transcoder*>(converter.get()) != nullptr ||
+      isUniversal(isUtf8() || isUtf16() ||
                   dynamic_cast<xercesc::XMLUCS4Transcoder*>(converter.get()) != nullptr),
       units(isUniversal ? 0 : 0x10000, Answer::unknown) {
 }

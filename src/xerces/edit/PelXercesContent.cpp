@@ -8,13 +8,10 @@
 #include "xerces/tree/PelXercesRules.h"
 #include "xerces/tree/PelXercesWalk.h"
 
-#include <xercesc/dom/DOMCDATASection.hpp>
 #include <xercesc/dom/DOMCharacterData.hpp>
-#include <xercesc/dom/DOMComment.hpp>
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
-#include <xercesc/dom/DOMProcessingInstruction.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
 #include <string>

@@ -7,7 +7,6 @@
 #include "xerces/engine/PelXercesMemory.h"
 #include "xerces/tree/PelXercesDeclaration.h"
 
-#include <xercesc/dom/DOMDocumentType.hpp>
 #include <xercesc/dom/DOMException.hpp>
 
 #include <string_view>

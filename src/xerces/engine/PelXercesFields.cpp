@@ -3,8 +3,6 @@
 
 #include <xercesc/util/XMLString.hpp>
 
-#include <algorithm>
-#include <cstdint>
 #include <cstring>
 #include <utility>
 

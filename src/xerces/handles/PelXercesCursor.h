@@ -5,7 +5,6 @@
 #include "xerces/tree/PelXercesTree.h"
 
 #include <string>
-#include <string_view>
 
 /// The nodes of a loop or list: the children of a node, or elements with a tag name ("*": any)
 /// among its children or anywhere below it.

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "xerces/handles/PelXercesCursor.h"
-#include "xerces/tree/PelXercesTree.h"
 
 #include <cstddef>
 #include <string>

@@ -31,10 +31,6 @@ bool contains(std::u16string_view text, std::u16string_view part) {
     return text.find(part) != text.npos;
 }
 
-bool isLetter(char16_t unit, char16_t lowerCase) {
-    return unit == lowerCase || unit == lowerCase - u'a' + u'A';
-}
-
 } // namespace
 
 // The engine's own check misses half a surrogate pair at the end of a name in XML 1.1.
@@ -61,9 +57,12 @@ bool PelXercesRules::isComment(std::u16string_view data) noexcept {
 
 bool PelXercesRules::isInstructionTarget(std::u16string_view target,
                                          const xercesc::DOMDocument& document) noexcept {
-    const bool isReserved = target.size() == 3 && isLetter(target[0], u'x') &&
-                            isLetter(target[1], u'm') && isLetter(target[2], u'l');
-    return !isReserved && isName(target, document);
+    return !isReserved(target) && isName(target, document);
+}
+
+bool PelXercesRules::isReserved(std::u16string_view target) noexcept {
+    return target.size() == 3 && (target[0] | 0x20) == u'x' && (target[1] | 0x20) == u'm' &&
+           (target[2] | 0x20) == u'l';
 }
 
 bool PelXercesRules::isInstruction(std::u16string_view data) noexcept {

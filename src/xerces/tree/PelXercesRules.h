@@ -21,7 +21,9 @@ bool isCDATA(std::u16string_view data) noexcept;
 /// The data of a comment: without `--`, and without `-` at the end.
 bool isComment(std::u16string_view data) noexcept;
 
-/// The target of a processing instruction: a name other than `xml` in any case of letters.
+/// The target of a processing instruction: a name that is not reserved, as `xml` is in any case of
+/// letters.
+bool isReserved(std::u16string_view target) noexcept;
 bool isInstructionTarget(std::u16string_view target, const xercesc::DOMDocument& document) noexcept;
 
 /// The data of a processing instruction: without `?>`.

@@ -2,7 +2,6 @@
 #include "xerces/tree/PelXercesTree.h"
 
 #include "xerces/engine/PelXercesLinks.h"
-#include "xerces/tree/PelXercesAttributeOrder.h"
 #include "xerces/tree/PelXercesDeclaration.h"
 #include "xerces/tree/PelXercesWalk.h"
 

@@ -3,7 +3,6 @@
 
 #include "xerces/engine/PelXercesLinks.h"
 
-#include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
 
 using xercesc::DOMNode;
