@@ -6,7 +6,9 @@
 
 #include <xercesc/util/XMLString.hpp>
 
+#include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <utility>
 
@@ -21,6 +23,11 @@ using xercesc::XMLString;
 
 namespace {
 
+constexpr std::size_t smallestBuffer = 8; // units, in which the link to the next spare one has room
+constexpr std::size_t steps = 4;          // classes to each doubling
+
+static_assert(sizeof(DOMBuffer*) <= smallestBuffer * sizeof(XMLCh));
+
 constexpr std::size_t unitsOfANode = 128; // of data, that take the memory of a node
 
 // A node that the engine has made has anything for a number.
@@ -32,6 +39,54 @@ Node& withoutNumber(Node& node) {
 }
 
 } // namespace
+
+std::size_t PelXercesBuffers::capacityOf(std::size_t index) {
+    return (steps + index % steps) * (smallestBuffer / steps) << index / steps;
+}
+
+// The last class whose capacity is not above.
+std::size_t PelXercesBuffers::classOf(std::size_t capacity) {
+    std::size_t doublings = 0;
+    while (capacity >> doublings >= 2 * smallestBuffer)
+        ++doublings;
+    return doublings * steps + (capacity >> doublings) / (smallestBuffer / steps) - steps;
+}
+
+DOMBuffer& PelXercesBuffers::make(xercesc::DOMDocumentImpl& document, const XMLCh* data,
+                                  std::size_t length) {
+    const std::size_t needed = std::max(length + 1, smallestBuffer);
+    std::size_t index = classOf(needed);
+    if (capacityOf(index) < needed)
+        ++index;
+    const std::size_t beyond = std::min(index + steps + 1, classes); // up to twice the size
+    DOMBuffer* buffer = nullptr;
+    for (std::size_t i = index; i < beyond && buffer == nullptr; ++i)
+        buffer = take(i);
+    if (buffer == nullptr)
+        buffer = new (&document) DOMBuffer(&document, capacityOf(index));
+    buffer->set(data, length);
+    return *buffer;
+}
+
+// The link lies in the buffer's own memory; the buffer counts as full, as reading one ends its
+// text.
+DOMBuffer* PelXercesBuffers::take(std::size_t index) noexcept {
+    DOMBuffer* const taken = spare[index];
+    if (taken != nullptr)
+        std::memcpy(&spare[index], taken->getRawBuffer(), sizeof(DOMBuffer*));
+    return taken;
+}
+
+void PelXercesBuffers::takeBack(DOMBuffer& buffer) noexcept {
+    if (buffer.getCapacity() < smallestBuffer)
+        return;
+    const std::size_t index = classOf(buffer.getCapacity());
+    if (index >= classes)
+        return;
+    buffer.chop(buffer.getCapacity());
+    std::memcpy(const_cast<XMLCh*>(buffer.getRawBuffer()), &spare[index], sizeof(DOMBuffer*));
+    spare[index] = &buffer;
+}
 
 PelXercesNodePool::PelXercesNodePool(xercesc::DOMDocument& ownDocument)
     : document(static_cast<xercesc::DOMDocumentImpl&>(ownDocument)),
@@ -118,30 +173,33 @@ DOMAttrImpl& PelXercesNodePool::makeBareAttribute(const XMLCh* name) {
 
 DOMTextImpl& PelXercesNodePool::makeText(const XMLCh* data) {
     return static_cast<DOMTextImpl&>(
-        makeCharacters(text, data, [&] { return document.createTextNode(data); }));
+        makeCharacters(DOMNode::TEXT_NODE, data, [&] { return document.createTextNode(data); }));
 }
 
 DOMNode& PelXercesNodePool::makeCDATASection(const XMLCh* data) {
-    return makeCharacters(cdataSection, data, [&] { return document.createCDATASection(data); });
+    return makeCharacters(DOMNode::CDATA_SECTION_NODE, data,
+                          [&] { return document.createCDATASection(data); });
 }
 
 DOMNode& PelXercesNodePool::makeComment(const XMLCh* data) {
-    return makeCharacters(comment, data, [&] { return document.createComment(data); });
+    return makeCharacters(DOMNode::COMMENT_NODE, data,
+                          [&] { return document.createComment(data); });
 }
 
 // The engine's document refuses targets that its parser accepts, with characters beyond the basic
 // plane. A node copies its target; one that is used again takes it from the names.
 DOMNode& PelXercesNodePool::makeInstruction(const XMLCh* target, const XMLCh* data) {
     using Instruction = xercesc::DOMProcessingInstructionImpl;
+    constexpr auto type = DOMNode::PROCESSING_INSTRUCTION_NODE;
     const auto make = [&] {
         return new (&document, xercesc::DOMMemoryManager::PROCESSING_INSTRUCTION_OBJECT)
             Instruction(&document, target, data);
     };
     if (!Fields::areKnown())
-        return makeCharacters(instruction, data, make);
+        return makeCharacters(type, data, make);
     expectName();
     auto* const ownTarget = const_cast<XMLCh*>(document.getPooledString(target));
-    DOMNode& node = makeCharacters(instruction, data, make);
+    DOMNode& node = makeCharacters(type, data, make);
     auto& own = static_cast<Instruction&>(node);
     Fields::targetOf(own) = ownTarget;
     Fields::baseOf(own) = nullptr;
@@ -149,14 +207,14 @@ DOMNode& PelXercesNodePool::makeInstruction(const XMLCh* target, const XMLCh* da
 }
 
 template <class Make>
-DOMNode& PelXercesNodePool::makeCharacters(Kind kind, const XMLCh* data, Make make) {
+DOMNode& PelXercesNodePool::makeCharacters(DOMNode::NodeType type, const XMLCh* data, Make make) {
     const XMLSize_t length = XMLString::stringLen(data);
     made += 1 + length / unitsOfANode;
-    if (characters[kind] == nullptr)
+    if (characters[type] == nullptr)
         return withoutNumber(static_cast<DOMNode&>(*make()));
     DOMBuffer& buffer = buffers.make(document, data, length);
-    DOMNode& node = *characters[kind];
-    characters[kind] = std::exchange(Fields::linksOf(node).nextSibling, nullptr);
+    DOMNode& node = *characters[type];
+    characters[type] = std::exchange(Fields::linksOf(node).nextSibling, nullptr);
     Fields::bufferOf(node) = &buffer;
     return node;
 }
@@ -194,7 +252,8 @@ void PelXercesNodePool::takeBack(DOMNode& root) noexcept {
     for (DOMNode* left = &root; left != nullptr;) {
         DOMNode& node = *left;
         left = Fields::linksOf(node).nextSibling;
-        switch (node.getNodeType()) {
+        const DOMNode::NodeType type = node.getNodeType();
+        switch (type) {
         case DOMNode::ELEMENT_NODE: {
             auto& element = static_cast<DOMElementImpl&>(node);
             if (DOMNode* const first = std::exchange(Fields::firstChildOf(element), nullptr)) {
@@ -206,16 +265,10 @@ void PelXercesNodePool::takeBack(DOMNode& root) noexcept {
             break;
         }
         case DOMNode::TEXT_NODE:
-            takeCharacters(text, node);
-            break;
         case DOMNode::CDATA_SECTION_NODE:
-            takeCharacters(cdataSection, node);
-            break;
         case DOMNode::COMMENT_NODE:
-            takeCharacters(comment, node);
-            break;
         case DOMNode::PROCESSING_INSTRUCTION_NODE:
-            takeCharacters(instruction, node);
+            takeCharacters(type, node);
             break;
         default: // stays in the document's memory
             break;
@@ -265,12 +318,12 @@ void PelXercesNodePool::release(DOMAttrImpl& attribute) noexcept {
     }
 }
 
-void PelXercesNodePool::takeCharacters(Kind kind, DOMNode& node) noexcept {
+void PelXercesNodePool::takeCharacters(DOMNode::NodeType type, DOMNode& node) noexcept {
     clear(Fields::nodeOf(node));
     buffers.takeBack(*std::exchange(Fields::bufferOf(node), nullptr));
     xercesc::DOMChildNode& links = Fields::linksOf(node);
     links.previousSibling = nullptr;
-    links.nextSibling = std::exchange(characters[kind], &node);
+    links.nextSibling = std::exchange(characters[type], &node);
 }
 
 void PelXercesNodePool::clear(xercesc::DOMNodeImpl& node) noexcept {

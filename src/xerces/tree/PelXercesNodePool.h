@@ -1,10 +1,32 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "xerces/tree/PelXercesBuffers.h"
+#include "xerces/engine/PelXercesFields.h"
 
 #include <array>
 #include <cstddef>
+
+/// The buffers for the data of a document's texts: made, taken back and used again. They are kept
+/// by their capacity, four classes to each doubling, so that one that fits is found at once.
+class PelXercesBuffers {
+public:
+    /// A buffer with that data.
+    xercesc::DOMBuffer& make(xercesc::DOMDocumentImpl& document, const XMLCh* data,
+                             std::size_t length);
+
+    /// Takes back what no node uses any more.
+    void takeBack(xercesc::DOMBuffer& buffer) noexcept;
+
+private:
+    static constexpr std::size_t classes = 120; // up to 2^33 units
+
+    static std::size_t capacityOf(std::size_t index);
+    static std::size_t classOf(std::size_t capacity);
+
+    xercesc::DOMBuffer* take(std::size_t index) noexcept;
+
+    std::array<xercesc::DOMBuffer*, classes> spare{};
+};
 
 /// Makes the nodes of a document, and takes back those that nobody needs any more, of which it
 /// makes others. The engine's own way loses the attribute maps of an element, searches all spare
@@ -48,10 +70,8 @@ public:
     std::size_t getMade() const noexcept { return made; }
 
 private:
-    enum Kind { text, cdataSection, comment, instruction, kinds };
-
     template <class Make>
-    xercesc::DOMNode& makeCharacters(Kind kind, const XMLCh* data, Make make);
+    xercesc::DOMNode& makeCharacters(xercesc::DOMNode::NodeType type, const XMLCh* data, Make make);
     xercesc::DOMAttrImpl& makeBareAttribute(const XMLCh* name);
     void addDefaults(xercesc::DOMElementImpl& element);
     void addCopy(xercesc::DOMAttrMapImpl& map, const xercesc::DOMNode& attribute);
@@ -60,7 +80,7 @@ private:
     static void release(xercesc::DOMAttrImpl& attribute) noexcept;
     void takeElement(xercesc::DOMElementImpl& element) noexcept;
     void takeAttributes(xercesc::DOMAttrMapImpl& attributes) noexcept;
-    void takeCharacters(Kind kind, xercesc::DOMNode& node) noexcept;
+    void takeCharacters(xercesc::DOMNode::NodeType type, xercesc::DOMNode& node) noexcept;
     void clear(xercesc::DOMNodeImpl& node) noexcept;
     void growNameTable();
 
@@ -71,6 +91,6 @@ private:
     // that to an owner.
     xercesc::DOMNode* elements = nullptr;
     xercesc::DOMAttrImpl* attributes = nullptr;
-    std::array<xercesc::DOMNode*, kinds> characters{};
+    std::array<xercesc::DOMNode*, xercesc::DOMNode::COMMENT_NODE + 1> characters{}; // by type
     PelXercesBuffers buffers;
 };
