@@ -5,6 +5,7 @@
 #include "read/parse/PelXercesValidator.h"
 #include "xerces/engine/PelXercesFields.h"
 
+#include <xercesc/framework/XMLBuffer.hpp>
 #include <xercesc/framework/XMLErrorCodes.hpp>
 #include <xercesc/framework/XMLNotationDecl.hpp>
 #include <xercesc/internal/XMLScanner.hpp>
@@ -12,16 +13,21 @@
 #include <xercesc/util/XMLResourceIdentifier.hpp>
 #include <xercesc/util/XMLString.hpp>
 #include <xercesc/util/XMLUni.hpp>
+#include <xercesc/validators/DTD/DTDAttDef.hpp>
 #include <xercesc/validators/DTD/DTDElementDecl.hpp>
 #include <xercesc/validators/DTD/DTDEntityDecl.hpp>
+#include <xercesc/validators/common/ContentSpecNode.hpp>
 
 #include <algorithm>
 #include <string>
 #include <string_view>
+#include <vector>
 
 using Names = PelXercesNameLimits;
 using Work = PelXercesReadLimits::Work;
+using xercesc::ContentSpecNode;
 using xercesc::DOMNode;
+using xercesc::XMLAttDef;
 using xercesc::XMLString;
 
 namespace {
@@ -51,6 +57,179 @@ void keep(xercesc::DOMNamedNodeMap& map, Node& node, const Declaration& declarat
     if (DOMNode* const former = map.setNamedItem(&node))
         former->release();
 }
+
+bool isRepetition(ContentSpecNode::NodeTypes type) {
+    return type == ContentSpecNode::ZeroOrOne || type == ContentSpecNode::ZeroOrMore ||
+           type == ContentSpecNode::OneOrMore;
+}
+
+char16_t markOf(ContentSpecNode::NodeTypes type) {
+    switch (type) {
+    case ContentSpecNode::ZeroOrOne:
+        return u'?';
+    case ContentSpecNode::ZeroOrMore:
+        return u'*';
+    case ContentSpecNode::OneOrMore:
+        return u'+';
+    case ContentSpecNode::Choice:
+        return u'|';
+    default:
+        return u',';
+    }
+}
+
+/// Adds declarations to the text of an internal subset, such that they read back as the same ones.
+/// The engine's own text does not where a value holds quotes, references or line breaks, or a
+/// content model repeats what is repeated, and leaves out the sign of parameter entities, the names
+/// of notations and empty identifiers.
+class SubsetText {
+public:
+    /// In XML 1.1 more characters are written as references.
+    SubsetText(xercesc::XMLBuffer& subset, const xercesc::DOMDocument& document)
+        : text(subset), isXml11(XMLString::equals(document.getXmlVersion(), u"1.1")) {}
+
+    void addElement(const xercesc::DTDElementDecl& element) {
+        add(u"<!ELEMENT ", element.getFullName(), u' ');
+        if (element.getModelType() == xercesc::DTDElementDecl::Empty)
+            add(u"EMPTY");
+        else if (element.getModelType() == xercesc::DTDElementDecl::Any)
+            add(u"ANY");
+        else
+            addModel(*element.getContentSpec());
+        add(u'>');
+    }
+
+    void addAttribute(const xercesc::DTDAttDef& attribute) {
+        add(attribute.getFullName(), u' ');
+        const bool isEnumeration = attribute.getType() == XMLAttDef::Enumeration;
+        if (!isEnumeration)
+            add(XMLAttDef::getAttTypeString(attribute.getType()));
+        const XMLCh* choice = attribute.getEnumeration();
+        if (choice != nullptr && *choice != 0) {
+            add(isEnumeration ? u"(" : u" (");
+            for (; *choice != 0; ++choice)
+                add(*choice == u' ' ? u'|' : *choice);
+            add(u')');
+        }
+        if (attribute.getDefaultType() != XMLAttDef::Default)
+            add(u' ', XMLAttDef::getDefAttTypeString(attribute.getDefaultType()));
+        addQuoted(attribute.getValue(), u"\"&<\t\n\r");
+    }
+
+    void addComment(const XMLCh* comment) { add(u"<!--", comment, u"-->"); }
+
+    void addEntity(const xercesc::DTDEntityDecl& entity, bool isParameter) {
+        add(isParameter ? u"<!ENTITY % " : u"<!ENTITY ", entity.getName());
+        if (entity.isExternal())
+            addIdentifiers(entity.getPublicId(), entity.getSystemId(), true);
+        if (entity.getNotationName() != nullptr)
+            add(u" NDATA ", entity.getNotationName());
+        addQuoted(entity.getValue(), u"\"&%\r");
+        add(u'>');
+    }
+
+    void addNotation(const xercesc::XMLNotationDecl& notation) {
+        add(u"<!NOTATION ", notation.getName());
+        addIdentifiers(notation.getPublicId(), notation.getSystemId(), false);
+        add(u'>');
+    }
+
+private:
+    template <class... Parts>
+    void add(Parts... parts) {
+        (text.append(parts), ...);
+    }
+
+    // With the brackets of the engine's own text, and those that it forgets around a repetition.
+    // Models may be deep, so that what is still to come waits on the heap.
+    void addModel(const ContentSpecNode& model) {
+        struct Step {
+            const ContentSpecNode* node; ///< Or null: the mark alone.
+            ContentSpecNode::NodeTypes parent;
+            char16_t mark;
+        };
+        constexpr auto none = ContentSpecNode::UnknownType;
+        std::vector<Step> steps = {{&model, none, u'\0'}};
+        const auto addLater = [&steps](char16_t mark) { steps.push_back({nullptr, none, mark}); };
+        while (!steps.empty()) {
+            const auto [node, parent, mark] = steps.back();
+            steps.pop_back();
+            if (node == nullptr) {
+                add(mark);
+                continue;
+            }
+            const ContentSpecNode::NodeTypes type = node->getType();
+            const ContentSpecNode::NodeTypes first =
+                node->getFirst() != nullptr ? node->getFirst()->getType() : none;
+            bool hasBrackets = parent == none; // of a leaf
+            if (isRepetition(type)) {
+                hasBrackets =
+                    (first == ContentSpecNode::Leaf) == (parent == none) || isRepetition(first);
+                addLater(markOf(type));
+            } else if (type != ContentSpecNode::Leaf) {
+                hasBrackets = parent != type;
+            }
+            if (hasBrackets) {
+                add(u'(');
+                addLater(u')');
+            }
+            if (type == ContentSpecNode::Leaf) {
+                addName(*node->getElement());
+            } else if (node->getSecond() != nullptr) {
+                steps.push_back({node->getSecond(), type, u'\0'});
+                addLater(markOf(type));
+            }
+            if (node->getFirst() != nullptr)
+                steps.push_back({node->getFirst(), type, u'\0'});
+        }
+    }
+
+    // Here the engine has lost the name ":".
+    void addName(const xercesc::QName& name) {
+        if (name.getURI() == xercesc::XMLElementDecl::fgPCDataElemId)
+            add(xercesc::XMLElementDecl::fgPCDataElemName);
+        else
+            add(*name.getRawName() != 0 ? name.getRawName() : u":");
+    }
+
+    // The engine keeps no empty identifiers. A public one may stand alone in a notation only.
+    void addIdentifiers(const XMLCh* publicId, const XMLCh* systemId, bool needsSystemId) {
+        add(publicId != nullptr ? u" PUBLIC" : u" SYSTEM");
+        if (publicId != nullptr)
+            addIdentifier(publicId);
+        if (systemId != nullptr)
+            addIdentifier(systemId);
+        else if (needsSystemId || publicId == nullptr)
+            addIdentifier(u"");
+    }
+
+    // Identifiers know no references; they may hold one of the quotes, but not both.
+    void addIdentifier(const XMLCh* identifier) {
+        const XMLCh quote = XMLString::indexOf(identifier, u'"') != -1 ? u'\'' : u'"';
+        add(u' ', quote, identifier, quote);
+    }
+
+    void addQuoted(const XMLCh* value, const char16_t* escaped) {
+        if (value == nullptr)
+            return;
+        add(u" \"");
+        for (; *value != 0; ++value) {
+            const bool isControl = isXml11 && PelCharacters::needsReference11(*value);
+            if (!isControl &&
+                std::u16string_view(escaped).find(*value) == std::u16string_view::npos) {
+                add(*value);
+                continue;
+            }
+            XMLCh digits[8];
+            XMLString::binToText(*value, digits, 7, 16);
+            add(u"&#x", digits, u';');
+        }
+        add(u'"');
+    }
+
+    xercesc::XMLBuffer& text;
+    const bool isXml11;
+};
 
 // Where the engine's own words say little.
 std::u16string inPlainWords(const XMLCh* domain, unsigned int code, std::u16string_view words) {
@@ -118,7 +297,6 @@ void PelXercesDTDHandler::doctypeDecl(const xercesc::DTDElementDecl& root, const
 
 void PelXercesDTDHandler::startIntSubset() {
     isInSubset = true;
-    subset.setVersion11(XMLString::equals(fDocument->getXmlVersion(), u"1.1"));
     XercesDOMParser::startIntSubset();
 }
 
@@ -143,7 +321,7 @@ void PelXercesDTDHandler::refuseUndeclaredReferences() {
 
 void PelXercesDTDHandler::doctypeComment(const XMLCh* comment) {
     if (isInSubset)
-        subset.addComment(comment);
+        SubsetText(fInternalSubset, *fDocument).addComment(comment);
 }
 
 void PelXercesDTDHandler::elementDecl(const xercesc::DTDElementDecl& declaration,
@@ -156,7 +334,7 @@ void PelXercesDTDHandler::elementDecl(const xercesc::DTDElementDecl& declaration
     limits.require(parts <= most, u"too large a content model");
     limits.requireStackFor(parts); // the engine makes an automaton by recursion over them
     if (isInSubset)
-        subset.addElement(declaration);
+        SubsetText(fInternalSubset, *fDocument).addElement(declaration);
 }
 
 void PelXercesDTDHandler::attDef(const xercesc::DTDElementDecl& element,
@@ -169,7 +347,7 @@ void PelXercesDTDHandler::attDef(const xercesc::DTDElementDecl& element,
         names.addDeclared(element, attribute);
     requirePairs(attribute.getValue());
     if (isInSubset && !isIgnored)
-        subset.addAttribute(attribute);
+        SubsetText(fInternalSubset, *fDocument).addAttribute(attribute);
 }
 
 // In defaults only those documents miss an entity that have to be valid in any case.
@@ -227,7 +405,7 @@ void PelXercesDTDHandler::entityDecl(const xercesc::DTDEntityDecl& entity, bool 
             static_cast<xercesc::DOMEntityImpl*>(fDocument->createEntity(entity.getName()));
         node->setNotationName(entity.getNotationName());
         keep(known, *node, entity);
-        subset.addEntity(entity, isParameter);
+        SubsetText(fInternalSubset, *fDocument).addEntity(entity, isParameter);
     }
     if (isIgnored)
         forget(const_cast<xercesc::DTDEntityDecl&>(entity));
@@ -247,7 +425,7 @@ void PelXercesDTDHandler::notationDecl(const xercesc::XMLNotationDecl& notation,
     auto* const node =
         static_cast<xercesc::DOMNotationImpl*>(fDocument->createNotation(notation.getName()));
     keep(*fDocumentType->getNotations(), *node, notation);
-    subset.addNotation(notation);
+    SubsetText(fInternalSubset, *fDocument).addNotation(notation);
 }
 
 // The engine keeps the names of a tree in a table that does not grow.

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "read/input/PelXercesReadMemory.h"
-#include "read/parse/PelXercesSubset.h"
 
 #include <xercesc/parsers/XercesDOMParser.hpp>
 
@@ -58,5 +57,4 @@ private:
     bool hasExternalSubset = false;
     bool isInSubset = false;
     bool mayBeDeclared = false; // entities that are not, by something external
-    PelXercesSubset subset{fInternalSubset};
 };
