@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "write/PelXercesKeptChildren.h"
 
+#include "core/PelCharacters.h"
 #include "xerces/tree/PelSourceMarkup.h"
 #include "xerces/tree/PelXercesWalk.h"
 
@@ -18,11 +19,10 @@ bool isBefore(const PelXercesKeptSource::Place& place, std::size_t begin) {
     return place.begin < begin;
 }
 
-bool isSpaceText(const DOMNode& node) {
-    if (node.getNodeType() != DOMNode::TEXT_NODE)
-        return false;
-    return std::u16string_view(node.getNodeValue()).find_first_not_of(u" \t\r\n") ==
-           std::u16string_view::npos;
+bool isSpaceText(const DOMNode* node) {
+    return node != nullptr && node->getNodeType() == DOMNode::TEXT_NODE &&
+           std::u16string_view(node->getNodeValue()).find_first_not_of(PelCharacters::space) ==
+               std::u16string_view::npos;
 }
 
 bool hasLineEnd(std::string_view space) {
@@ -53,7 +53,6 @@ PelXercesSourceStyle::PelXercesSourceStyle(const PelXercesKeptSource& source) {
     if (first == text.npos)
         return;
     lineEnd = text.compare(first, 2, "\r\n") == 0 ? "\r\n" : std::string(1, text[first]);
-    const PelXercesKeptChildren lines(source, *this);
     std::vector<std::pair<std::size_t, std::string_view>> open; // ends and indentations
     const std::vector<PelXercesKeptSource::Place>& places = source.getPlaces();
     for (std::size_t i = 0; i < std::min(places.size(), mostLooked); ++i) {
@@ -62,7 +61,7 @@ PelXercesSourceStyle::PelXercesSourceStyle(const PelXercesKeptSource& source) {
             continue;
         while (!open.empty() && open.back().first <= begin)
             open.pop_back();
-        const auto indentation = lines.indentationAt(begin);
+        const auto indentation = indentationAt(text, begin);
         if (indentation && !open.empty() && indentation->size() > open.back().second.size() &&
             indentation->substr(0, open.back().second.size()) == open.back().second) {
             step = indentation->substr(open.back().second.size());
@@ -72,28 +71,27 @@ PelXercesSourceStyle::PelXercesSourceStyle(const PelXercesKeptSource& source) {
     }
 }
 
-std::optional<std::string_view> PelXercesKeptChildren::indentationAt(std::size_t begin) const {
-    std::size_t at = begin;
-    while (at > 0 && (text[at - 1] == ' ' || text[at - 1] == '\t'))
-        --at;
-    if (at > 0 && text[at - 1] != '\n' && text[at - 1] != '\r')
-        return std::nullopt;
-    return text.substr(at, begin - at);
+PelXercesKeptChildren::PelXercesKeptChildren(const PelXercesKeptSource& ownSource,
+                                             const PelXercesSourceStyle& ownStyle,
+                                             const DOMNode& ownParent)
+    : source(ownSource), style(ownStyle), text(source.getText()), parent(ownParent),
+      firstIndex(source.numberOf(parent)), isDocument(firstIndex == 0) {
+    if (isDocument) {
+        contentBegin = behindDeclaration(text);
+        contentEnd = text.size();
+    } else {
+        const PelXercesKeptSource::Place place = source.getPlaces()[firstIndex - 1];
+        contentBegin = behindStartTag(text, place.begin);
+        contentEnd = text[contentBegin - 2] == '/' ? contentBegin : text.rfind('<', place.end - 1);
+        outer = indentationAt(text, place.begin);
+    }
 }
 
-std::vector<PelXercesKeptChildren::Piece> PelXercesKeptChildren::plan(const DOMNode& parent,
-                                                                      bool areLinesContent) {
-    originals.clear();
-    units.clear();
-    steps.clear();
-    pieces.clear();
-    last.reset();
-    afterNew.reset();
-    findContent(parent);
-    if (!source.hasOtherChildren(parent) && planChanged(parent))
+std::vector<PelXercesKeptChildren::Piece> PelXercesKeptChildren::plan(bool areLinesContent) {
+    if (!source.hasOtherChildren(parent) && planChanged())
         return std::move(pieces);
     findOriginals();
-    findUnits(parent);
+    findUnits();
     letLongestOrderStay();
     findSteps();
     if (areLinesContent)
@@ -104,28 +102,13 @@ std::vector<PelXercesKeptChildren::Piece> PelXercesKeptChildren::plan(const DOMN
     return std::move(pieces);
 }
 
-void PelXercesKeptChildren::findContent(const DOMNode& parent) {
-    firstIndex = source.numberOf(parent);
-    isDocument = firstIndex == 0;
-    if (isDocument) {
-        contentBegin = behindDeclaration(text);
-        contentEnd = text.size();
-        outer.reset();
-    } else {
-        const PelXercesKeptSource::Place place = source.getPlaces()[firstIndex - 1];
-        contentBegin = behindStartTag(text, place.begin);
-        contentEnd = text[contentBegin - 2] == '/' ? contentBegin : text.rfind('<', place.end - 1);
-        outer = indentationAt(place.begin);
-    }
-}
-
 // The same children in the same order: all but the changed ones is copied. False where one of
 // these is not told apart from others in the source.
-bool PelXercesKeptChildren::planChanged(const DOMNode& parent) {
+bool PelXercesKeptChildren::planChanged() {
     std::size_t at = contentBegin;
     const auto copyUpTo = [&](std::size_t begin) {
         if (begin != at)
-            pieces.push_back({text.substr(at, begin - at)});
+            pieces.push_back({between(at, begin)});
     };
     for (const DOMNode* child = parent.getFirstChild(); child != nullptr;
          child = child->getNextSibling()) {
@@ -150,12 +133,10 @@ void PelXercesKeptChildren::findOriginals() {
     std::size_t index = firstIndex;
     while (index < places.size() && places[index].begin < contentEnd) {
         const PelXercesKeptSource::Place place = places[index];
-        originals.push_back(
-            {index, place, isWhiteSpace(text.substr(place.begin, place.end - place.begin))});
-        index =
-            static_cast<std::size_t>(std::lower_bound(places.begin() + static_cast<long>(index) + 1,
-                                                      places.end(), place.end, isBefore) -
-                                     places.begin());
+        originals.push_back({index, place, isWhiteSpace(between(place.begin, place.end))});
+        const auto first = places.begin() + static_cast<long>(index) + 1;
+        const auto behindAll = std::lower_bound(first, places.end(), place.end, isBefore);
+        index = static_cast<std::size_t>(behindAll - places.begin());
     }
 }
 
@@ -179,7 +160,7 @@ std::size_t PelXercesKeptChildren::originalOf(const DOMNode& child) const {
     return static_cast<std::size_t>(found - originals.begin());
 }
 
-void PelXercesKeptChildren::findUnits(const DOMNode& parent) {
+void PelXercesKeptChildren::findUnits() {
     for (const DOMNode* child = parent.getFirstChild(); child != nullptr;
          child = child->getNextSibling()) {
         const std::size_t original = originalOf(*child);
@@ -229,24 +210,17 @@ void PelXercesKeptChildren::letLongestOrderStay() {
 }
 
 void PelXercesKeptChildren::findSteps() {
-    std::size_t unit = 0;
     std::size_t original = 0;
     std::size_t at = contentBegin;
-    while (unit < units.size() || original < originals.size()) {
-        std::size_t kept = unit; // the next that stays
-        while (kept < units.size() && !units[kept].stays)
-            ++kept;
-        const std::size_t keptOriginal =
-            kept < units.size() ? units[kept].original : originals.size();
+    for (auto unit = units.begin();; ++unit) {
+        const auto kept =
+            std::find_if(unit, units.end(), [](const Unit& one) { return one.stays; });
+        const bool isLast = kept == units.end();
+        const std::size_t keptOriginal = isLast ? originals.size() : kept->original;
         // What came takes the place of the first that went.
         const auto addCome = [&] {
-            for (; unit < kept; ++unit)
-                steps.push_back(
-                    {Step::CAME,
-                     {},
-                     &units[unit],
-                     none,
-                     units[unit].first == units[unit].last && isSpaceText(*units[unit].first)});
+            for (; unit != kept; ++unit)
+                steps.push_back({Step::CAME, {}, &*unit, none, isSpaceText(unit->single())});
         };
         for (; original < keptOriginal; ++original) {
             addGap(at, originals[original].place.begin);
@@ -255,22 +229,19 @@ void PelXercesKeptChildren::findSteps() {
             if (!originals[original].isSpace)
                 addCome();
         }
-        addGap(at, kept < units.size() ? originals[keptOriginal].place.begin : contentEnd);
+        addGap(at, isLast ? contentEnd : originals[original].place.begin);
         addCome();
-        if (kept == units.size())
+        if (isLast)
             return;
-        addKept(units[kept]);
-        at = originals[keptOriginal].place.end;
-        unit = kept + 1;
-        original = keptOriginal + 1;
+        addKept(*kept);
+        at = originals[original++].place.end;
     }
-    addGap(at, contentEnd);
 }
 
 void PelXercesKeptChildren::addGap(std::size_t begin, std::size_t end) {
     if (begin == end)
         return;
-    const std::string_view gap = text.substr(begin, end - begin);
+    const std::string_view gap = between(begin, end);
     steps.push_back({Step::GAP, gap, nullptr, none, isWhiteSpace(gap)});
 }
 
@@ -278,7 +249,7 @@ void PelXercesKeptChildren::addKept(const Unit& unit) {
     const Original& original = originals[unit.original];
     Step step{Step::KEPT, {}, &unit, unit.original, false};
     if (isIntact(unit)) {
-        step.text = text.substr(original.place.begin, original.place.end - original.place.begin);
+        step.text = between(original.place.begin, original.place.end);
         step.isSeparator = original.isSpace;
     }
     steps.push_back(step);
@@ -312,7 +283,7 @@ void PelXercesKeptChildren::arrange() {
 
 bool PelXercesKeptChildren::isLineEnd(const Piece& piece) const {
     if (piece.text.empty() && piece.node != nullptr)
-        return isSpaceText(*piece.node) &&
+        return isSpaceText(piece.node) &&
                std::u16string_view(piece.node->getNodeValue()).find(u'\n') !=
                    std::u16string_view::npos;
     const std::string_view space = piece.text.empty() ? piece.added : piece.text;
@@ -344,10 +315,8 @@ void PelXercesKeptChildren::arrangeNew(std::size_t index) {
         last = pieces.back();
         pieces.pop_back();
     }
-    if (!isAtLineStart || isBehindLast) {
-        if (!(isDocument && pieces.empty()))
-            addLine(*indentation);
-    }
+    if ((!isAtLineStart || isBehindLast) && !(isDocument && pieces.empty()))
+        addLine(*indentation);
     addPieces(steps[index], indentation);
     afterNew = indentation;
     if (index + 1 == steps.size() && !last && !isDocument && outer)
@@ -376,7 +345,8 @@ std::optional<std::string> PelXercesKeptChildren::indentationFor(std::size_t ind
             ++behind;
     const std::size_t nearest = behind < steps.size() ? behind : before;
     if (nearest != none) {
-        const auto indentation = indentationAt(originals[steps[nearest].original].place.begin);
+        const auto indentation =
+            indentationAt(text, originals[steps[nearest].original].place.begin);
         return indentation ? std::optional<std::string>(*indentation) : std::nullopt;
     }
     if (isDocument)
@@ -393,9 +363,9 @@ void PelXercesKeptChildren::addPieces(const Step& step,
     if (step.kind == Step::WENT)
         return;
     if (!step.text.empty()) {
-        const bool isText = step.unit != nullptr && step.unit->first == step.unit->last &&
-                            step.unit->first->getNodeType() == DOMNode::TEXT_NODE;
-        pieces.push_back({step.text, isText ? step.unit->first : nullptr});
+        const DOMNode* const single = step.unit != nullptr ? step.unit->single() : nullptr;
+        const bool isText = single != nullptr && single->getNodeType() == DOMNode::TEXT_NODE;
+        pieces.push_back({step.text, isText ? single : nullptr});
         return;
     }
     for (const DOMNode* node = step.unit->first;; node = node->getNextSibling()) {

@@ -21,6 +21,8 @@ struct PelXercesSourceStyle {
 
 /// What is written between the tags of an element that has changed, or of a document: pieces of the
 /// source, nodes, and white space that puts new nodes on lines of their own.
+///
+/// One object is for one plan.
 class PelXercesKeptChildren {
 public:
     struct Piece {
@@ -30,17 +32,12 @@ public:
         std::string added{};                      ///< White space, if there is no text and no node.
     };
 
+    /// `ownParent` is in the source, or the document.
     PelXercesKeptChildren(const PelXercesKeptSource& ownSource,
-                          const PelXercesSourceStyle& ownStyle)
-        : source(ownSource), style(ownStyle), text(ownSource.getText()) {}
+                          const PelXercesSourceStyle& ownStyle, const xercesc::DOMNode& ownParent);
 
-    /// `parent` is in the source, or the document. No lines are added or taken where they would be
-    /// content.
-    std::vector<Piece> plan(const xercesc::DOMNode& parent, bool areLinesContent);
-
-    /// The white space in front of something on a line of its own in the source; none where
-    /// something else precedes it.
-    std::optional<std::string_view> indentationAt(std::size_t begin) const;
+    /// No lines are added or taken where they would be content.
+    std::vector<Piece> plan(bool areLinesContent);
 
 private:
     /// A child that the source has; all that one group of references brought is one.
@@ -56,6 +53,9 @@ private:
         const xercesc::DOMNode* last;
         std::size_t original; ///< Or `none`.
         bool stays = false;
+
+        /// The only child; null if there are more.
+        const xercesc::DOMNode* single() const { return first == last ? first : nullptr; }
     };
 
     struct Step {
@@ -68,15 +68,17 @@ private:
 
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
 
-    void findContent(const xercesc::DOMNode& parent);
-    bool planChanged(const xercesc::DOMNode& parent);
+    bool planChanged();
     void findOriginals();
-    void findUnits(const xercesc::DOMNode& parent);
+    void findUnits();
     std::size_t originalOf(const xercesc::DOMNode& child) const;
     bool isGroup(const Original& original) const;
     bool isIntact(const Unit& unit) const;
     void letLongestOrderStay();
     void findSteps();
+    std::string_view between(std::size_t begin, std::size_t end) const {
+        return text.substr(begin, end - begin);
+    }
     void addGap(std::size_t begin, std::size_t end);
     void addKept(const Unit& unit);
     void arrange();
@@ -93,11 +95,12 @@ private:
     const PelXercesSourceStyle& style;
     const std::string_view text;
 
-    std::size_t firstIndex = 0; // of what may be below the parent
+    const xercesc::DOMNode& parent;
+    const std::size_t firstIndex; // of what may be below the parent
     std::size_t contentBegin = 0;
     std::size_t contentEnd = 0;
     std::optional<std::string> outer; // indentation of the parent
-    bool isDocument = false;
+    const bool isDocument;
     std::vector<Original> originals;
     std::vector<Unit> units;
     std::vector<Step> steps;

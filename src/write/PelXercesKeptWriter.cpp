@@ -113,8 +113,7 @@ void PelXercesKeptWriter::writePiece(const Piece& piece) {
     } else if (piece.node != nullptr) {
         begin(*piece.node, piece.indentation);
     } else if (!piece.added.empty()) {
-        flushCopied();
-        out.addSource(piece.added);
+        add(piece.added);
         endsWithBracket = false;
     }
 }
@@ -124,14 +123,14 @@ void PelXercesKeptWriter::begin(const DOMNode& node,
     const DOMNode::NodeType type = node.getNodeType();
     const bool isOld = source.standsAlone(node);
     if (type == DOMNode::DOCUMENT_NODE) {
-        open.push_back({&node, children.plan(node, false), 0, false, false});
+        open.push_back(
+            {&node, PelXercesKeptChildren(source, style, node).plan(false), 0, false, false});
     } else if (type == DOMNode::TEXT_NODE && !open.empty() &&
                open.back().node->getNodeType() == DOMNode::DOCUMENT_NODE) {
         // Outside the root white space knows no references, and there is no other text.
         const std::string value = PelTextConversion::toUtf8(node.getNodeValue());
-        flushCopied();
         if (isWhiteSpace(value))
-            out.addSource(value);
+            add(value);
     } else if (isOld && !source.isChangedWithin(node) &&
                !(endsWithBracket && type == DOMNode::TEXT_NODE)) {
         writeMoved(node, indentation);
@@ -152,7 +151,8 @@ void PelXercesKeptWriter::beginElement(const DOMNode& element) {
     const bool isKept = isPreserved(element);
     const bool areLinesContent =
         isKept || (source.hasOtherChildren(element) && PelXercesIndent::isWithText(element));
-    OpenNode opened{&element, children.plan(element, areLinesContent), 0, false, isKept};
+    PelXercesKeptChildren children(source, style, element);
+    OpenNode opened{&element, children.plan(areLinesContent), 0, false, isKept};
     writeStartTag(element, !opened.pieces.empty());
     open.push_back(std::move(opened));
 }
@@ -264,14 +264,13 @@ bool PelXercesKeptWriter::isPreserved(const DOMNode& element) const {
 void PelXercesKeptWriter::writeMoved(const DOMNode& node,
                                      const std::optional<std::string>& indentation) {
     const PelXercesKeptSource::Place place = *source.placeOf(node);
-    const auto former = children.indentationAt(place.begin);
+    const auto former = indentationAt(text, place.begin);
     if (indentation && former && *former != *indentation &&
         node.getNodeType() == DOMNode::ELEMENT_NODE) {
         const auto moved =
             indentedAnew(text.substr(place.begin, place.end - place.begin), *former, *indentation);
         if (moved) {
-            flushCopied();
-            out.addSource(*moved);
+            add(*moved);
             return;
         }
     }

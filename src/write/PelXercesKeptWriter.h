@@ -22,7 +22,7 @@ public:
     PelXercesKeptWriter(PelXercesMarkup& markup, PelXercesSerializer& newNodes,
                         const PelXercesKeptSource& ownSource, PelXercesSourceStyle ownStyle)
         : out(markup), serializer(newNodes), source(ownSource), style(std::move(ownStyle)),
-          text(ownSource.getText()), children(source, style) {}
+          text(ownSource.getText()) {}
 
     /// A node of the tree; a document with its XML declaration if it has one.
     void writeNode(const xercesc::DOMNode& top, bool hasDeclaration);
@@ -41,7 +41,6 @@ private:
 
     void writePiece(const Piece& piece);
     void begin(const xercesc::DOMNode& node, const std::optional<std::string>& indentation);
-    void beginDocument(const xercesc::DOMNode& document);
     void beginElement(const xercesc::DOMNode& element);
     void beginNewElement(const xercesc::DOMNode& element,
                          const std::optional<std::string>& indentation);
@@ -58,6 +57,12 @@ private:
     // Copies a piece of the source, together with those that follow it there.
     void copy(std::size_t begin, std::size_t end);
     void flushCopied();
+
+    // White space that is new, or a piece that has moved.
+    void add(std::string_view changed) {
+        flushCopied();
+        out.addSource(changed);
+    }
     PelXercesSerializer& written() {
         flushCopied();
         return serializer;
@@ -68,7 +73,6 @@ private:
     const PelXercesKeptSource& source;
     const PelXercesSourceStyle style;
     const std::string_view text;
-    PelXercesKeptChildren children;
     std::size_t copiedBegin = 0;
     std::size_t copiedEnd = 0;
     bool endsWithBracket = false; // what was written last

@@ -108,6 +108,16 @@ std::size_t PelSourceMarkup::behindDeclaration(std::string_view text) {
                                                                       : at;
 }
 
+std::optional<std::string_view> PelSourceMarkup::indentationAt(std::string_view text,
+                                                               std::size_t begin) {
+    std::size_t at = begin;
+    while (at > 0 && (text[at - 1] == ' ' || text[at - 1] == '\t'))
+        --at;
+    if (at > 0 && text[at - 1] != '\n' && text[at - 1] != '\r')
+        return std::nullopt;
+    return text.substr(at, begin - at);
+}
+
 bool PelSourceMarkup::findAttribute(std::string_view text, std::size_t at, Attribute& attribute) {
     at = behindSpace(text, at);
     if (text[at] == '>' || text[at] == '/')

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string_view>
 
 /// Steps through the markup of a document in UTF-8 that is known to be well-formed. Each takes the
@@ -24,6 +25,10 @@ std::size_t behindStartTag(std::string_view text, std::size_t at);
 
 /// Behind the byte-order mark and the XML declaration, where there are such.
 std::size_t behindDeclaration(std::string_view text);
+
+/// The white space in front of something on a line of its own; none where something else precedes
+/// it.
+std::optional<std::string_view> indentationAt(std::string_view text, std::size_t begin);
 
 /// One attribute of a start tag.
 struct Attribute {
