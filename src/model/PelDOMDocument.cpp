@@ -12,17 +12,14 @@ using Imp = PelDOMDocumentImp;
 PelDOMDocument::PelDOMDocument(PelDOMNodeImp* implementation) : PelDOMNode(implementation) {
 }
 
-PelDOMDocument::PelDOMDocument(const PelDOMDocument& orig) : PelDOMNode(orig) {
-}
-
 PelDOMDocument::PelDOMDocument(const PelDOMNode& node) : PelDOMNode(node) {
 }
-
-PelDOMDocument::PelDOMDocument(PelDOMDocument&& orig) noexcept = default;
 
 PelDOMDocument::PelDOMDocument(PelDOMNode&& node) noexcept : PelDOMNode(std::move(node)) {
 }
 
+PelDOMDocument::PelDOMDocument(const PelDOMDocument& orig) = default;
+PelDOMDocument::PelDOMDocument(PelDOMDocument&& orig) noexcept = default;
 PelDOMDocument::~PelDOMDocument() = default;
 
 PelDOMDocument& PelDOMDocument::operator=(PelDOMDocument& rhs) {

@@ -39,17 +39,14 @@ std::size_t prefixLength(std::u16string_view name) {
 PelDOMElement::PelDOMElement(PelDOMNodeImp* implementation) : PelDOMNode(implementation) {
 }
 
-PelDOMElement::PelDOMElement(const PelDOMElement& orig) : PelDOMNode(orig) {
-}
-
 PelDOMElement::PelDOMElement(const PelDOMNode& node) : PelDOMNode(node) {
 }
-
-PelDOMElement::PelDOMElement(PelDOMElement&& orig) noexcept = default;
 
 PelDOMElement::PelDOMElement(PelDOMNode&& node) noexcept : PelDOMNode(std::move(node)) {
 }
 
+PelDOMElement::PelDOMElement(const PelDOMElement& orig) = default;
+PelDOMElement::PelDOMElement(PelDOMElement&& orig) noexcept = default;
 PelDOMElement::~PelDOMElement() = default;
 
 PelDOMElement& PelDOMElement::operator=(PelDOMElement& rhs) {

@@ -55,15 +55,8 @@ PelDOMFiler::PelDOMFiler(PelDOMDocument& document) {
 }
 
 PelDOMFiler::PelDOMFiler(const PelDOMFiler& other) = default;
-
+PelDOMFiler& PelDOMFiler::operator=(const PelDOMFiler& other) = default;
 PelDOMFiler::~PelDOMFiler() = default;
-
-PelDOMFiler& PelDOMFiler::operator=(const PelDOMFiler& other) {
-    documentField = other.documentField;
-    currentNodeField = other.currentNodeField;
-    currentElementField = other.currentElementField;
-    return *this;
-}
 
 PelDOM::Error PelDOMFiler::setCurrentNode(PelDOMNode& node) {
     currentNodeField = node;

@@ -8,17 +8,14 @@
 PelDOMText::PelDOMText(PelDOMNodeImp* implementation) : PelDOMNode(implementation) {
 }
 
-PelDOMText::PelDOMText(const PelDOMText& orig) : PelDOMNode(orig) {
-}
-
 PelDOMText::PelDOMText(const PelDOMNode& node) : PelDOMNode(node) {
 }
-
-PelDOMText::PelDOMText(PelDOMText&& orig) noexcept = default;
 
 PelDOMText::PelDOMText(PelDOMNode&& node) noexcept : PelDOMNode(std::move(node)) {
 }
 
+PelDOMText::PelDOMText(const PelDOMText& orig) = default;
+PelDOMText::PelDOMText(PelDOMText&& orig) noexcept = default;
 PelDOMText::~PelDOMText() = default;
 
 PelDOMText& PelDOMText::operator=(PelDOMText& rhs) {
