@@ -198,7 +198,7 @@ TEST(ChildText, IsThatOfAnElementWithOneTextOnly) {
 
 TEST(Texts, KeepWhatIsSet) {
     PelDOMDocument document = parse("<r>old</r>");
-    PelDOMText text(childAt(document.getDocumentElement(), 0));
+    PelDOMText text(childAt(rootOf(document), 0));
     const PelDOMText other = text;
     EXPECT_EQ(answers({text.setValue(""), other, text.setValue(u" \r\n<\U0001F600 "), other}),
               "invalid |old| ok | \r\n<\xF0\x9F\x98\x80 |");

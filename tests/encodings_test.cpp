@@ -89,7 +89,7 @@ TEST(IllFormedBytes, AreRefusedInDocumentsAndInWhatTheyName) {
              {"<!DOCTYPE a" + names + "[<!ELEMENT a ANY>]><a/>",
               "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e" + names + ">]><a>&e;</a>",
               "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY % e" + names + ">%e;]><a/>"})
-            EXPECT_EQ(parse(text.c_str()).isNull(), part.empty() ? 0 : 1) << text;
+            EXPECT_EQ(parse(text).isNull(), part.empty() ? 0 : 1) << text;
     }
     for (const char16_t* wide : {u"<a/>\0garbage", u"<a/>\xD800"})
         EXPECT_EQ(parse(PelString(std::u16string_view(wide, 6))).isNull(), 1);

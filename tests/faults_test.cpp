@@ -247,12 +247,7 @@ TEST(AFileThatFails, IsAnsweredAndSpoilsNothing) {
             << length;
     const std::string fifo = folder.file("fifo");
     ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
-    for (const std::string& name :
-         {fifo, folder.path, std::string("/dev/zero"), std::string("/proc/self/mem")}) {
-        const std::string names =
-            "<!DOCTYPE a [<!ELEMENT a ANY><!ENTITY e SYSTEM '" + name + "'>]><a>&e;</a>";
-        EXPECT_EQ(answers({readFile(name), parse(names.c_str())}), "null null") << name;
-    }
+    expectEach("null", {readFile(fifo), readFile("/dev/zero")});
     const std::string unreadable = folder.write("unreadable.xml", whole);
     EXPECT_EQ(readFile(unreadable).isNull(), 0);
     std::filesystem::permissions(unreadable, std::filesystem::perms::none);

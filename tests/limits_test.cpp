@@ -112,46 +112,42 @@ TEST(Limits, HoldForPlainDocumentsToo) {
     every.insert(every.end(),
                  {&Bounds::work, &Bounds::memory, &Bounds::memoryPerByte, &Bounds::milliseconds,
                   &Bounds::nanosecondsPerByte, &Bounds::references, &Bounds::names});
-    const struct {
-        Which which;
-        std::size_t value;
-        std::string xml;
-        bool isScanned;
-    } rows[] = {
-        {{}, 0, namesOf(bounds.names), false},
-        {{}, 0, namesOf(bounds.names - 2), true},
-        {{}, 0, within(manyAlike("<$/>")), false},
-        {{}, 0, within(repeat(bounds.alikeNames - 1, "<$/>", alike)), true},
-        {{}, 0, within(manyAlike("<b $=''/>")), false},
-        {{}, 0, within(repeat(20000, "<a$ b$=''/>")), true},
-        {{}, 0, larger + repeat(bounds.work / 5000 + 1, "<b/>") + "</a>", false},
-        {{}, 0, larger + repeat(bounds.work / 5000 - 1, "<b/>") + "</a>", true},
-        {{&Bounds::names}, 3, three, true},
-        {{&Bounds::names}, 2, three, false},
-        {{&Bounds::names}, most, namesOf(bounds.names), true},
-        {{&Bounds::work}, 15150, large, true},
-        {{&Bounds::work}, 14849, large, false},
-        {every, most, three, true},
-        {unused, 0, three, true},
-        {{&Bounds::references}, 1, three, true},
-        {{&Bounds::references}, 0, three, false},
-        {{&Bounds::memory}, 3 << 20, three, true},
-        {{&Bounds::memory}, 1 << 20, three, false},
-        {{&Bounds::memoryPerByte}, 0, three, true},
-        {{&Bounds::memoryPerByte}, 0, within(std::string(300000, 'x')), false},
-        {{&Bounds::milliseconds}, 200, three, true},
-        {{&Bounds::milliseconds}, 199, within(""), false},
-        {{&Bounds::nanosecondsPerByte}, 0, three, true},
-        {{&Bounds::nanosecondsPerByte}, 0, within(std::string(4000000, 'x')), false},
-    };
     using Method = PelXercesReadSettings::Method;
+    const auto expect = [](bool isRead, const Which& which, std::size_t value,
+                           std::initializer_list<std::string> documents) {
+        Bounds own = which.empty() ? unhurried() : Bounds();
+        for (std::size_t Bounds::*const bound : which)
+            own.*bound = value;
+        for (const std::string& xml : documents) {
+            EXPECT_EQ(isScanned(xml, own), isRead) << value << xml.substr(0, 80);
+            EXPECT_EQ(refusal(xml, "", own, Method::plainScanner), refusal(xml, "", own))
+                << value << xml.substr(0, 80);
+        }
+    };
+    expect(false, {}, 0,
+           {namesOf(bounds.names), within(manyAlike("<$/>")), within(manyAlike("<b $=''/>")),
+            larger + repeat(bounds.work / 5000 + 1, "<b/>") + "</a>"});
+    expect(true, {}, 0,
+           {namesOf(bounds.names - 2), within(repeat(bounds.alikeNames - 1, "<$/>", alike)),
+            within(repeat(20000, "<a$ b$=''/>")),
+            larger + repeat(bounds.work / 5000 - 1, "<b/>") + "</a>"});
+    expect(true, {&Bounds::names}, most, {namesOf(bounds.names)});
+    expect(true, every, most, {three});
+    expect(true, unused, 0, {three});
+    const struct {
+        std::size_t Bounds::*bound;
+        std::size_t enough, tooLittle;
+        std::string xml, refused;
+    } rows[] = {{&Bounds::names, 3, 2, three, three},
+                {&Bounds::work, 15150, 14849, large, large},
+                {&Bounds::references, 1, 0, three, three},
+                {&Bounds::memory, 3 << 20, 1 << 20, three, three},
+                {&Bounds::memoryPerByte, 0, 0, three, within(std::string(300000, 'x'))},
+                {&Bounds::milliseconds, 200, 199, three, within("")},
+                {&Bounds::nanosecondsPerByte, 0, 0, three, within(std::string(4000000, 'x'))}};
     for (const auto& row : rows) {
-        Bounds own = row.which.empty() ? unhurried() : Bounds();
-        for (std::size_t Bounds::*const bound : row.which)
-            own.*bound = row.value;
-        EXPECT_EQ(isScanned(row.xml, own), row.isScanned) << &row - rows;
-        EXPECT_EQ(refusal(row.xml, "", own, Method::plainScanner), refusal(row.xml, "", own))
-            << &row - rows;
+        expect(true, {row.bound}, row.enough, {row.xml});
+        expect(false, {row.bound}, row.tooLittle, {row.refused});
     }
 }
 

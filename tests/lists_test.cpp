@@ -58,7 +58,7 @@ TEST(Lists, OfUsersAreGoneThroughByPosition) {
 
 TEST(Lists, AreMovedAndCompared) {
     const PelDOMDocument document = parse("<r><a/><a/></r>");
-    const PelDOMElement root = document.getDocumentElement();
+    const PelDOMElement root = rootOf(document);
     const std::vector<PelDOMNodeList> distinct(
         {root.getChildNodes(), document.getChildNodes(), root.getElementsByTagName("a"),
          document.getElementsByTagName("a"), PelDOMNodeList(new OwnList(root)), PelDOMNodeList()});

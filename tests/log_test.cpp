@@ -128,7 +128,7 @@ TEST(Log, TracesHandlesBeforeItIsDone) {
 
 TEST(Log, ShowsThatConvertingAssignmentsMakeNoTemporaries) {
     PelDOMDocument document = parse("<a>x</a>");
-    PelDOMNode element = document.getDocumentElement();
+    PelDOMNode element = rootOf(document);
     PelDOMNode text = childAt(element, 0);
     PelDOMDocument sameDocument;
     PelDOMText sameText;
@@ -181,7 +181,7 @@ static std::string withoutObjects(const std::string& lines) {
 
 // The same lines as when a handle was made and then copied into the caller's.
 TEST(Log, ShowsWhatResultsPassThroughOnTheirWayIntoHandles) {
-    const PelDOMElement root = parse("<a><b>x</b><!--c--></a>").getDocumentElement();
+    const PelDOMElement root = rootOf("<a><b>x</b><!--c--></a>");
     const PelDOMElement b = root.getChildElement();
     const PelDOMNodeList children = root.getChildNodes();
     PelDOMNode node;

@@ -49,7 +49,7 @@ struct Sample {
     explicit Sample(const std::string& fill, std::size_t count = 1)
         : document(parse("<" + fill + "/>")) {
         for (std::size_t i = 0; i < count; ++i)
-            document.getDocumentElement().appendTextElement("t", fill);
+            rootOf(document).appendTextElement("t", fill);
         PelDOMWriter().writeBytes(document, bytes);
     }
     PelDOMDocument document;
@@ -192,7 +192,7 @@ TEST(SavingFiles, LeavesTheOldFileWhenItFails) {
     const std::string twin = folder.write("twin", "old");
     std::filesystem::create_hard_link(twin, folder.file("twin2"));
     const Sample bad("bad");
-    bad.document.getDocumentElement().setAttribute("k", u"\xD800");
+    rootOf(bad.document).setAttribute("k", u"\xD800");
     for (const std::string& name : {file, twin}) {
         EXPECT_EQ(save(bad, name),
                   name +

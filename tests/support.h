@@ -145,6 +145,10 @@ inline std::string repeated(const std::string& text, std::size_t times) {
     return all;
 }
 
+inline bool contains(const std::string& text, const std::string& part) {
+    return text.find(part) != text.npos;
+}
+
 inline std::string replaced(std::string text, const std::string& old, const std::string& fresh) {
     for (std::size_t at = 0; (at = text.find(old, at)) != text.npos; at += fresh.size())
         text.replace(at, old.size(), fresh);

@@ -12,7 +12,7 @@ TEST(Threads, ReadAndChangeTreesOfTheirOwn) {
         for (int round = 0; round < 50; ++round) {
             const PelDOMDocument document = round % 2 == 0 ? object.readDocument(QRNDOM_SAMPLE)
                                                            : object.readDocumentFromStringW(text);
-            PelDOMElement root = document.getDocumentElement();
+            PelDOMElement root = rootOf(document);
             root.appendTextElement("added", PelString().format(u"%.2f", 0.25));
             long value = 0;
             root.getAttribute("k", value);

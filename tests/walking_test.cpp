@@ -39,7 +39,7 @@ static std::string joined(const Range& range) {
 TEST(Ranges, GoThroughChildrenElementsAndAttributes) {
     const PelDOMDocument document = parse("<r z='1' b='2' n:a='3'>t<a i='1'><a "
                                           "i='2'/><b/></a><!--c--><b><a i='3'/></b><a i='4'/></r>");
-    const PelDOMElement root = document.getDocumentElement();
+    const PelDOMElement root = rootOf(document);
     const LogWatch log;
     EXPECT_EQ(joined(root.getChildNodes()), "#texta1#commentba4");
     for (const auto& [name, children, below] : {std::array{"a", "a1a4", "a1a2a3a4"},
@@ -120,7 +120,7 @@ TEST(Ranges, GoOnWithWhatFollowedWhateverTheirBodiesDo) {
     for (const auto& [body, expected] : bodies)
         for (int kind = 0; kind < 3; ++kind) {
             const PelDOMDocument document = parse("<o><r><a/><b/><c/><d/><e/><f/></r></o>");
-            const PelDOMElement root = document.getDocumentElement().getChildElement();
+            const PelDOMElement root = rootOf(document).getChildElement();
             const std::string seen = kind == 0 ? visited(root.getChildNodes(), root, body)
                                      : kind == 1
                                          ? visited(root.getChildElements(), root, body)
