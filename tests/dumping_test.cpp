@@ -39,10 +39,7 @@ TEST(Dump, GoesToTheDeepestLevelThatThereIs) {
     PelDOMElement root = rootOf("<r><a><b/></a></r>");
     const LogWatch log;
     root.dump(LONG_MAX);
-    std::string leftOut;
-    for (int line = 0; line < 7; ++line)
-        leftOut += "A line is left out: the log has no room for it.\n";
-    EXPECT_EQ(log.text(), leftOut);
+    EXPECT_EQ(log.text(), repeated("A line is left out: the log has no room for it.\n", 7));
     root.dumpParseLevel(LONG_MAX - 1);
     EXPECT_EQ(show(root), "r PARSELEVEL=" + std::to_string(LONG_MAX - 1) +
                               "(a PARSELEVEL=" + std::to_string(LONG_MAX) +

@@ -148,12 +148,9 @@ TEST(Lists, OfManyElementsAreWalkedWhileAnyOfThemChange) {
         {renames(0), "<x/>"},     {renames(8), "<x>t</x>"},     {removesLast, "<x>t"},
         {wrapsFirst, "<x/>"}};
     for (const auto& [step, piece] : loops) {
-        std::string text = "<r>";
-        for (long i = 0; i < count; ++i)
-            text += piece;
-        for (long i = 0; i < count && std::string(piece) == "<x>t"; ++i)
-            text += "</x>";
-        PelDOMDocument document = parse((text + "</r>").c_str());
+        const bool isNested = std::string(piece) == "<x>t";
+        PelDOMDocument document =
+            parse("<r>" + repeated(piece, count) + repeated("</x>", isNested ? count : 0) + "</r>");
         const PelDOMNodeList list = document.getElementsByTagName("x");
         for (long left = count; left > 0; --left) {
             ASSERT_EQ(list.length(), left) << piece;

