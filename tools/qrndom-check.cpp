@@ -52,9 +52,9 @@ constexpr char help[] =
 
 struct Choices {
     PelDOMReader reader;
-    bool hasOutline = false;
-    bool hasFormat = false;
-    bool isInPlace = false;
+    int hasOutline = 0; // getopt sets what is an int
+    int hasFormat = 0;
+    int isInPlace = 0;
     std::optional<int> indent;
     std::optional<PelString> encoding;
     std::optional<std::string> output;
@@ -93,7 +93,7 @@ PelDOMDocument read(const std::string& file, Choices& choices) {
 
 bool check(const std::string& file, Choices& choices) {
     const PelDOMDocument document = read(file, choices);
-    if (document && choices.hasOutline)
+    if (document && choices.hasOutline != 0)
         printOutline(document.getDocumentElement());
     return static_cast<bool>(document);
 }
@@ -106,7 +106,7 @@ bool format(const std::string& file, Choices& choices) {
     writer.setIndent(choices.indent.value_or(2));
     if (choices.encoding)
         writer.setEncoding(*choices.encoding);
-    const bool isIntoFile = choices.isInPlace || choices.output;
+    const bool isIntoFile = choices.isInPlace != 0 || choices.output;
     const PelDOM::Error outcome = isIntoFile
                                       ? writer.writeFile(document, choices.output.value_or(file))
                                       : writer.writeStream(document, std::cout);
@@ -125,7 +125,7 @@ int run(Choices& choices, char** first, char** end) {
     bool areAllGood = true;
     for (char** file = first; file != end && std::cout; ++file)
         areAllGood =
-            (choices.hasFormat ? format(*file, choices) : check(*file, choices)) && areAllGood;
+            (choices.hasFormat != 0 ? format(*file, choices) : check(*file, choices)) && areAllGood;
     PelDOMUtilites::releaseUtilities();
     return areAllGood ? good : refused;
 }
@@ -133,13 +133,13 @@ int run(Choices& choices, char** first, char** end) {
 // What is wrong with choices that do not go together, or null.
 const char* findConflict(const Choices& choices, char** first, char** end) {
     const bool hasWriting =
-        choices.isInPlace || choices.indent || choices.encoding || choices.output;
-    if (choices.hasFormat ? choices.hasOutline : hasWriting)
+        choices.isInPlace != 0 || choices.indent || choices.encoding || choices.output;
+    if (choices.hasFormat != 0 ? choices.hasOutline != 0 : hasWriting)
         return "qrndom-check: --indent, --encoding, --in-place and --output go with --format, "
                "--outline does not\n";
-    if (choices.output && (choices.isInPlace || end - first > 1))
+    if (choices.output && (choices.isInPlace != 0 || end - first > 1))
         return "qrndom-check: --output takes one FILE, and no --in-place\n";
-    for (; choices.isInPlace && first != end; ++first)
+    for (; choices.isInPlace != 0 && first != end; ++first)
         if (std::string_view(*first) == "-")
             return "qrndom-check: the standard input has no place\n";
     return nullptr;
@@ -156,38 +156,24 @@ int finish(int status) {
 } // namespace
 
 int main(int argc, char** argv) {
-    enum {
-        outline,
-        formatting,
-        indent,
-        encoding,
-        inPlace,
-        noValidate,
-        alwaysValidate,
-        noExternal,
-        refuseDoctype
-    };
-    constexpr option options[] = {{"outline", no_argument, nullptr, outline},
-                                  {"format", no_argument, nullptr, formatting},
-                                  {"indent", required_argument, nullptr, indent},
-                                  {"encoding", required_argument, nullptr, encoding},
-                                  {"in-place", no_argument, nullptr, inPlace},
-                                  {"output", required_argument, nullptr, 'o'},
-                                  {"no-validate", no_argument, nullptr, noValidate},
-                                  {"always-validate", no_argument, nullptr, alwaysValidate},
-                                  {"no-external", no_argument, nullptr, noExternal},
-                                  {"refuse-doctype", no_argument, nullptr, refuseDoctype},
-                                  {"help", no_argument, nullptr, 'h'},
-                                  {"version", no_argument, nullptr, 'V'},
-                                  {nullptr, 0, nullptr, 0}};
+    enum { isSet, indent, encoding, noValidate, alwaysValidate, noExternal, refuseDoctype };
     Choices choices;
+    const option options[] = {{"outline", no_argument, &choices.hasOutline, 1},
+                              {"format", no_argument, &choices.hasFormat, 1},
+                              {"indent", required_argument, nullptr, indent},
+                              {"encoding", required_argument, nullptr, encoding},
+                              {"in-place", no_argument, &choices.isInPlace, 1},
+                              {"output", required_argument, nullptr, 'o'},
+                              {"no-validate", no_argument, nullptr, noValidate},
+                              {"always-validate", no_argument, nullptr, alwaysValidate},
+                              {"no-external", no_argument, nullptr, noExternal},
+                              {"refuse-doctype", no_argument, nullptr, refuseDoctype},
+                              {"help", no_argument, nullptr, 'h'},
+                              {"version", no_argument, nullptr, 'V'},
+                              {nullptr, 0, nullptr, 0}};
     for (int one = 0; (one = getopt_long(argc, argv, "o:hV", options, nullptr)) != -1;) {
         switch (one) {
-        case outline:
-            choices.hasOutline = true;
-            break;
-        case formatting:
-            choices.hasFormat = true;
+        case isSet:
             break;
         case indent:
             choices.indent = parseIndent(optarg);
@@ -196,9 +182,6 @@ int main(int argc, char** argv) {
             break;
         case encoding:
             choices.encoding = optarg;
-            break;
-        case inPlace:
-            choices.isInPlace = true;
             break;
         case 'o':
             if (std::string_view(optarg) != "-")

@@ -29,6 +29,7 @@
 #include <utility>
 
 using xercesc::DOMNode;
+using xercesc::XMLString;
 
 namespace {
 
@@ -83,14 +84,12 @@ const PelXercesKeptSource* sourceFor(const Settings& settings, const PelXercesTr
     const PelXercesKeptSource* const source = settings.isLayoutKept ? tree.getSource() : nullptr;
     if (source == nullptr || !settings.encoding)
         return source;
-    const std::u16string wanted(settings.encoding->view());
-    return xercesc::XMLString::compareIStringASCII(wanted.c_str(), source->getEncoding().c_str()) ==
-                   0
-               ? source
-               : nullptr;
+    const XMLCh* const wanted = settings.encoding->view().data();
+    const bool isSame = XMLString::compareIStringASCII(wanted, source->getEncoding().c_str()) == 0;
+    return isSame ? source : nullptr;
 }
 
-// Behind the document type of a source; nothing where it has none.
+// What stands behind the document type of a source; nothing where it has none.
 std::string_view behindType(const PelXercesKeptSource& source) {
     const std::string_view text = source.getText();
     for (const PelXercesKeptSource::Place place : source.getPlaces()) {
@@ -151,8 +150,7 @@ public:
                 u"all of it is written as new: the source needs what its document type declares";
         }
         isReadByItself = isDocument || top.getNodeType() == DOMNode::ELEMENT_NODE;
-        const XMLCh* const version = document.getXmlVersion();
-        isVersion11 = version != nullptr && std::u16string_view(version) == u"1.1";
+        isVersion11 = XMLString::equals(document.getXmlVersion(), u"1.1");
         const bool isNeeded = isVersion11 || !(characterSet.isUtf8() || characterSet.isUtf16());
         isDeclared =
             PelXercesDeclaration::isDeclaration(top) ||

@@ -29,7 +29,7 @@ public:
         std::string_view text;                  ///< As it is; else a node.
         const xercesc::DOMNode* node = nullptr; ///< Changed, moved or new; of `text`, if it is one.
         std::optional<std::string> indentation{}; ///< Of a node on a line of its own.
-        std::string added{};                      ///< White space, if there is no text and no node.
+        std::string added{};                      ///< White space in front of a node, or alone.
     };
 
     /// `ownParent` is in the source, or the document.

@@ -106,15 +106,16 @@ void PelXercesKeptWriter::writeNode(const DOMNode& top, bool hasDeclaration) {
 
 // Two texts that something stood between may be markup together: `]]` and `>`.
 void PelXercesKeptWriter::writePiece(const Piece& piece) {
+    if (!piece.added.empty()) {
+        add(piece.added);
+        endsWithBracket = false;
+    }
     const auto begins = static_cast<std::size_t>(piece.text.data() - text.data());
     if (!piece.text.empty() && !(endsWithBracket && piece.node != nullptr && begins != copiedEnd)) {
         copy(begins, begins + piece.text.size());
         endsWithBracket = piece.node != nullptr && piece.text.back() == ']';
     } else if (piece.node != nullptr) {
         begin(*piece.node, piece.indentation);
-    } else if (!piece.added.empty()) {
-        add(piece.added);
-        endsWithBracket = false;
     }
 }
 
@@ -237,18 +238,15 @@ PelXercesKeptWriter::piecesOfNew(const DOMNode& element,
     for (const DOMNode* child = element.getFirstChild(); child != nullptr;
          child = child->getNextSibling())
         hasText = hasText || child->getNodeType() == DOMNode::TEXT_NODE;
+    std::string inner;
+    if (!hasText)
+        inner = indentation->size() < PelXercesIndent::widest ? *indentation + style.step
+                                                              : *indentation;
     std::vector<Piece> pieces;
     for (const DOMNode* child = element.getFirstChild(); child != nullptr;
-         child = child->getNextSibling()) {
-        if (hasText) {
-            pieces.push_back({{}, child});
-            continue;
-        }
-        const bool isWide = indentation->size() >= PelXercesIndent::widest;
-        const std::string inner = isWide ? *indentation : *indentation + style.step;
-        pieces.push_back({{}, nullptr, std::nullopt, style.lineEnd + inner});
-        pieces.push_back({{}, child, inner});
-    }
+         child = child->getNextSibling())
+        pieces.push_back(hasText ? Piece{{}, child}
+                                 : Piece{{}, child, inner, style.lineEnd + inner});
     if (!hasText && !pieces.empty())
         pieces.push_back({{}, nullptr, std::nullopt, style.lineEnd + *indentation});
     return pieces;

@@ -169,20 +169,15 @@ class Utf16Check final : public SequenceCheck<4> {
 
     // Without branches, for the compiler to take many units at once, in whatever order of bytes.
     static bool isPlain(const Byte* bytes) {
-        constexpr std::array<Byte, 2> mask = {isBigEndian ? Byte{0xF8} : Byte{0},
-                                              isBigEndian ? Byte{0} : Byte{0xF8}};
-        constexpr std::array<Byte, 2> surrogate = {isBigEndian ? Byte{0xD8} : Byte{0},
-                                                   isBigEndian ? Byte{0} : Byte{0xD8}};
-        std::uint16_t maskUnit = 0;
-        std::uint16_t surrogateUnit = 0;
+        constexpr bool isSwapped = isBigEndian == (__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__);
+        constexpr std::uint16_t mask = isSwapped ? 0x00F8 : 0xF800;
+        constexpr std::uint16_t surrogate = isSwapped ? 0x00D8 : 0xD800;
         std::array<std::uint16_t, block / 2> units{};
-        std::memcpy(&maskUnit, mask.data(), sizeof maskUnit);
-        std::memcpy(&surrogateUnit, surrogate.data(), sizeof surrogateUnit);
         std::memcpy(units.data(), bytes, block);
         std::uint16_t others = 0;
         for (const std::uint16_t unit : units)
             others |= static_cast<std::uint16_t>(unit == 0) |
-                      static_cast<std::uint16_t>((unit & maskUnit) == surrogateUnit);
+                      static_cast<std::uint16_t>((unit & mask) == surrogate);
         return others == 0;
     }
 

@@ -151,12 +151,11 @@ void PelXercesAttributes::remove(const PelXercesNodeRef& element, const XMLCh* n
     auto& owner = *element.as<DOMElementImpl>();
     DOMAttrMapImpl& map = attributesOf(owner);
     const int index = map.findNamePoint(name);
-    if (index >= 0)
-        noteChange(element.getTree(), owner);
     if (index < 0) {
         owner.removeAttribute(name);
         return;
     }
+    noteChange(element.getTree(), owner);
     const auto* const byDefault = static_cast<DOMAttrImpl*>(
         map.hasDefaults() ? owner.getDefaultAttributes()->getNamedItem(name) : nullptr);
     if (byDefault != nullptr) {

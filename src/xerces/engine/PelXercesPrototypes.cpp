@@ -42,17 +42,6 @@ bool isBefore(const DOMAttrImpl* one, const DOMAttrImpl* two) {
     return *unit < *other;
 }
 
-// The engine's own way to make a node.
-DOMElementImpl& enginesElement(DOMDocumentImpl& document) {
-    return *new (&document, DOMMemoryManager::ELEMENT_OBJECT) DOMElementImpl(&document, nullptr);
-}
-DOMAttrImpl& enginesAttribute(DOMDocumentImpl& document) {
-    return *new (&document, DOMMemoryManager::ATTR_OBJECT) DOMAttrImpl(&document, nullptr);
-}
-DOMTextImpl& enginesText(DOMDocumentImpl& document) {
-    return *new (&document, DOMMemoryManager::TEXT_OBJECT) DOMTextImpl(&document, u"");
-}
-
 } // namespace
 
 void* PelXercesZeroedDocument::Memory::allocate(XMLSize_t size) {
@@ -103,10 +92,14 @@ private:
 };
 
 struct PelXercesPrototypes::Prototypes {
-    explicit Prototypes(DOMDocumentImpl& owner) : Prototypes(owner, enginesElement(owner)) {}
+    // Of nodes that the engine makes.
+    explicit Prototypes(DOMDocumentImpl& owner)
+        : Prototypes(owner, *new (&owner, DOMMemoryManager::ELEMENT_OBJECT)
+                                DOMElementImpl(&owner, nullptr)) {}
     Prototypes(DOMDocumentImpl& owner, const DOMElementImpl& engines)
-        : element(engines), map(*Fields::attributesOf(engines)), attribute(enginesAttribute(owner)),
-          text(enginesText(owner)) {}
+        : element(engines), map(*Fields::attributesOf(engines)),
+          attribute(*new (&owner, DOMMemoryManager::ATTR_OBJECT) DOMAttrImpl(&owner, nullptr)),
+          text(*new (&owner, DOMMemoryManager::TEXT_OBJECT) DOMTextImpl(&owner, u"")) {}
 
     DOMAttrMapImpl* makeMap(void* place, DOMElementImpl& holder) const {
         DOMAttrMapImpl& made = map.copyTo(place);
