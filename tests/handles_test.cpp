@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "counted_imp.h"
 #include "support.h"
-#include "xerces/handles/PelXercesDOMDocument.h"
-#include "xerces/handles/PelXercesDOMElement.h"
+#include "xerces/handles/PelXercesDOMContents.h"
 
 TEST(Handles, OwnOneImplementationEach) {
     PelDOMNode first(new CountedImp);

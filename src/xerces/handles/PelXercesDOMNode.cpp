@@ -4,8 +4,7 @@
 #include "core/PelLog.h"
 #include "xerces/edit/PelXercesContent.h"
 #include "xerces/edit/PelXercesEditing.h"
-#include "xerces/handles/PelXercesDOMDocument.h"
-#include "xerces/handles/PelXercesDOMElement.h"
+#include "xerces/handles/PelXercesDOMContents.h"
 #include "xerces/handles/PelXercesDOMNodeList.h"
 #include "xerces/tree/PelXercesWalk.h"
 
