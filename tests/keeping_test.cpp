@@ -120,6 +120,11 @@ TEST(Keeping, ChangesWhatWasEditedAndNothingElse) {
         {"below what an entity brought", types + "<a>&e;<b/>p&f;</a>",
          types + "<a><x k=\"1\"/>t<b/>p&f;</a>",
          [](auto&, auto& a) { child(a, "x").putAttribute("k", "1"); }},
+        {"beside what an entity brought, and below it", types + "<a><b/>&e;</a>",
+         types + "<a><b k=\"1\"/><x k=\"1\"/>t</a>",
+         [](auto&, auto& a) {
+             child(a, "b").putAttribute("k", "1"), child(a, "x").putAttribute("k", "1");
+         }},
         {"a part of what an entity brought", types + "<a>&e;&e;</a>", types + "<a>t&e;</a>",
          [](auto&, auto& a) { a.removeChild(child(a, "x")); }},
         {"defaults that are written now", std::string(ignorable) + "<a><b/><b/></a>",
