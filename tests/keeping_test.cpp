@@ -134,6 +134,11 @@ TEST(Keeping, ChangesWhatWasEditedAndNothingElse) {
          [](auto&, auto& a) { a.removeChild(child(a, "b")); }},
         {"texts that stay as they were", "<a>x<b/>/> &#65;</a>", "<a>x/> &#65;</a>",
          [](auto&, auto& a) { a.removeChild(child(a, "b")); }},
+        {"a text behind a new element", "<a>x<b/>&#65;</a>", "<a>x<b/><n>]</n>&#65;</a>",
+         [](auto& d, auto& a) {
+             PelDOMElement n = d.createElement("n");
+             n.setTextContent("]"), a.insertBefore(n, child(a, "b").getNextSibling());
+         }},
         {"what was the text before", "<a><b>&#65;</b><c><![CDATA[x]]></c></a>",
          "<a><b>&#65;</b><c>x</c></a>",
          [](auto&, auto& a) {
