@@ -6,6 +6,8 @@
 #include "write/characters/PelXercesEncoder.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 using Action = PelXercesEscapes::Action;
 using PelCharacters::isPair;
@@ -24,25 +26,13 @@ bool isCopied(char16_t unit, const PelXercesEscapes& escapes) {
     return !escapes.isVersion11 || !PelCharacters::needsReference11(unit);
 }
 
+// Of a unit that an escape table has an entity for.
 std::u16string_view entityFor(char16_t unit) {
-    switch (unit) {
-    case u'&':
-        return u"&amp;";
-    case u'<':
-        return u"&lt;";
-    case u'>':
-        return u"&gt;";
-    case u'"':
-        return u"&quot;";
-    case u'\'':
-        return u"&apos;";
-    case u'\n':
-        return u"&#xA;";
-    case u'\r':
-        return u"&#xD;";
-    default:
-        return u"&#x9;";
-    }
+    static constexpr std::pair<char16_t, std::u16string_view> entities[] = {
+        {u'&', u"&amp;"},   {u'<', u"&lt;"},   {u'>', u"&gt;"},   {u'"', u"&quot;"},
+        {u'\'', u"&apos;"}, {u'\t', u"&#x9;"}, {u'\n', u"&#xA;"}, {u'\r', u"&#xD;"}};
+    const auto isIt = [unit](const auto& entity) { return entity.first == unit; };
+    return std::find_if(std::begin(entities), std::end(entities), isIt)->second;
 }
 
 [[noreturn]] void refuse(const char16_t* units, const PelXercesEscapes& escapes,

@@ -3,7 +3,6 @@
 
 #include "xerces/engine/PelXercesLinks.h"
 #include "xerces/tree/PelSourceMarkup.h"
-#include "xerces/tree/PelXercesAttributeOrder.h"
 
 #include <algorithm>
 
@@ -32,14 +31,6 @@ xercesc::DOMNodeImpl* innerOf(const DOMNode& node) {
 }
 
 } // namespace
-
-std::size_t PelXercesKeptSource::numberOf(const DOMNode& node) const {
-    return knownOf(node).number;
-}
-
-bool PelXercesKeptSource::isNew(const xercesc::DOMAttr& attribute) const {
-    return knownOf(attribute).number > PelXercesAttributeOrder::mostInTag;
-}
 
 const PelXercesKeptSource::Place* PelXercesKeptSource::placeOf(const DOMNode& node) const {
     const std::size_t number = numberOf(node);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "xerces/tree/PelXercesAttributeOrder.h"
+
 #include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMNode.hpp>
 
@@ -63,7 +65,7 @@ public:
     }
 
     /// 0 for a new node.
-    std::size_t numberOf(const xercesc::DOMNode& node) const;
+    std::size_t numberOf(const xercesc::DOMNode& node) const { return knownOf(node).number; }
 
     /// Null for a new node.
     const Place* placeOf(const xercesc::DOMNode& node) const;
@@ -99,7 +101,9 @@ public:
     }
 
     /// Whether an attribute was not in the tag as it was read.
-    bool isNew(const xercesc::DOMAttr& attribute) const;
+    bool isNew(const xercesc::DOMAttr& attribute) const {
+        return knownOf(attribute).number > PelXercesAttributeOrder::mostInTag;
+    }
 
     /// Whether a node stands in the text by itself. What an entity brought does not: it has the
     /// place of the reference, together with others.
