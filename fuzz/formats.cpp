@@ -31,7 +31,7 @@ struct Words {
     PelString wide;
 };
 
-using Argument = std::variant<int, long, double, long double, Words>;
+using Argument = std::variant<int, long, long long, double, long double, Words>;
 
 template <class Number>
 Number narrowOf(const Number& number) {
@@ -103,9 +103,12 @@ void formatOfKnownKinds(Input& in) {
             conversion += in.oneOf(std::string("diuoxX"));
             own.emplace_back(in.number<int>());
         } else if (kind == 4) {
-            conversion += in.oneOf(std::array{"l", "ll", "j", "z", "t"});
-            conversion += in.oneOf(std::string("diuoxX"));
-            own.emplace_back(in.number<long>());
+            const std::string length = in.oneOf(std::array{"l", "ll", "j", "z", "t"});
+            conversion += length + in.oneOf(std::string("diuoxX"));
+            if (length == "ll" || length == "j") // wider than the others on 32 bits
+                own.emplace_back(in.number<long long>());
+            else
+                own.emplace_back(in.number<long>());
         } else {
             double real = 0;
             const auto bits = in.number<unsigned long long>();

@@ -167,6 +167,11 @@ public:
     static constexpr bool hasNumbers() {
         return sizeof(xercesc::DOMNodeImpl) >= numberPlace + sizeof(std::uint32_t);
     }
+
+    /// Whether a node's number can be used.
+    static bool areNumbered() noexcept {
+        return hasNumbers() && areKnown();
+    }
     static std::uint16_t& marksOf(xercesc::DOMNodeImpl& node) {
         return reinterpret_cast<std::uint16_t&>(reinterpret_cast<char*>(&node)[marksPlace]);
     }

@@ -13,10 +13,6 @@ using xercesc::DOMAttr;
 
 namespace {
 
-bool areNumbered() {
-    return Fields::hasNumbers() && Fields::areKnown();
-}
-
 xercesc::DOMNodeImpl& nodeOf(DOMAttr& attribute) {
     return Fields::nodeOf(static_cast<xercesc::DOMAttrImpl&>(attribute));
 }
@@ -39,17 +35,17 @@ void PelXercesAttributeOrder::list(const xercesc::DOMNode& element,
     attributes.resize(map.getLength());
     for (XMLSize_t i = 0; i < attributes.size(); ++i)
         attributes[i] = static_cast<DOMAttr*>(map.item(i));
-    if (isAsWritten && attributes.size() > 1 && areNumbered() &&
+    if (isAsWritten && attributes.size() > 1 && Fields::areNumbered() &&
         !std::is_sorted(attributes.begin(), attributes.end(), isBefore))
         std::sort(attributes.begin(), attributes.end(), isBefore);
 }
 
 std::uint32_t PelXercesAttributeOrder::numberOf(DOMAttr& attribute) {
-    return areNumbered() ? Fields::numberOf(nodeOf(attribute)) : 0;
+    return Fields::areNumbered() ? Fields::numberOf(nodeOf(attribute)) : 0;
 }
 
 void PelXercesAttributeOrder::setNumber(DOMAttr& attribute, std::uint32_t number) {
-    if (!areNumbered())
+    if (!Fields::areNumbered())
         return;
     Fields::marksOf(nodeOf(attribute)) = 0;
     Fields::numberOf(nodeOf(attribute)) = number;

@@ -13,7 +13,7 @@ namespace {
 
 // Null where numbers are kept in a table.
 xercesc::DOMNodeImpl* innerOf(const DOMNode& node) {
-    if (!Fields::hasNumbers() || !Fields::areKnown())
+    if (!Fields::areNumbered())
         return nullptr;
     auto& changing = const_cast<DOMNode&>(node);
     switch (PelXercesLinks::typeOf(node)) {
