@@ -4,7 +4,10 @@
 #include <qrndom/PelDOM.h>
 #include <qrndom/export.h>
 
+#include <vector>
+
 class PelDOMDocument;
+class PelDOMElement;
 class PelDOMNodeContentImp;
 class PelDOMNodeImp;
 class PelDOMNodeList;
@@ -135,6 +138,15 @@ public:
     /// call goes through the source once.
     unsigned long getLine() const;
     unsigned long getColumn() const; ///< Likewise, in that line.
+
+    /// Asks from this node, as a PelDOMXPath of that expression does: the nodes in document order,
+    /// or the first, which is a null handle where there is none; of all kinds, or elements only.
+    /// What is wrong goes into the diagnostic log and to PelDOMXPath::getLastMessage. Each call
+    /// compiles the expression.
+    std::vector<PelDOMNode> selectNodes(const PelString& expression) const;
+    PelDOMNode selectNode(const PelString& expression) const;                     ///< See above.
+    std::vector<PelDOMElement> selectElements(const PelString& expression) const; ///< See above.
+    PelDOMElement selectElement(const PelString& expression) const;               ///< See above.
 
     /// Prints the subtree into the diagnostic log: a line for each node and attribute, children
     /// between brackets and two spaces further in. `level` is the depth of this node; 0 and 1 print

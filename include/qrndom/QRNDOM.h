@@ -16,5 +16,6 @@
 #include <qrndom/PelDOMText.h>
 #include <qrndom/PelDOMUtilites.h>
 #include <qrndom/PelDOMWriter.h>
+#include <qrndom/PelDOMXPath.h>
 #include <qrndom/PelString.h>
 #include <qrndom/export.h>

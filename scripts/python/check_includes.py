@@ -21,6 +21,7 @@ PUBLIC = {
     "PelDOMReader.h": "public services",
     "PelDOMUtilites.h": "public services",
     "PelDOMWriter.h": "public services",
+    "PelDOMXPath.h": "public services",
     "PelDOMFiler.h": "public filer",
 }
 
