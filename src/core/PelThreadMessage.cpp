@@ -19,6 +19,11 @@ PelThreadMessage& PelThreadMessage::ofWrite() noexcept {
     return message;
 }
 
+PelThreadMessage& PelThreadMessage::ofQuery() noexcept {
+    thread_local PelThreadMessage message = {};
+    return message;
+}
+
 PelString PelThreadMessage::get() const {
     return PelString(std::u16string_view(text.data(), length));
 }

@@ -7,8 +7,9 @@
 #include <cstddef>
 #include <string_view>
 
-/// Why the calling thread's last read or write by the services failed, in one line; empty after one
-/// that succeeded. A line of thousands of characters loses its beginning.
+/// Why the calling thread's last read or write by the services, or its last question to a node,
+/// failed, in one line; empty after one that succeeded. A line of thousands of characters loses its
+/// beginning.
 ///
 /// It needs no destructor: with one, the library could not be unloaded before the thread ends, and
 /// calls at the process's end would come after it.
@@ -16,6 +17,7 @@ class PelThreadMessage {
 public:
     static PelThreadMessage& ofRead() noexcept;
     static PelThreadMessage& ofWrite() noexcept;
+    static PelThreadMessage& ofQuery() noexcept;
 
     PelString get() const;
     void clear() noexcept { length = 0; }

@@ -218,8 +218,11 @@ PelXercesNodeRef PelXercesReader::readByEngine(Parse parse) {
     if (!document)
         return {};
     auto source = locate(*document, setup->parser);
-    return PelXercesTree::share(
-        engine, {std::move(document), {}, std::move(source), setup->parser.saysNotStandalone()});
+    return PelXercesTree::share(engine, {std::move(document),
+                                         {},
+                                         std::move(source),
+                                         setup->parser.saysNotStandalone(),
+                                         setup->parser.takeDeclaredIds()});
 }
 
 // The nodes of a tree that the engine's parser has made, in what it has read.

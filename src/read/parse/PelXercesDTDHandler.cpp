@@ -345,6 +345,8 @@ void PelXercesDTDHandler::attDef(const xercesc::DTDElementDecl& element,
                    u"too many values for an attribute");
     if (!isIgnored)
         names.addDeclared(element, attribute);
+    if (!isIgnored && attribute.getType() == xercesc::XMLAttDef::ID)
+        declaredIds.emplace(element.getFullName(), attribute.getFullName());
     requirePairs(attribute.getValue());
     if (isInSubset && !isIgnored)
         SubsetText(fInternalSubset, *fDocument).addAttribute(attribute);

@@ -2,10 +2,12 @@
 #pragma once
 
 #include "read/input/PelXercesReadMemory.h"
+#include "xerces/tree/PelXercesTree.h"
 
 #include <xercesc/parsers/XercesDOMParser.hpp>
 
 #include <cstddef>
+#include <utility>
 
 /// The engine's parser, as far as it concerns document types: what is declared is held to the
 /// limits of the read, and the text of the internal subset is ours, since the engine's loses part
@@ -16,6 +18,8 @@ public:
 
     /// Ends the parse with an error where a document type begins.
     void refuseDocumentTypes() noexcept { areTypesRefused = true; }
+
+    PelXercesDeclaredIds takeDeclaredIds() noexcept { return std::move(declaredIds); }
 
     void error(unsigned int code, const XMLCh* domain, xercesc::XMLErrorReporter::ErrTypes type,
                const XMLCh* text, const XMLCh* systemId, const XMLCh* publicId, XMLFileLoc line,
@@ -57,4 +61,5 @@ private:
     bool hasExternalSubset = false;
     bool isInSubset = false;
     bool mayBeDeclared = false; // entities that are not, by something external
+    PelXercesDeclaredIds declaredIds;
 };

@@ -46,7 +46,7 @@ void PelPlainTree::declare(const std::u16string& encoding, const std::u16string&
 
 PelXercesNewDocument PelPlainTree::take() {
     document.setErrorChecking(true);
-    return {std::move(owner), std::move(childCounts), std::move(source), isNotStandalone};
+    return {std::move(owner), std::move(childCounts), std::move(source), isNotStandalone, {}};
 }
 
 template <class Node>

@@ -19,6 +19,14 @@ const XMLCh* PelXercesFields::addName(Document& document, const std::u16string& 
     return entry->fString;
 }
 
+const XMLCh* PelXercesFields::findName(Document& document, const std::u16string& name) {
+    const Name* entry =
+        namesOf(document)[xercesc::XMLString::hash(name.c_str(), namePlacesOf(document))];
+    while (entry != nullptr && entry->fString != name)
+        entry = entry->fNext;
+    return entry != nullptr ? entry->fString : nullptr;
+}
+
 std::size_t PelXercesFields::countNames(Document& document) {
     std::size_t count = 0;
     for (std::size_t i = 0; i < namePlacesOf(document); ++i)

@@ -198,6 +198,9 @@ public:
     /// Puts a name into the table that is known not to be there.
     static const XMLCh* addName(Document& document, const std::u16string& name);
 
+    /// A name of the table; null where it is not there.
+    static const XMLCh* findName(Document& document, const std::u16string& name);
+
     static std::size_t countNames(Document& document);
 
     /// Gives the table of names twice as many places, or three times as many: how many is not to be

@@ -113,6 +113,26 @@ public:
                    : node.getNextSibling();
     }
 
+    static xercesc::DOMNode* firstChildOf(const xercesc::DOMNode& node) {
+        return isPlainElement(node)
+                   ? Fields::firstChildOf(static_cast<const xercesc::DOMElementImpl&>(node))
+                   : node.getFirstChild();
+    }
+    static xercesc::DOMNode* parentOf(const xercesc::DOMNode& node) {
+        if (!isPlainElement(node))
+            return node.getParentNode();
+        auto& element =
+            const_cast<xercesc::DOMElementImpl&>(static_cast<const xercesc::DOMElementImpl&>(node));
+        xercesc::DOMNodeImpl& part = Fields::nodeOf(element);
+        return part.isOwned() ? Fields::ownerOf(part) : nullptr;
+    }
+    /// The tag name of an element.
+    static const XMLCh* nameOf(const xercesc::DOMNode& element) {
+        return isPlainElement(element)
+                   ? Fields::nameOf(static_cast<const xercesc::DOMElementImpl&>(element))
+                   : element.getNodeName();
+    }
+
     /// The one text that an attribute consists of; null when it does not, or that is not known.
     static xercesc::DOMText* textOf(const xercesc::DOMNode& attribute) {
         if (!Fields::areKnown())
@@ -133,6 +153,10 @@ public:
 
 private:
     using Fields = PelXercesFields;
+
+    static bool isPlainElement(const xercesc::DOMNode& node) {
+        return Fields::areKnown() && &typeid(node) == &typeid(xercesc::DOMElementImpl);
+    }
 
     static void fetchLines(const char* place) {
         constexpr std::size_t cacheLine = 64;

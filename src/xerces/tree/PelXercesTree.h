@@ -16,7 +16,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <memory>
+#include <string>
 #include <unordered_map>
 #include <utility>
 
@@ -42,12 +45,16 @@ private:
     std::unordered_map<const xercesc::DOMNode*, std::size_t> counts;
 };
 
+/// The attributes that a document type declares to be IDs: each element's name, and its attribute.
+using PelXercesDeclaredIds = std::multimap<std::u16string, std::u16string, std::less<>>;
+
 /// An engine document that is not shared yet.
 struct PelXercesNewDocument {
     PelXercesDocumentPtr document{};
     PelXercesChildCounts childCounts{};
     std::unique_ptr<PelXercesKeptSource> source{}; // null: not kept
     bool isNotStandalone = false;                  // says its declaration
+    PelXercesDeclaredIds declaredIds{};
 };
 
 /// An engine document, shared by all references to its nodes: the last one releases it. Keeps the
@@ -69,6 +76,8 @@ public:
 
     /// Whether the declaration that was read says standalone="no".
     bool saysNotStandalone() const noexcept { return isNotStandalone; }
+
+    const PelXercesDeclaredIds& getDeclaredIds() const noexcept { return declaredIds; }
 
     /// How many children a node has; 0 if they have to be counted.
     std::size_t knownChildCount(const xercesc::DOMNode& parent) const {
@@ -100,8 +109,8 @@ private:
     PelXercesTree(const PelXercesEngine::Share& engine, PelXercesNewDocument&& own)
         : engineShare(engine), document(std::move(own.document)),
           childCounts(std::move(own.childCounts)), source(std::move(own.source)),
-          isNotStandalone(own.isNotStandalone), lastNumber(PelXercesAttributeOrder::mostInTag),
-          nodes(*document), orphans(*this) {}
+          isNotStandalone(own.isNotStandalone), declaredIds(std::move(own.declaredIds)),
+          lastNumber(PelXercesAttributeOrder::mostInTag), nodes(*document), orphans(*this) {}
 
     void renumber();
 
@@ -110,6 +119,7 @@ private:
     const PelXercesChildCounts childCounts;
     const std::unique_ptr<PelXercesKeptSource> source;
     const bool isNotStandalone;
+    const PelXercesDeclaredIds declaredIds;
     std::uint32_t lastNumber;           // of an attribute
     PelXercesNodeRef* newest = nullptr; // plain: a tree is used by one thread at a time
 
