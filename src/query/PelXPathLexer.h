@@ -65,9 +65,7 @@ public:
     [[noreturn]] void fail(std::size_t place, const char* reason) const;
 
 private:
-    char16_t at(std::size_t place) const {
-        return place < whole.size() ? whole[place] : u'\0';
-    }
+    char16_t at(std::size_t place) const { return place < whole.size() ? whole[place] : u'\0'; }
 
     PelXPathToken read();
     void readSign(PelXPathToken& token);

@@ -109,7 +109,7 @@ bool PelXPathNames::takes(const Test& test, const Node& node) {
             return takesPlainName(test, node);
         [[fallthrough]];
     default:
-        return PelXPathTree::isElement(node) && takesName(test, node, false);
+        return PelXPathTree::isElement(node) && takesName(test, node);
     }
 }
 
@@ -120,7 +120,7 @@ bool PelXPathNames::takesAttribute(const Test& test, const Node& attribute) {
         return !isDeclaration(attribute.getNodeName());
     case Test::ANY_OF_NAMESPACE:
     case Test::NAME:
-        return !isDeclaration(attribute.getNodeName()) && takesName(test, attribute, true);
+        return !isDeclaration(attribute.getNodeName()) && takesName(test, attribute);
     default:
         return false;
     }
@@ -155,16 +155,17 @@ bool PelXPathNames::takesPlainName(const Test& test, const Node& node) {
     return name == known.name && (!mayHaveDefault || lookup(&node, {}).empty());
 }
 
-bool PelXPathNames::takesName(const Test& test, const Node& node, bool isAttribute) {
-    const XMLCh* const name = isAttribute ? node.getNodeName() : Links::nameOf(node);
+bool PelXPathNames::takesName(const Test& test, const Node& node) {
+    if (test.kind == Test::ANY_OF_NAMESPACE)
+        return namespaceOf(node) == uris[*test.prefix];
     Known& known = tests[test.place];
-    if (test.kind == Test::NAME && name != known.name) {
-        if (name == known.otherName)
-            return false;
+    const XMLCh* const name = node.getNodeName();
+    if (name == known.otherName)
+        return false;
+    if (name != known.name) {
         const std::u16string_view view = name;
         const std::size_t colon = colonOf(view);
-        const bool isWhole = view == test.name;
-        if (!isWhole && (colon == 0 || view.substr(colon + 1) != test.name)) {
+        if (view != test.name && (colon == 0 || view.substr(colon + 1) != test.name)) {
             known.otherName = name;
             return false;
         }

@@ -74,7 +74,7 @@ private:
         const XMLCh* otherName = nullptr; // the latest that does not
     };
 
-    bool takesName(const PelXPathTest& test, const Node& node, bool isAttribute);
+    bool takesName(const PelXPathTest& test, const Node& node);
     bool takesPlainName(const PelXPathTest& test, const Node& element);
     void lookUp(const PelXPathTest& test, Known& known);
     std::size_t prefixLengthOf(std::u16string_view name, const Node& node,
