@@ -131,21 +131,25 @@ bool PelXPathNames::isDeclaration(std::u16string_view name) {
            (name.size() == declaration.size() || name[declaration.size()] == u':');
 }
 
-void PelXPathNames::lookUp(const Test& test, Known& known) {
+PelXPathNames::Known& PelXPathNames::lookUp(const Test& test) {
+    Known& known = tests[test.place];
+    if (!known.isLookedUp && Fields::areKnown()) {
+        known.name = Fields::findName(engineDocument(tree), test.name);
+        known.isAnywhere = known.name != nullptr;
+    }
     known.isLookedUp = true;
-    if (!Fields::areKnown())
-        return;
-    known.name = Fields::findName(engineDocument(tree), test.name);
-    known.isAnywhere = known.name != nullptr;
+    return known;
+}
+
+bool PelXPathNames::mayTake(const Test& test) {
+    return test.kind != Test::NAME || test.prefix || lookUp(test).isAnywhere;
 }
 
 // Of an element whose name is to be in no namespace.
 bool PelXPathNames::takesPlainName(const Test& test, const Node& node) {
-    Known& known = tests[test.place];
-    if (!known.isLookedUp)
-        lookUp(test, known);
-    if (!known.isAnywhere || !PelXPathTree::isElement(node))
+    if (!PelXPathTree::isElement(node))
         return false;
+    Known& known = tests[test.place];
     const XMLCh* const name = Links::nameOf(node);
     if (known.name == nullptr) {
         if (name != test.name)

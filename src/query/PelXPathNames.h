@@ -49,6 +49,9 @@ public:
     /// What a prefix stands for at an element, which may be null; empty: nothing.
     std::u16string_view lookup(const Node* element, std::u16string_view prefix);
 
+    /// Whether a test may take anything at all: where the tree has not a name, nothing has it.
+    bool mayTake(const PelXPathTest& test);
+
     /// Whether a test takes a node of another kind than attributes, or an attribute. For those with
     /// no name it is the same.
     bool takes(const PelXPathTest& test, const Node& node);
@@ -76,7 +79,7 @@ private:
 
     bool takesName(const PelXPathTest& test, const Node& node);
     bool takesPlainName(const PelXPathTest& test, const Node& element);
-    void lookUp(const PelXPathTest& test, Known& known);
+    Known& lookUp(const PelXPathTest& test);
     std::size_t prefixLengthOf(std::u16string_view name, const Node& node,
                                std::u16string_view& uri);
     static const Node* scopeOf(const Node& node);

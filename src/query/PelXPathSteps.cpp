@@ -26,7 +26,8 @@ bool keepsLevel(Axis axis) {
            axis == Axis::PRECEDING_SIBLING;
 }
 
-// Where what one context leads to comes wholly before what the next one does.
+// Whether no node that one context leads to comes behind one that the next leads to. They may lead
+// to the same one.
 bool staysInOrder(const Step& step, const Set& contexts) {
     switch (step.axis) {
     case Axis::SELF:
@@ -36,6 +37,10 @@ bool staysInOrder(const Step& step, const Set& contexts) {
     case Axis::DESCENDANT:
     case Axis::DESCENDANT_OR_SELF:
         return contexts.isDisjoint;
+    case Axis::FOLLOWING_SIBLING:
+    case Axis::PRECEDING_SIBLING:
+        // The third behind one of two nodes is not behind the third behind the other.
+        return contexts.isLevel && step.predicates.front().kind == Predicate::NUMBER;
     default:
         return contexts.hasOne();
     }
@@ -91,6 +96,8 @@ bool PelXPathSteps::takes(const Step& step, const Node& node) {
 }
 
 Set PelXPathSteps::apply(const Step& step, Set contexts) {
+    if (!names.mayTake(step.test))
+        return {};
     if (contexts.hasOne())
         contexts.isLevel = contexts.isDisjoint = true;
     if (step.countsAmongSiblings)
@@ -104,6 +111,8 @@ Set PelXPathSteps::apply(const Step& step, Set contexts) {
 
 bool PelXPathSteps::visit(const Step& step, Node& context, const PelXPathUse& use) {
     bool isDone = false;
+    if (!names.mayTake(step.test))
+        return false;
     if (step.countsAmongSiblings) {
         countAmongSiblings(step, Set::of(&context), [&](Node& node) { return isDone = use(node); });
         return isDone;
@@ -178,7 +187,9 @@ Set PelXPathSteps::applyToEach(const Step& step, const Set& contexts) {
         if (isReverse)
             std::reverse(found.nodes.begin() + begin, found.nodes.end());
     }
-    if (!staysInOrder(step, contexts))
+    if (staysInOrder(step, contexts))
+        found.nodes.erase(std::unique(found.nodes.begin(), found.nodes.end()), found.nodes.end());
+    else
         order.sort(found.nodes);
     return found;
 }
