@@ -152,7 +152,8 @@ void PelXPathSteps::collect(const Step& step, Node& context, std::vector<Node*>&
 
 // child::x[last()], which is looked for from the end. False for another step.
 bool PelXPathSteps::collectLast(const Step& step, Node& context, std::vector<Node*>& nodes) {
-    if (step.axis != Axis::CHILD || step.predicates.front().kind != Predicate::LAST)
+    if (step.axis != Axis::CHILD || step.predicates.front().kind != Predicate::LAST ||
+        PelXPathTree::isAttribute(context))
         return false;
     PelXPathAxes::eachBackFrom(context.getLastChild(), [&](Node& node) {
         if (!takes(step, node))
