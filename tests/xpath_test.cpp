@@ -121,7 +121,7 @@ TEST(XPath, PredicatesCountAlongTheAxis) {
                          {"//*[2][self::a or self::c]", "a5 c7"},
                          {"//*[last()][1][self::b]", "b3 b4 b8"},
                          {"//*[last()][2]", ""},
-              {"//@*/node()[last()] | //@*/node()[1]", ""},
+                         {"//@*/node()[last()] | //@*/node()[1]", ""},
                          {"//b[1.5] | //b[0] | //b[-1]", ""},
                          {"//b[@id='8']/preceding-sibling::*[1]", "c7"},
                          {"//b[@id='8']/preceding-sibling::*[last()]", "b6"},

@@ -105,7 +105,7 @@ public:
     void setVariable(const PelString& name, const char16_t* value); ///< The same in UTF-16.
 
     /// The work that one evaluation may take: nodes that are looked at, and characters of texts
-    /// that are made. The same on every machine. The default, 400,000,000, is more than questions
+    /// that are made. The same on every machine. The default, 100,000,000, is more than questions
     /// meant honestly take of a million nodes, and ends others within seconds.
     void setLimit(std::uint64_t steps);
 

@@ -23,7 +23,7 @@ struct PelDOMXPath::Body {
     std::shared_ptr<const PelXPathExpression> expression{}; // null: ill-formed
     std::map<std::u16string, std::u16string> namespaces{};
     std::map<std::u16string, PelXPathValue> variables{};
-    std::uint64_t limit = 400'000'000;
+    std::uint64_t limit = 100'000'000;
     PelString message{};
 
     void compile(const PelString& text) {

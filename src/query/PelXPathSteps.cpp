@@ -181,7 +181,9 @@ void PelXPathSteps::filter(const Predicates& predicates, std::size_t first,
 Set PelXPathSteps::applyToEach(const Step& step, const Set& contexts) {
     const bool isReverse = PelXPathAxes::isReverse(step.axis);
     const bool isLevel = contexts.isLevel && keepsLevel(step.axis);
-    Set found{{}, isLevel, isLevel, contexts.hasAttributes || step.axis == Axis::ATTRIBUTE};
+    const bool isDisjoint =
+        isLevel || (contexts.isDisjoint && (step.axis == Axis::CHILD || step.axis == Axis::SELF));
+    Set found{{}, isLevel, isDisjoint, contexts.hasAttributes || step.axis == Axis::ATTRIBUTE};
     for (Node* const context : contexts.nodes) {
         const auto begin = static_cast<std::ptrdiff_t>(found.nodes.size());
         collect(step, *context, found.nodes);
