@@ -119,7 +119,7 @@ bool PelXPathEvaluator::truth(const Part& part, const Context& context) {
         if (const auto* const value = std::get_if<bool>(known))
             return *value;
     } else if (part.type == PelDOMXPath::NODES) {
-        return any(part, context, [](Node&) { return true; });
+        return isAny(part, context);
     } else if (part.type == PelDOMXPath::NUMBER) {
         return isTrue(makeNumber(part, context));
     } else if (part.type == PelDOMXPath::BOOLEAN) {
@@ -263,17 +263,34 @@ bool PelXPathEvaluator::visit(const Part& path, std::size_t index, Node& node,
 }
 
 bool PelXPathEvaluator::any(const Part& part, const Context& context, const PelXPathUse& use) {
-    if (!part.keptAt && part.kind == Part::PATH && part.visits != Part::NEVER)
-        return visit(part, 0, startOf(part, context), use);
-    if (!part.keptAt && part.kind == Part::UNION)
-        return std::any_of(part.operands.begin(), part.operands.end(),
-                           [&](const auto& operand) { return any(*operand, context, use); });
-    const Set made = part.keptAt ? Set() : makeNodes(part, context);
-    const Set& set = part.keptAt ? keep(part, context).set : made;
+    return part.keptAt ? anyOf(keep(part, context).set, use) : findAny(part, context, use);
+}
+
+bool PelXPathEvaluator::anyOf(const Set& set, const PelXPathUse& use) {
     return std::any_of(set.nodes.begin(), set.nodes.end(), [&](Node* node) {
         tree.count();
         return use(*node);
     });
+}
+
+bool PelXPathEvaluator::findAny(const Part& part, const Context& context, const PelXPathUse& use) {
+    if (part.kind == Part::PATH && part.visits != Part::NEVER)
+        return visit(part, 0, startOf(part, context), use);
+    if (part.kind == Part::UNION)
+        return std::any_of(part.operands.begin(), part.operands.end(),
+                           [&](const auto& operand) { return any(*operand, context, use); });
+    return anyOf(makeNodes(part, context), use);
+}
+
+// A set that is only asked whether it is empty is not made to be kept.
+bool PelXPathEvaluator::isAny(const Part& part, const Context& context) {
+    const auto found = [](Node&) { return true; };
+    if (!part.keptAt)
+        return findAny(part, context, found);
+    std::optional<bool>& known = kept[*part.keptAt].isAny;
+    if (!known)
+        known = findAny(part, context, found);
+    return *known;
 }
 
 Node* PelXPathEvaluator::first(const Part& part, const Context& context) {

@@ -9,6 +9,7 @@
 #include "query/PelXPathTree.h"
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -73,7 +74,8 @@ private:
         PelXPathValue value{};
         PelXPathSet set{};
         bool areTextsKnown = false;
-        Texts texts{}; // of the set's nodes
+        Texts texts{};               // of the set's nodes
+        std::optional<bool> isAny{}; // node in the set, which may not be known
     };
 
     Kept& keep(const PelXPathNode& part, const Context& context);
@@ -83,6 +85,10 @@ private:
     bool makeTruth(const PelXPathNode& part, const Context& context);
     PelXPathSet makeNodes(const PelXPathNode& part, const Context& context);
     double fold(const PelXPathNode& part, const Context& context);
+
+    bool anyOf(const PelXPathSet& set, const PelXPathUse& use);
+    bool findAny(const PelXPathNode& part, const Context& context, const PelXPathUse& use);
+    bool isAny(const PelXPathNode& part, const Context& context);
 
     PelXPathSet follow(const PelXPathNode& path, const Context& context);
     bool visit(const PelXPathNode& path, std::size_t index, Node& node, const PelXPathUse& use);

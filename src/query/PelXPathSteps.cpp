@@ -168,6 +168,7 @@ void PelXPathSteps::filter(const Predicates& predicates, std::size_t first,
                            std::vector<Node*>& nodes, std::size_t begin) {
     for (std::size_t i = first; i < predicates.size(); ++i) {
         const std::size_t size = nodes.size() - begin;
+        tree.count(size);
         std::size_t kept = begin;
         for (std::size_t position = 1; position <= size; ++position) {
             Node* const node = nodes[begin + position - 1];
