@@ -472,6 +472,17 @@ TEST(XPath, WorkIsLimited) {
     EXPECT_EQ(path.getMessage(), "it takes more than 4 steps");
     path.setLimit(20);
     EXPECT_EQ(ask(path, document), "a a a");
+    // What is passed on the way up or down counts too, though nothing is found there.
+    std::string deep(3'000, 'a');
+    for (std::size_t i = 0; i < deep.size(); i += 3)
+        deep.replace(i, 3, "<a>");
+    for (int i = 0; i < 1'000; ++i)
+        deep += "</a>";
+    for (const char* const expression : {"count(//*[preceding::a])", "count(//*[following::a])"}) {
+        PelDOMXPath climbing(expression);
+        climbing.setLimit(100'000);
+        EXPECT_TRUE(std::isnan(climbing.evaluateNumber(parse(deep)))) << expression;
+    }
     // Texts that double.
     std::string text = "'0123456789'";
     for (int i = 0; i < 10; ++i)

@@ -4,7 +4,6 @@
 #include "query/PelXPathExpression.h"
 #include "query/PelXPathTree.h"
 #include "xerces/tree/PelXercesAttributeOrder.h"
-#include "xerces/tree/PelXercesWalk.h"
 
 #include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMElement.hpp>
@@ -25,8 +24,8 @@ inline bool isReverse(PelXPathAxis axis) {
 }
 
 /// The node behind another one and all in it, in the whole tree; null at the end.
-inline Node* nextBehind(const Node* node) {
-    for (; node != nullptr; node = PelXercesLinks::parentOf(*node))
+inline Node* nextBehind(PelXPathTree& tree, const Node* node) {
+    for (; node != nullptr; node = PelXercesLinks::parentOf(*node), tree.count())
         if (Node* const sibling = PelXercesLinks::nextOf(const_cast<Node&>(*node)))
             return sibling;
     return nullptr;
@@ -34,15 +33,17 @@ inline Node* nextBehind(const Node* node) {
 
 /// From a node to the end of what is below `root`, or of the whole tree where that is null.
 template <class Use>
-bool eachFromUntil(Node* node, const Node* root, Use use) {
+bool eachFromUntil(PelXPathTree& tree, Node* node, const Node* root, Use use) {
     while (node != nullptr) {
         if (use(*node))
             return true;
         Node* next = PelXercesLinks::firstChildOf(*node);
         while (next == nullptr && node != root && node != nullptr) {
             next = PelXercesLinks::nextOf(*node);
-            if (next == nullptr)
-                node = PelXercesLinks::parentOf(*node);
+            if (next != nullptr)
+                break;
+            node = PelXercesLinks::parentOf(*node);
+            tree.count();
         }
         node = next;
     }
@@ -50,8 +51,8 @@ bool eachFromUntil(Node* node, const Node* root, Use use) {
 }
 
 template <class Use>
-bool eachBelow(const Node& node, Use use) {
-    return eachFromUntil(PelXercesLinks::firstChildOf(node), &node, use);
+bool eachBelow(PelXPathTree& tree, const Node& node, Use use) {
+    return eachFromUntil(tree, PelXercesLinks::firstChildOf(node), &node, use);
 }
 
 template <class Use>
@@ -97,28 +98,34 @@ bool eachAttribute(const PelXPathTest& test, Node& node, Use use) {
 }
 
 /// All behind an attribute is in its element, or behind that.
-inline Node* firstFollowing(const Node& node) {
+inline Node* firstFollowing(PelXPathTree& tree, const Node& node) {
     if (!PelXPathTree::isAttribute(node))
-        return nextBehind(&node);
+        return nextBehind(tree, &node);
     const Node* const element = PelXPathTree::parentOf(node);
     Node* const child = PelXercesLinks::firstChildOf(*element);
-    return child != nullptr ? child : nextBehind(element);
+    return child != nullptr ? child : nextBehind(tree, element);
 }
 
 template <class Use>
-bool eachPreceding(Node& node, Use use) {
+bool eachPreceding(PelXPathTree& tree, Node& node, Use use) {
     Node* const start = PelXPathTree::isAttribute(node) ? PelXPathTree::parentOf(node) : &node;
     const Node* ancestor = PelXercesLinks::parentOf(*start);
     for (Node* current = start;;) {
         Node* const before = current->getPreviousSibling();
         if (before != nullptr) {
-            current = PelXercesWalk::lastWithin(before);
+            current = before;
+            for (Node* last = current->getLastChild(); last != nullptr;
+                 last = last->getLastChild()) {
+                current = last;
+                tree.count();
+            }
         } else {
             current = PelXercesLinks::parentOf(*current);
             if (current == nullptr)
                 return false;
             if (current == ancestor) {
                 ancestor = PelXercesLinks::parentOf(*current);
+                tree.count();
                 continue;
             }
         }
@@ -128,7 +135,7 @@ bool eachPreceding(Node& node, Use use) {
 }
 
 template <class Use>
-bool each(const PelXPathStep& step, Node& node, Use use) {
+bool each(PelXPathTree& tree, const PelXPathStep& step, Node& node, Use use) {
     const bool isAttribute = PelXPathTree::isAttribute(node);
     switch (step.axis) {
     case PelXPathAxis::SELF:
@@ -142,9 +149,9 @@ bool each(const PelXPathStep& step, Node& node, Use use) {
     case PelXPathAxis::ATTRIBUTE:
         return eachAttribute(step.test, node, use);
     case PelXPathAxis::DESCENDANT:
-        return !isAttribute && eachBelow(node, use);
+        return !isAttribute && eachBelow(tree, node, use);
     case PelXPathAxis::DESCENDANT_OR_SELF:
-        return use(node) || (!isAttribute && eachBelow(node, use));
+        return use(node) || (!isAttribute && eachBelow(tree, node, use));
     case PelXPathAxis::ANCESTOR:
         return eachAncestor(PelXPathTree::parentOf(node), use);
     case PelXPathAxis::ANCESTOR_OR_SELF:
@@ -154,9 +161,9 @@ bool each(const PelXPathStep& step, Node& node, Use use) {
     case PelXPathAxis::PRECEDING_SIBLING:
         return !isAttribute && eachBackFrom(node.getPreviousSibling(), use);
     case PelXPathAxis::FOLLOWING:
-        return eachFromUntil(firstFollowing(node), nullptr, use);
+        return eachFromUntil(tree, firstFollowing(tree, node), nullptr, use);
     case PelXPathAxis::PRECEDING:
-        return eachPreceding(node, use);
+        return eachPreceding(tree, node, use);
     }
     return false;
 }

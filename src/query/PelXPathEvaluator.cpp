@@ -327,7 +327,7 @@ Node* PelXPathEvaluator::firstNested(const Part& path, Node& start, bool& isSure
         });
         if (found == nullptr)
             return false;
-        isSure = !PelXPathAxes::eachBelow(node, [&](const Node& below) {
+        isSure = !PelXPathAxes::eachBelow(tree, node, [&](const Node& below) {
             tree.count();
             return names.takes(path.steps.front().test, below);
         });

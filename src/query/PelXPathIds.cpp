@@ -28,7 +28,7 @@ void PelXPathIds::gather() {
     const PelXercesDeclaredIds& declared = tree.getDeclaredIds();
     if (declared.empty())
         return;
-    PelXPathAxes::eachBelow(tree.getDocument(), [&](Node& node) {
+    PelXPathAxes::eachBelow(tree, tree.getDocument(), [&](Node& node) {
         tree.count();
         if (!PelXPathTree::isElement(node) || !node.hasAttributes())
             return false;

@@ -124,7 +124,7 @@ bool PelXPathSteps::visit(const Step& step, Node& context, const PelXPathUse& us
         return std::any_of(nodes.begin(), nodes.end(), [&](Node* node) { return use(*node); });
     }
     std::vector<std::size_t> counts(step.predicates.size());
-    PelXPathAxes::each(step, context, [&](Node& node) {
+    PelXPathAxes::each(tree, step, context, [&](Node& node) {
         isDone = takes(step, node) && passing.passes(node, counts.data()) && use(node);
         return isDone || passing.isOver();
     });
@@ -141,7 +141,7 @@ void PelXPathSteps::collect(const Step& step, Node& context, std::vector<Node*>&
         Passing passing(evaluator, step.predicates);
         std::vector<std::size_t> counts(step.predicates.size());
         first = passing.getEnd();
-        PelXPathAxes::each(step, context, [&](Node& node) {
+        PelXPathAxes::each(tree, step, context, [&](Node& node) {
             if (takes(step, node) && passing.passes(node, counts.data()))
                 nodes.push_back(&node);
             return passing.isOver();

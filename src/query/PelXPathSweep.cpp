@@ -197,12 +197,13 @@ Set PelXPathSweep::following(const Test& test, const Set& contexts) {
     const Node* first = contexts.nodes.front();
     for (std::size_t i = 1; i < contexts.nodes.size() && isWithin(*contexts.nodes[i], *first); ++i)
         first = contexts.nodes[i];
-    PelXPathAxes::eachFromUntil(PelXPathAxes::firstFollowing(*first), nullptr, [&](Node& node) {
-        tree.count();
-        if (names.takes(test, node))
-            found.nodes.push_back(&node);
-        return false;
-    });
+    PelXPathAxes::eachFromUntil(tree, PelXPathAxes::firstFollowing(tree, *first), nullptr,
+                                [&](Node& node) {
+                                    tree.count();
+                                    if (names.takes(test, node))
+                                        found.nodes.push_back(&node);
+                                    return false;
+                                });
     return found;
 }
 
@@ -212,7 +213,7 @@ Set PelXPathSweep::preceding(const Test& test, const Set& contexts) {
     Set found;
     if (contexts.isEmpty())
         return found;
-    PelXPathAxes::eachPreceding(*contexts.nodes.back(), [&](Node& node) {
+    PelXPathAxes::eachPreceding(tree, *contexts.nodes.back(), [&](Node& node) {
         tree.count();
         if (names.takes(test, node))
             found.nodes.push_back(&node);
