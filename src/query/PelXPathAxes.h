@@ -73,7 +73,7 @@ bool eachFrom(Node* sibling, Use use) {
 
 template <class Use>
 bool eachBackFrom(Node* sibling, Use use) {
-    for (; sibling != nullptr; sibling = sibling->getPreviousSibling())
+    for (; sibling != nullptr; sibling = PelXercesLinks::previousOf(*sibling))
         if (use(*sibling))
             return true;
     return false;
@@ -111,11 +111,11 @@ bool eachPreceding(PelXPathTree& tree, Node& node, Use use) {
     Node* const start = PelXPathTree::isAttribute(node) ? PelXPathTree::parentOf(node) : &node;
     const Node* ancestor = PelXercesLinks::parentOf(*start);
     for (Node* current = start;;) {
-        Node* const before = current->getPreviousSibling();
+        Node* const before = PelXercesLinks::previousOf(*current);
         if (before != nullptr) {
             current = before;
-            for (Node* last = current->getLastChild(); last != nullptr;
-                 last = last->getLastChild()) {
+            for (Node* last = PelXercesLinks::lastChildOf(*current); last != nullptr;
+                 last = PelXercesLinks::lastChildOf(*last)) {
                 current = last;
                 tree.count();
             }
@@ -159,7 +159,7 @@ bool each(PelXPathTree& tree, const PelXPathStep& step, Node& node, Use use) {
     case PelXPathAxis::FOLLOWING_SIBLING:
         return !isAttribute && eachFrom(PelXercesLinks::nextOf(node), use);
     case PelXPathAxis::PRECEDING_SIBLING:
-        return !isAttribute && eachBackFrom(node.getPreviousSibling(), use);
+        return !isAttribute && eachBackFrom(PelXercesLinks::previousOf(node), use);
     case PelXPathAxis::FOLLOWING:
         return eachFromUntil(tree, firstFollowing(tree, node), nullptr, use);
     case PelXPathAxis::PRECEDING:

@@ -155,7 +155,7 @@ bool PelXPathSteps::collectLast(const Step& step, Node& context, std::vector<Nod
     if (step.axis != Axis::CHILD || step.predicates.front().kind != Predicate::LAST ||
         PelXPathTree::isAttribute(context))
         return false;
-    PelXPathAxes::eachBackFrom(context.getLastChild(), [&](Node& node) {
+    PelXPathAxes::eachBackFrom(PelXercesLinks::lastChildOf(context), [&](Node& node) {
         if (!takes(step, node))
             return false;
         nodes.push_back(&node);

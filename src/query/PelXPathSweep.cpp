@@ -173,7 +173,7 @@ Set PelXPathSweep::siblings(const Test& test, const Set& contexts, bool areFollo
         if (areFollowing)
             PelXPathAxes::eachFrom(Links::nextOf(*context), take);
         else
-            PelXPathAxes::eachBackFrom(context->getPreviousSibling(), take);
+            PelXPathAxes::eachBackFrom(PelXercesLinks::previousOf(*context), take);
         if (!areFollowing)
             std::reverse(found.nodes.begin() + begin, found.nodes.end());
     }

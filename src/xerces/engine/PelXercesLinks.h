@@ -118,6 +118,20 @@ public:
                    ? Fields::firstChildOf(static_cast<const xercesc::DOMElementImpl&>(node))
                    : node.getFirstChild();
     }
+    static xercesc::DOMNode* lastChildOf(const xercesc::DOMNode& node) {
+        if (!isPlainElement(node))
+            return node.getLastChild();
+        xercesc::DOMNode* const first = firstChildOf(node);
+        return first != nullptr ? Fields::linksOf(*first).previousSibling : nullptr;
+    }
+    static xercesc::DOMNode* previousOf(const xercesc::DOMNode& node) {
+        if (!isPlainElement(node))
+            return node.getPreviousSibling();
+        auto& element =
+            const_cast<xercesc::DOMElementImpl&>(static_cast<const xercesc::DOMElementImpl&>(node));
+        return Fields::nodeOf(element).isFirstChild() ? nullptr
+                                                      : Fields::linksOf(element).previousSibling;
+    }
     static xercesc::DOMNode* parentOf(const xercesc::DOMNode& node) {
         if (!isPlainElement(node))
             return node.getParentNode();
