@@ -1,24 +1,11 @@
 # SPDX-License-Identifier: MIT
 # The tool that says what is wrong with a file.
 #     TOOL, COMPLETION, MANUAL, SCRATCH_DIR
-file(MAKE_DIRECTORY "${SCRATCH_DIR}")
+include("${CMAKE_CURRENT_LIST_DIR}/tool.cmake")
 file(WRITE "${SCRATCH_DIR}/good.xml" "<a><b>t</b></a>")
 file(WRITE "${SCRATCH_DIR}/warned.xml"
     "<!DOCTYPE a [<!ELEMENT a ANY><!ATTLIST a c CDATA ''><!ATTLIST a c CDATA ''>]><a/>")
 file(WRITE "${SCRATCH_DIR}/bad.xml" "<!DOCTYPE a [<!ELEMENT a ANY>]>\n<a d=''>\n<c/></a>")
-
-# The standard input is `input`. What is printed is given to the caller.
-function(expect wanted_code wanted_output wanted_complaint)
-    file(WRITE "${SCRATCH_DIR}/input" "${input}")
-    execute_process(COMMAND "${TOOL}" ${ARGN} WORKING_DIRECTORY "${SCRATCH_DIR}"
-                    INPUT_FILE "${SCRATCH_DIR}/input"
-                    RESULT_VARIABLE code OUTPUT_VARIABLE output ERROR_VARIABLE complaint)
-    if(NOT code STREQUAL wanted_code OR NOT output MATCHES "^${wanted_output}$" OR
-       NOT complaint MATCHES "^${wanted_complaint}$")
-        message(FATAL_ERROR "qrndom-check ${ARGN}: ${code}\n${output}${complaint}")
-    endif()
-    set(output "${output}" PARENT_SCOPE)
-endfunction()
 
 # What is wrong goes to the standard error stream in every mode.
 expect(0 "" "" good.xml)
@@ -45,6 +32,25 @@ expect(1 "" "typed.xml:1:[^\n]*\n" --refuse-doctype typed.xml good.xml)
 expect(0 "${flat}>\n <b>from outside</b>\n</a>\n" "" --format --indent 0 typed.xml)
 expect(0 "${flat}>\n <b/>\n</a>\n" ".*part.dtd[^\n]* \\(warning\\)\n.*part.ent.*"
        --no-validate --no-external --format --indent 0 typed.xml)
+
+# Selecting. Texts beside one another are one; a file that is refused outweighs what others hold.
+file(WRITE "${SCRATCH_DIR}/shop.xml"
+     "<s xmlns:p='urn:p'>\n <b k='1'>a &lt; <![CDATA[b]]></b>\n <p:b>\n</p:b><!--c-->\n</s>")
+expect(0 "<b k=\"1\">a &lt; <!.CDATA.b..></b>\na &lt; <!.CDATA.b..>\n<!--c-->\n1\n" ""
+       --select "//b | //b/text() | //comment() | //@k" shop.xml)
+expect(0 "shop.xml:2:a < b\nshop.xml:3:\nshop.xml:2:1\n" "" -n --text --select "//b | //p:b | //@k" shop.xml)
+expect(0 "1\n0\n" "" --count --select //b/@k shop.xml good.xml)
+expect(0 "good.xml:0\nshop.xml:1\ngood.xml:0\n" "" --line-number --count --select //b/@k
+       good.xml shop.xml good.xml)
+expect(0 "<[?]xml [^\n]*\n<a><b>t</b></a>\n" "" --select / good.xml)
+expect(0 "t\n" "" --text --select / good.xml)
+expect(0 "<a c=\"d\">\n <b>from outside</b>\n</a>\n" "" --select /a typed.xml) # white space is there
+expect(0 "shop.xml:1.5\n" "" -n --select "count(//b) + .5" shop.xml)
+expect(1 "" "" --select //x shop.xml)
+expect(1 "\n" "" --select "string(//x)" shop.xml)
+expect(1 "false\n" "" --select "count(//b) > 1" shop.xml)
+expect(2 "" "shop.xml: column 3: [^\n]+\n" --select //q:b shop.xml)
+expect(2 "<b>t</b>\n" "bad.xml:2:.*absent.xml: [^\n]+\n" --select //b bad.xml absent.xml good.xml)
 
 # Formatting: messages to the standard error stream, documents to the standard output or in place.
 expect(0 "<[?]xml version=\"1.0\" encoding=\"UTF-8\"[?]>\n<a>\n  <b>t</b>\n</a>\n" "" --format good.xml)
@@ -78,28 +84,8 @@ set(input "<a>\n</b>")
 expect(1 "" "-:2:[0-9]+: [^\n]+\n" -)
 set(input "<a><!--c--></a>")
 expect(0 "<[?]xml[^\n]*\n<a>\n  <!--c-->\n</a>\n" "" --format -)
-foreach(call --help -h)
-    expect(0 "usage: qrndom-check .*in-place.*" "" ${call})
-endforeach()
-file(READ "${MANUAL}" manual)
-string(REPLACE "\\-" "-" manual "${manual}")
-string(REGEX MATCHALL "  --?[a-zA-Z][a-z-]*|, --[a-z-]+" options "${output}")
-foreach(option IN LISTS options)
-    string(REGEX REPLACE "^[ ,]+" "" option "${option}")
-    if(NOT manual MATCHES "\n\\.TP\n\\.B[^\n]* ${option}[ \",\n]")
-        message(FATAL_ERROR "The manual page does not know ${option}")
-    endif()
-endforeach()
-foreach(call --version -V)
-    expect(0 "qrndom-check [0-9]+\\.[0-9]+\\.[0-9]+\nXerces-C[+][+] [^\n]+\n" "" ${call})
-endforeach()
-foreach(call "--help" "--outline good.xml" "--format good.xml")
-    execute_process(COMMAND sh -c "\"$0\" ${call} >/dev/full" "${TOOL}" WORKING_DIRECTORY "${SCRATCH_DIR}"
-                    RESULT_VARIABLE code ERROR_VARIABLE complaint)
-    if(NOT code EQUAL 2 OR NOT complaint MATCHES "standard output cannot be written\n$")
-        message(FATAL_ERROR "${call} to a full disk: ${code} ${complaint}")
-    endif()
-endforeach()
+expect_help()
+expect_full_disk_noticed("--help" "--outline good.xml" "--format good.xml" "--select / good.xml")
 
 # Wrong calls.
 expect(2 "" "usage: qrndom-check .*")
@@ -113,25 +99,17 @@ endforeach()
 foreach(call "good.xml;bad.xml" "--in-place;good.xml")
     expect(2 "" ".*takes one FILE.*" --format -o out.xml ${call})
 endforeach()
+expect(2 "" ".*--select: column 4: .*usage.*" --select "//b@" good.xml)
+foreach(call "--text" "--count" "-n" "--select;/;--format" "--select;/;--outline")
+    expect(2 "" ".*go with --select.*" ${call} good.xml)
+endforeach()
+foreach(call "--text;--select;/" "--select;1")
+    expect(2 "" ".*--count takes.*" --count ${call} good.xml)
+endforeach()
 expect(2 "" ".*has no place\n.*" --format --in-place -)
 
-# What completion offers for the words of a call, of which the last is completed.
-find_program(BASH bash)
-function(expect_completion wanted)
-    math(EXPR last "${ARGC} - 1")
-    execute_process(COMMAND "${BASH}" --norc -c "source \"$1\"; shift
-        COMP_WORDS=(\"$@\") COMP_CWORD=${last}; _qrndom_check \"$1\"; echo \"\${COMPREPLY[*]}\""
-        "${BASH}" "${COMPLETION}" "${TOOL}" ${ARGN} OUTPUT_VARIABLE offered ERROR_VARIABLE offered)
-    if(NOT offered STREQUAL "${wanted}\n")
-        message(FATAL_ERROR "${ARGN}: offered are ${offered}")
-    endif()
-endfunction()
-if(BASH)
-    expect_completion("--indent --in-place" --format --in)
-    expect_completion("--no-validate" --no-v)
-    expect_completion("UTF-8 UTF-16" --encoding UTF)
-    expect_completion("8" --indent = 8)
-    expect_completion("" go)
-else()
-    message(STATUS "There is no bash: its completion was not tried")
-endif()
+expect_completion("--indent --in-place" --format --in)
+expect_completion("--no-validate" --no-v)
+expect_completion("UTF-8 UTF-16" --encoding UTF)
+expect_completion("8" --indent = 8)
+expect_completion("" go)

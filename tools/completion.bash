@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-# Completion of qrndom-check for bash: its options, as its help names them, and files.
-_qrndom_check() {
+# Completion of the tools for bash: their options, as their help names them, and files.
+_qrndom_tool() {
     local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}
     # bash takes "--indent=4" for three words.
     if [[ $word == = ]]; then
@@ -22,4 +22,4 @@ _qrndom_check() {
         ;;
     esac
 }
-complete -o default -F _qrndom_check qrndom-check
+complete -o default -F _qrndom_tool qrndom-check
