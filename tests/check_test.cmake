@@ -108,7 +108,7 @@ foreach(call "--text;--select;/" "--select;1")
 endforeach()
 expect(2 "" ".*has no place\n.*" --format --in-place -)
 
-expect_completion("--indent --in-place" --format --in)
+expect_completion("--in-place --indent" --format --in)
 expect_completion("--no-validate" --no-v)
 expect_completion("UTF-8 UTF-16" --encoding UTF)
 expect_completion("8" --indent = 8)

@@ -18,11 +18,11 @@ file(REMOVE_RECURSE "${SCRATCH_DIR}")
 set(prefix "${SCRATCH_DIR}/installed")
 run(${CMAKE_COMMAND} --install "${BUILD_DIR}" --prefix "${prefix}")
 
-# The tool finds the library from where it was installed.
-file(GLOB tool "${prefix}/*/qrndom-check")
-if(tool)
-    run("${tool}" "${DOCUMENT}")
-endif()
+# The tools find the library from where they were installed.
+file(GLOB tools "${prefix}/*/qrndom-check" "${prefix}/*/qrndom-edit")
+foreach(tool IN LISTS tools)
+    run("${tool}" --version)
+endforeach()
 
 # The README's first program is its first block of C++.
 file(READ "${README}" readme)

@@ -17,9 +17,10 @@ _qrndom_tool() {
     *)
         if [[ $word == -* ]]; then
             mapfile -t COMPREPLY < <(compgen -W \
-                "$("$1" --help 2>/dev/null | grep -oE '(^|[ ,])--?[A-Za-z][a-z-]*')" -- "$word")
+                "$("$1" --help 2>/dev/null | grep -oE '(^|[ ,])--?[A-Za-z][a-z-]*' |
+                    LC_ALL=C sort -u)" -- "$word")
         fi
         ;;
     esac
 }
-complete -o default -F _qrndom_tool qrndom-check
+complete -o default -F _qrndom_tool qrndom-check qrndom-edit
