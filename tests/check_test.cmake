@@ -50,6 +50,7 @@ expect(1 "" "" --select //x shop.xml)
 expect(1 "\n" "" --select "string(//x)" shop.xml)
 expect(1 "false\n" "" --select "count(//b) > 1" shop.xml)
 expect(2 "" "shop.xml: column 3: [^\n]+\n" --select //q:b shop.xml)
+expect(2 "" "shop.xml: column 9: [^\n]+\n" --select "count(//q:b)" shop.xml)
 expect(2 "<b>t</b>\n" "bad.xml:2:.*absent.xml: [^\n]+\n" --select //b bad.xml absent.xml good.xml)
 
 # Formatting: messages to the standard error stream, documents to the standard output or in place.

@@ -25,7 +25,7 @@ endfunction()
 expect_edit("<s >\n\t<b k = 'a=\"&apos;' l=\"a=b\">&lt;</b>\n\t<b k='2'><i/>3</b>\n\t<!---->\n</s>"
             "shop.xml:4: <b> @k \"1\" -> \"a=\"'\"\nshop.xml:4: <b> \"Nut x\" -> \"<\"
 shop.xml:5: <b> #text \" 1 2\" -> \"3\"\nshop.xml:6: <s> #comment \"c\" -> \"\"\n"
-            "//b[@l = 'a=b']/@k=a=\"'" "(//b[@k = 'a=\"' or 1=1])[1]=<" "//b/text()[. = \"=\" or . = ' 1 2']=3"
+            "//b[@l = 'a=b' and . != '\")=']/@k=a=\"'" "(//b[. != \")='=\"])[1]=<" "//b/text()[. = \"=\" or . = ' 1 2']=3"
             "//comment()=")
 # One after the other: what was changed is not found as it was.
 expect_edit("<s >\n\t<b k = '2' l=\"a=b\">Nut &e;</b>\n\t<b k='3'><i/></b>\n</s>"
@@ -73,7 +73,7 @@ execute_process(COMMAND sh -c "printf '\\376\\377\\000<\\000a\\000/\\000>' >-wid
 expect(0 "--- -wide.xml\n[+]+ -wide.xml\n@@ -1 [+]1 @@\n.*" "" --dry-run -- -wide.xml /a=1)
 
 expect_help()
-expect_full_disk_noticed("--help" "out.xml //@b=4" "- //@b=4 <out.xml")
+expect_full_disk_noticed("--help" "out.xml //@b=4" "- //@b=4 <out.xml" "--dry-run out.xml //@b=5")
 expect(2 "" ".*a change are needed\nusage.*")
 expect(2 "" ".*a change are needed\nusage.*" shop.xml)
 expect(2 "" ".*--wrong.*\nusage.*" --wrong shop.xml)

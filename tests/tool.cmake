@@ -41,7 +41,7 @@ function(expect_full_disk_noticed)
     foreach(call IN LISTS ARGN)
         execute_process(COMMAND sh -c "\"$0\" ${call} >/dev/full" "${TOOL}"
                         WORKING_DIRECTORY "${SCRATCH_DIR}" RESULT_VARIABLE code ERROR_VARIABLE complaint)
-        if(NOT code EQUAL 2 OR NOT complaint MATCHES "standard output cannot be written\n$")
+        if(NOT code EQUAL 2 OR NOT complaint MATCHES "(standard output cannot be written|diff fails)\n$")
             message(FATAL_ERROR "${call} to a full disk: ${code} ${complaint}")
         endif()
     endforeach()

@@ -8,6 +8,7 @@
 #include "matches.h"
 #include "shell.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <getopt.h>
 #include <memory>
@@ -175,10 +176,9 @@ std::string apply(const Change& change, const PelDOMDocument& document, const st
 // it as people and patch read it, in fewer lines than it would take here.
 bool runDiff(const std::string& file, std::FILE* changed) {
     std::vector<std::string> words = {"diff", "-a", "-u", "-L", file, "-L", file, "--", file, "-"};
-    std::vector<char*> arguments;
-    for (std::string& word : words)
-        arguments.push_back(word.data());
-    arguments.push_back(nullptr);
+    std::vector<char*> arguments(words.size() + 1); // ends with a null pointer
+    std::transform(words.begin(), words.end(), arguments.begin(),
+                   [](std::string& word) { return word.data(); });
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, fileno(changed), STDIN_FILENO);
@@ -227,7 +227,6 @@ int edit(const Call& call) {
     PelDOMReader reader;
     reader.setValidation(PelDOMReader::NEVER); // its type may be out of reach
     reader.setKeepSource(true);
-    reader.setKeepIgnorableWhitespace(true);
     const PelDOMDocument document = read(reader, *call.file);
     if (!document)
         return bad;
