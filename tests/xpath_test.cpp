@@ -253,6 +253,7 @@ TEST(XPath, TextsAreCountedInCharacters) {
                {"//*[lang('en-gb')]", "i j"},
                {"//*[lang('e')] | //*[lang('en-GB-x')]", ""},
                {"//@*[lang('de')]", "@k:xml:lang=de"},
+               {"//*[lang('')]", ""},
                {"lang('en')", "'false'"}});
 }
 

@@ -130,7 +130,8 @@ public:
 
     bool isOfLanguage() {
         const std::u16string_view wanted = text(0);
-        return PelXPathText::isLanguage(evaluator.getNames().languageOf(*context.node), wanted);
+        const XMLCh* const language = evaluator.getNames().languageOf(*context.node);
+        return language != nullptr && PelXPathText::isLanguage(language, wanted);
     }
 
 private:

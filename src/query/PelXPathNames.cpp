@@ -186,10 +186,9 @@ const Node* PelXPathNames::scopeOf(const Node& node) {
     return scope != nullptr && PelXPathTree::isElement(*scope) ? scope : nullptr;
 }
 
-std::u16string_view PelXPathNames::languageOf(const Node& node) {
+const XMLCh* PelXPathNames::languageOf(const Node& node) {
     const Node* const scope = scopeOf(node);
-    const XMLCh* const language = scope != nullptr ? languages.of(*scope) : nullptr;
-    return language != nullptr ? language : std::u16string_view();
+    return scope != nullptr ? languages.of(*scope) : nullptr;
 }
 
 // A prefix that stands for nothing is a part of the local name.

@@ -65,8 +65,8 @@ public:
     std::u16string_view namespaceOf(const Node& node);
     static std::u16string_view nameOf(const Node& node);
 
-    /// By the nearest `xml:lang`; empty where there is none.
-    std::u16string_view languageOf(const Node& node);
+    /// By the nearest `xml:lang`; null where there is none.
+    const XMLCh* languageOf(const Node& node);
 
 private:
     /// A test of names as it is in this tree.
