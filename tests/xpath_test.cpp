@@ -100,6 +100,7 @@ TEST(XPath, EachAxisGivesItsNodesInDocumentOrder) {
                {"//a/descendant::*", "a2 b3 b4 b6 c7 b8"},
                {"//node()[self::comment() or self::processing-instruction()]", "!c! ?data?"},
                {"//processing-instruction('p') | //processing-instruction('q')", "?data?"},
+               {"//processing-instruction('')", ""},
                {"//@*[../@k]", "@a1:id=1 @a1:k=v"},
                {"//a/@k | //c", "c7 c9 @a1:k=v"},
                {"//@k/descendant-or-self::node() | //@m/ancestor::a", "a1 @a1:k=v"},

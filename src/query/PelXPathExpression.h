@@ -67,10 +67,10 @@ enum class PelXPathAxis {
 
 /// What a step takes of what lies on its axis.
 struct PelXPathTest {
-    enum Kind { ANY_NODE, TEXT, COMMENT, INSTRUCTION, ANY_NAME, ANY_OF_NAMESPACE, NAME };
+    enum Kind { ANY_NODE, TEXT, COMMENT, INSTRUCTION, TARGET, ANY_NAME, ANY_OF_NAMESPACE, NAME };
 
     Kind kind = ANY_NODE;
-    std::u16string name{};               // local, or the target of an instruction; empty: any
+    std::u16string name{};               // local, or the target of an instruction
     std::optional<std::size_t> prefix{}; // its place among the prefixes of the expression
     std::size_t place = 0;               // among the name tests of the expression
 };

@@ -100,8 +100,10 @@ bool PelXPathNames::takes(const Test& test, const Node& node) {
     case Test::COMMENT:
         return PelXPathTree::kindOf(node) == PelXPathTree::COMMENT;
     case Test::INSTRUCTION:
+        return PelXPathTree::kindOf(node) == PelXPathTree::INSTRUCTION;
+    case Test::TARGET:
         return PelXPathTree::kindOf(node) == PelXPathTree::INSTRUCTION &&
-               (test.name.empty() || node.getNodeName() == test.name);
+               node.getNodeName() == test.name;
     case Test::ANY_NAME:
         return PelXPathTree::isElement(node);
     case Test::NAME:

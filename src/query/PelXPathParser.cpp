@@ -366,8 +366,8 @@ Test PelXPathParser::parseNodeType() {
     } else if (type.text == u"comment") {
         test.kind = Test::COMMENT;
     } else if (type.text == u"processing-instruction") {
-        test.kind = Test::INSTRUCTION;
-        if (token.kind == Token::LITERAL)
+        test.kind = token.kind == Token::LITERAL ? Test::TARGET : Test::INSTRUCTION;
+        if (test.kind == Test::TARGET)
             test.name = take().text;
     }
     require(Token::RIGHT_PARENTHESIS, "')' is missing");
