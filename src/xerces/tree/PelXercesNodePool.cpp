@@ -172,18 +172,21 @@ DOMAttrImpl& PelXercesNodePool::makeBareAttribute(const XMLCh* name) {
 }
 
 DOMTextImpl& PelXercesNodePool::makeText(const XMLCh* data) {
-    return static_cast<DOMTextImpl&>(
-        makeCharacters(DOMNode::TEXT_NODE, data, [&] { return document.createTextNode(data); }));
+    return static_cast<DOMTextImpl&>(makeCharacters(DOMNode::TEXT_NODE, data, [&] {
+        return static_cast<DOMTextImpl*>(document.createTextNode(data));
+    }));
 }
 
 DOMNode& PelXercesNodePool::makeCDATASection(const XMLCh* data) {
-    return makeCharacters(DOMNode::CDATA_SECTION_NODE, data,
-                          [&] { return document.createCDATASection(data); });
+    return makeCharacters(DOMNode::CDATA_SECTION_NODE, data, [&] {
+        return static_cast<xercesc::DOMCDATASectionImpl*>(document.createCDATASection(data));
+    });
 }
 
 DOMNode& PelXercesNodePool::makeComment(const XMLCh* data) {
-    return makeCharacters(DOMNode::COMMENT_NODE, data,
-                          [&] { return document.createComment(data); });
+    return makeCharacters(DOMNode::COMMENT_NODE, data, [&] {
+        return static_cast<xercesc::DOMCommentImpl*>(document.createComment(data));
+    });
 }
 
 // The engine's document refuses targets that its parser accepts, with characters beyond the basic
@@ -211,7 +214,7 @@ DOMNode& PelXercesNodePool::makeCharacters(DOMNode::NodeType type, const XMLCh* 
     const XMLSize_t length = XMLString::stringLen(data);
     made += 1 + length / unitsOfANode;
     if (characters[type] == nullptr)
-        return withoutNumber(static_cast<DOMNode&>(*make()));
+        return withoutNumber(*make());
     DOMBuffer& buffer = buffers.make(document, data, length);
     DOMNode& node = *characters[type];
     characters[type] = std::exchange(Fields::linksOf(node).nextSibling, nullptr);

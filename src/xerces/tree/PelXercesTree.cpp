@@ -17,10 +17,7 @@ PelXercesNodeRef PelXercesTree::share(const PelXercesEngine::Share& engine,
     return {*tree, tree->getDocument()};
 }
 
-void PelXercesTree::record(const PelXercesChangeLog::Change& change) {
-    changes.record(change);
-    if (!source)
-        return;
+void PelXercesTree::recordInSource(const PelXercesChangeLog::Change& change) {
     if (change.kind == PelXercesChangeLog::Change::RENAMING)
         source->noteChange(*change.node);
     else

@@ -85,7 +85,11 @@ public:
     }
 
     /// Tells lists, loops and the kept source of a change of structure or of a name.
-    void record(const PelXercesChangeLog::Change& change);
+    void record(const PelXercesChangeLog::Change& change) {
+        changes.record(change);
+        if (source)
+            recordInSource(change);
+    }
 
     /// Changes the data of a text, CDATA section, comment or instruction; the same data are no
     /// change.
@@ -112,6 +116,7 @@ private:
           isNotStandalone(own.isNotStandalone), declaredIds(std::move(own.declaredIds)),
           lastNumber(PelXercesAttributeOrder::mostInTag), nodes(*document), orphans(*this) {}
 
+    void recordInSource(const PelXercesChangeLog::Change& change);
     void renumber();
 
     const PelXercesEngine::Share engineShare; // outlives the document
