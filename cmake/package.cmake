@@ -92,9 +92,9 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS ${documentation})
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME ${tools})
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION text)
 set(CPACK_DEBIAN_TOOLS_DESCRIPTION "checks, asks and edits XML files at the shell\n${about}
-\nThis package has qrndom-check, which says what is wrong with a file, asks it with
-XPath or indents it, and qrndom-edit, which changes values in it and nothing
-else.")
+\nThis package has qrndom-check, which says what is wrong with a file, asks
+it with XPath or indents it, and qrndom-edit, which changes values in it and
+nothing else.")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${runtime} (>= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR}")
