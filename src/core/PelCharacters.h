@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <string>
 #include <string_view>
 
 /// The units of UTF-16, and the characters of XML.
@@ -32,6 +33,19 @@ constexpr char16_t highSurrogateOf(char32_t character) {
 }
 constexpr char16_t lowSurrogateOf(char32_t character) {
     return static_cast<char16_t>(0xDC00 | (character & 0x3FF));
+}
+
+inline void append(std::u16string& text, char32_t character) {
+    if (character < 0x10000) {
+        text.push_back(static_cast<char16_t>(character));
+        return;
+    }
+    text.push_back(highSurrogateOf(character));
+    text.push_back(lowSurrogateOf(character));
+}
+
+constexpr bool isDigit(char32_t unit) {
+    return unit >= U'0' && unit <= U'9';
 }
 
 /// The white space of XML.

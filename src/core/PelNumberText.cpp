@@ -13,11 +13,9 @@
 #include <system_error>
 #include <type_traits>
 
-namespace {
+using PelCharacters::isDigit;
 
-bool isDigit(char16_t unit) {
-    return unit >= u'0' && unit <= u'9';
-}
+namespace {
 
 // Whether a number can hold it: "-1.5e+3", "0x1p-3", "infinity". All NaNs are one.
 bool isOfNumber(char16_t unit) {

@@ -9,13 +9,10 @@
 #include <algorithm>
 #include <utility>
 
+using PelCharacters::isDigit;
 using Token = PelXPathToken;
 
 namespace {
-
-bool isDigit(char16_t unit) {
-    return unit >= u'0' && unit <= u'9';
-}
 
 struct Sign {
     std::u16string_view text;

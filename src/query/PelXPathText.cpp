@@ -10,11 +10,9 @@
 #include <unordered_map>
 #include <vector>
 
-namespace {
+using PelCharacters::isDigit;
 
-bool isDigit(char16_t unit) {
-    return unit >= u'0' && unit <= u'9';
-}
+namespace {
 
 std::u16string_view trimmed(std::u16string_view text) {
     while (!text.empty() && PelCharacters::isSpace(text.front()))
@@ -38,15 +36,6 @@ char32_t takeCharacter(std::u16string_view& text) {
     const char32_t character = isPair ? PelCharacters::fromPair(text[0], text[1]) : text[0];
     text.remove_prefix(isPair ? 2 : 1);
     return character;
-}
-
-void append(std::u16string& text, char32_t character) {
-    if (character < 0x10000) {
-        text.push_back(static_cast<char16_t>(character));
-        return;
-    }
-    text.push_back(PelCharacters::highSurrogateOf(character));
-    text.push_back(PelCharacters::lowSurrogateOf(character));
 }
 
 // "1.5e-07" as "0.00000015".
@@ -178,9 +167,9 @@ std::u16string PelXPathText::translated(std::u16string_view text, std::u16string
         const char32_t character = takeCharacter(text);
         const auto found = replacements.find(character);
         if (found == replacements.end())
-            append(changed, character);
+            PelCharacters::append(changed, character);
         else if (found->second != leftOut)
-            append(changed, found->second);
+            PelCharacters::append(changed, found->second);
     }
     return changed;
 }

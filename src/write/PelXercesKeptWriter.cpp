@@ -50,14 +50,9 @@ std::optional<std::u16string> plainValue(std::string_view spelled) {
         const std::string name = PelTextConversion::toUtf8(units.substr(at + 1, end - at - 1));
         if (name[0] == '#') {
             const bool isHex = name[1] == 'x';
-            const auto character = static_cast<char32_t>(
-                std::stoul(name.substr(isHex ? 2 : 1), nullptr, isHex ? 16 : 10));
-            if (character < 0x10000) {
-                value += static_cast<char16_t>(character);
-            } else {
-                value += PelCharacters::highSurrogateOf(character);
-                value += PelCharacters::lowSurrogateOf(character);
-            }
+            const unsigned long character =
+                std::stoul(name.substr(isHex ? 2 : 1), nullptr, isHex ? 16 : 10);
+            PelCharacters::append(value, static_cast<char32_t>(character));
         } else if (const char16_t predefined = PelSourceMarkup::predefined(name)) {
             value += predefined;
         } else {

@@ -127,17 +127,14 @@ public:
     static xercesc::DOMNode* previousOf(const xercesc::DOMNode& node) {
         if (!isPlainElement(node))
             return node.getPreviousSibling();
-        auto& element =
-            const_cast<xercesc::DOMElementImpl&>(static_cast<const xercesc::DOMElementImpl&>(node));
+        xercesc::DOMElementImpl& element = elementOf(node);
         return Fields::nodeOf(element).isFirstChild() ? nullptr
                                                       : Fields::linksOf(element).previousSibling;
     }
     static xercesc::DOMNode* parentOf(const xercesc::DOMNode& node) {
         if (!isPlainElement(node))
             return node.getParentNode();
-        auto& element =
-            const_cast<xercesc::DOMElementImpl&>(static_cast<const xercesc::DOMElementImpl&>(node));
-        xercesc::DOMNodeImpl& part = Fields::nodeOf(element);
+        xercesc::DOMNodeImpl& part = Fields::nodeOf(elementOf(node));
         return part.isOwned() ? Fields::ownerOf(part) : nullptr;
     }
     /// The tag name of an element.
@@ -170,6 +167,12 @@ private:
 
     static bool isPlainElement(const xercesc::DOMNode& node) {
         return Fields::areKnown() && &typeid(node) == &typeid(xercesc::DOMElementImpl);
+    }
+
+    // Its parts are reached in nodes that can be changed only.
+    static xercesc::DOMElementImpl& elementOf(const xercesc::DOMNode& node) {
+        return const_cast<xercesc::DOMElementImpl&>(
+            static_cast<const xercesc::DOMElementImpl&>(node));
     }
 
     static void fetchLines(const char* place) {
